@@ -1,0 +1,272 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "base/text.h"
+#include "cardfile/card_file.h"
+#include "cardfile/format.h"
+#include "cardfile/new_file.h"
+#include "framework/engine_context.h"
+#include "framework/source.h"
+#include "platform/posix/machine.h"
+#include "plugin/source_manager.h"
+
+// Cardfiles of 12 fields on a real file system, and what each step is held against: the same bytes
+// written plainly, the same titles sorted by the standard library, the same bytes read plainly into
+// the same structs.
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kPath = "C:\\bench.WMCard";
+constexpr int kNamedFields = 11;  // and the contact log
+
+std::vector<std::string> FieldNames() {
+  std::vector<std::string> names = {"Last Name", "First Name", "Company"};
+  for (int i = 3; i < kNamedFields; ++i) names.push_back("Field " + std::to_string(i));
+  return names;
+}
+
+// Half of the cards share their title with others.
+std::vector<std::string> CardValues(std::mt19937& random, std::uint32_t card) {
+  const std::uint32_t person = card % 2 == 0 ? card : random() % 1000;
+  std::vector<std::string> values = {"Name " + std::to_string((person * 7919U) % 65537U),
+                                     "First " + std::to_string(person % 100), "Company"};
+  for (int i = 3; i < kNamedFields; ++i) values.push_back("value " + std::to_string(random()));
+  values.emplace_back("a line of notes\r\nand another one");
+  return values;
+}
+
+// A folder with one cardfile, and a manager over it.
+class Bench {
+ public:
+  explicit Bench(std::uint32_t cards)
+      : folder(fs::temp_directory_path() / ("cardfile_bench." + std::to_string(getpid()))),
+        machine(Options()), before(pw::SetPlatform(machine.Services())), manager(0) {
+    fs::create_directories(folder);
+    original = MakeFile(cards);
+    Restore();
+    category.Location = kPath;
+    manager.Config = &config;
+    PWStringVector names;
+    for (const std::string& name : FieldNames()) names.AppendText(name);
+    names.AppendText("Contact Log");
+    pw::Engine().fieldMaps[{"contact", kPath}] = PWFieldMap::Identity(names);
+  }
+  ~Bench() {
+    pw::SetPlatform(before);
+    fs::remove_all(folder);
+  }
+
+  std::unique_ptr<PWSource> OpenSource() {
+    std::unique_ptr<PWSource> source(manager.CreateSource("contact"));
+    source->Category = &category;
+    if (source->Open(0) != kResultOk) std::abort();
+    return source;
+  }
+  std::unique_ptr<WMCardFile> LoadFile() {
+    auto file = std::make_unique<WMCardFile>();
+    if (file->Load(kPath) != 0) std::abort();
+    return file;
+  }
+
+  fs::path File() const { return folder / "bench.WMCard"; }
+  const std::string& Bytes() const { return original; }
+
+  // Puts the file back, its cards in no order.
+  void Restore() const { std::ofstream(File(), std::ios::binary) << original; }
+
+ private:
+  pw::MachineOptions Options() const {
+    pw::MachineOptions options;
+    options.mounts = {{"C:", folder, false}};
+    options.registry.file = folder / "registry.reg";
+    options.registry.mode = pw::RegistryMode::kOverlay;
+    return options;
+  }
+
+  // Made by the store, then put out of order: a file that was saved is sorted.
+  std::string MakeFile(std::uint32_t cards) {
+    std::ofstream(File(), std::ios::binary)
+        << pw::NewCardFile(FieldNames(), {"Last Name", "First Name", "Company"});
+    WMCardFile file;
+    if (file.Load(kPath) != 0) std::abort();
+    std::mt19937 random(3);
+    for (std::uint32_t i = 0; i < cards; ++i) {
+      std::vector<std::string> values = CardValues(random, i);
+      file.AddCard(values);
+    }
+    file.Save();
+    std::string bytes = ReadPlainly();
+    ShuffleIndex(bytes, cards, random);
+    return bytes;
+  }
+
+  static void ShuffleIndex(std::string& bytes, std::uint32_t cards, std::mt19937& random) {
+    namespace cardfile = pw::cardfile;
+    constexpr std::size_t kIndex =
+        cardfile::kHeaderSize + cardfile::kNamePointerSize + cardfile::kLayoutSize;
+    std::vector<std::string> entries;
+    for (std::uint32_t i = 0; i < cards; ++i) {
+      entries.push_back(bytes.substr(kIndex + i * cardfile::kIndexEntrySize,
+                                     cardfile::kIndexEntrySize));
+    }
+    std::shuffle(entries.begin(), entries.end(), random);
+    for (std::uint32_t i = 0; i < cards; ++i) {
+      bytes.replace(kIndex + i * cardfile::kIndexEntrySize, cardfile::kIndexEntrySize, entries[i]);
+    }
+  }
+
+  std::string ReadPlainly() const {
+    std::ifstream in(File(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+
+  fs::path folder;
+  pw::Machine machine;
+  pw::Platform before;
+  std::string original;
+  PWConfig config;
+  WMSourceManager manager;
+  PWSourceCategory category;
+};
+
+std::uint32_t Cards(const benchmark::State& state) {
+  return static_cast<std::uint32_t>(state.range(0));
+}
+
+void BM_Load(benchmark::State& state) {
+  Bench bench(Cards(state));
+  for (auto _ : state) benchmark::DoNotOptimize(bench.LoadFile());
+}
+
+void BM_OpenAndWalk(benchmark::State& state) {
+  Bench bench(Cards(state));
+  for (auto _ : state) {
+    const auto source = bench.OpenSource();
+    for (PWRESULT more = source->FirstRecord(); more == kResultOk; more = source->NextRecord()) {
+      benchmark::ClobberMemory();
+    }
+  }
+}
+
+void BM_FindEveryId(benchmark::State& state) {
+  Bench bench(Cards(state));
+  for (auto _ : state) {
+    state.PauseTiming();
+    const auto source = bench.OpenSource();
+    state.ResumeTiming();
+    for (std::uint32_t id = 1; id <= Cards(state); ++id) {
+      if (source->FindRecord(std::to_string(id).c_str()) != kResultOk) std::abort();
+    }
+  }
+}
+
+void BM_UpdateEveryCard(benchmark::State& state) {
+  Bench bench(Cards(state));
+  PWRecord record;
+  record.SetField("First Name", "Changed");
+  for (auto _ : state) {
+    state.PauseTiming();
+    const auto source = bench.OpenSource();
+    state.ResumeTiming();
+    for (PWRESULT more = source->FirstRecord(); more == kResultOk; more = source->NextRecord()) {
+      if (source->UpdateRecord(record) != kResultOk) std::abort();
+    }
+  }
+}
+
+void BM_DeleteEveryCard(benchmark::State& state) {
+  Bench bench(Cards(state));
+  for (auto _ : state) {
+    state.PauseTiming();
+    const auto file = bench.LoadFile();
+    state.ResumeTiming();
+    while (file->CardCount() > 0) file->DeleteCard(0);
+  }
+}
+
+void BM_Save(benchmark::State& state) {
+  Bench bench(Cards(state));
+  const auto file = bench.LoadFile();
+  for (auto _ : state) file->Save();
+}
+
+// What a save is held against, together.
+void BM_ReferencePlainWrite(benchmark::State& state) {
+  Bench bench(Cards(state));
+  for (auto _ : state) {
+    const int file = open(bench.File().c_str(), O_RDWR | O_CLOEXEC);
+    if (file < 0 || ftruncate(file, 0) != 0) std::abort();
+    const std::string& bytes = bench.Bytes();
+    if (write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) std::abort();
+    close(file);
+  }
+}
+
+void BM_ReferenceStableSort(benchmark::State& state) {
+  Bench bench(Cards(state));
+  const auto file = bench.LoadFile();
+  std::vector<std::string_view> titles;
+  for (std::uint32_t i = 0; i < file->CardCount(); ++i) {
+    titles.push_back(pw::cardfile::TitleText(file->Card(i).index.title));
+  }
+  for (auto _ : state) {
+    std::vector<std::string_view> sorted = titles;
+    std::stable_sort(sorted.begin(), sorted.end(), [](std::string_view a, std::string_view b) {
+      return pw::CompareIgnoringCase(a, b) < 0;
+    });
+    benchmark::DoNotOptimize(sorted.data());
+  }
+}
+
+// What an open and a walk are held against: one read, the index entries as they are, and each body
+// split into its values.
+void BM_ReferencePlainLoad(benchmark::State& state) {
+  Bench bench(Cards(state));
+  const std::size_t namedFields = FieldNames().size();
+  for (auto _ : state) {
+    std::string bytes(fs::file_size(bench.File()), '\0');
+    std::ifstream(bench.File(), std::ios::binary)
+        .read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    pw::ByteReader in(bytes);
+    in.Seek(pw::cardfile::kHeaderSize + pw::cardfile::kNamePointerSize + pw::cardfile::kLayoutSize);
+    std::vector<WMCardEntry> entries(Cards(state));
+    std::vector<std::string> values(namedFields + 1);
+    for (WMCardEntry& entry : entries) {
+      entry.index = pw::cardfile::DecodeIndexEntry(in);
+      std::string_view body = std::string_view(bytes).substr(
+          entry.index.bodyOffset, entry.index.textLength + entry.index.notesLength);
+      for (std::size_t i = 0; i < namedFields; ++i) {
+        const std::size_t end = std::min(body.find("\r\n"), body.size());
+        values[i] = body.substr(0, end);
+        body.remove_prefix(std::min(end + 2, body.size()));
+      }
+      values[namedFields] = body;
+      benchmark::ClobberMemory();
+    }
+  }
+}
+
+BENCHMARK(BM_Load)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenAndWalk)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReferencePlainLoad)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FindEveryId)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_UpdateEveryCard)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DeleteEveryCard)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Save)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReferencePlainWrite)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReferenceStableSort)->Arg(8192)->Arg(65535)->Unit(benchmark::kMillisecond);
+
+}  // namespace

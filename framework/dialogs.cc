@@ -1,0 +1,69 @@
+#include "framework/dialogs.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "platform/platform.h"
+
+namespace {
+
+// Why a folder doesn't hold all that is required of it; nothing if it does.
+std::optional<std::string> MissingFile(const std::string& folder,
+                                       const std::vector<std::string>& required) {
+  const auto found = pw::CurrentPlatform().files->Find(folder + "\\*");
+  for (const std::string& ending : required) {
+    const bool met = std::any_of(found.begin(), found.end(), [&](const pw::FoundFile& file) {
+      return !file.isFolder && pw::EndsWithIgnoringCase(file.name, ending);
+    });
+    if (!met) return "The folder has no file whose name ends in \"" + ending + "\".";
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+PWHelp::PWHelp(const char* name, bool /*flag*/) {
+  pw::CurrentPlatform().dialogs->EnterHelp(name);
+}
+
+PWHelp::~PWHelp() {
+  pw::CurrentPlatform().dialogs->LeaveHelp();
+}
+
+PWBrowseFolder::PWBrowseFolder(pw::WindowId parent, const char* productName,
+                               const char* startFolder, PWStringVector& requiredFiles)
+    : parent(parent), productName(productName), folder(startFolder) {
+  for (std::uint32_t i = 0; i < requiredFiles.Count(); ++i) {
+    required.push_back(requiredFiles.At(i)->Str());
+  }
+}
+
+bool PWBrowseFolder::DoModal() {
+  const auto chosen = pw::CurrentPlatform().dialogs->ChooseFolder(
+      parent, productName.Str(), folder.Str(),
+      [this](const std::string& candidate) { return MissingFile(candidate, required); });
+  if (!chosen) return false;
+  folder = *chosen;
+  return true;
+}
+
+pw::DialogControl* CPropertyPage::Control(std::int32_t number) {
+  const auto found =
+      std::find_if(controls.begin(), controls.end(),
+                   [&](const pw::DialogControl& control) { return control.number == number; });
+  return found == controls.end() ? nullptr : &*found;
+}
+
+std::vector<pw::PageModel*> CPropertySheet::Pages() {
+  std::vector<pw::PageModel*> models;
+  for (const auto& page : pages) models.push_back(page.get());
+  return models;
+}
+
+pw::SheetAnswer CPropertySheet::DoModal(pw::WindowId parent) {
+  const pw::SheetAnswer answer = pw::CurrentPlatform().dialogs->ShowSheet(parent, *this);
+  if (answer == pw::SheetAnswer::kOk) {
+    for (const auto& page : pages) page->Accept();
+  }
+  return answer;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "framework/string.h"
+#include "framework/vector.h"
+#include "platform/dialogs.h"
+
+class PWApplicationSource;
+
+// While one exists, help shows the named context. They nest.
+class PWHelp {
+ public:
+  // The flag has no meaning here.
+  PWHelp(const char* name, bool flag);
+  ~PWHelp();
+  PWHelp(const PWHelp&) = delete;
+  PWHelp& operator=(const PWHelp&) = delete;
+};
+
+// Lets the person choose a folder that holds all that is required of it: each entry of the list is met
+// by some file of the folder whose name ends in it, letter case ignored.
+class PWBrowseFolder {
+ public:
+  // Copies the texts and the list. `productName` stands in the dialog's title.
+  PWBrowseFolder(pw::WindowId parent, const char* productName, const char* startFolder,
+                 PWStringVector& requiredFiles);
+
+  // True when the person chose a folder, which `Folder` then gives.
+  bool DoModal();
+
+  const PWString& Folder() const { return folder; }
+
+ private:
+  pw::WindowId parent;
+  PWString productName;
+  PWString folder;
+  std::vector<std::string> required;
+};
+
+// A page of controls, without a look: its logic, which a dialog or a test drives.
+class CPropertyPage : public pw::PageModel {
+ public:
+  std::vector<pw::DialogControl>& Controls() override { return controls; }
+  void Press(std::int32_t /*control*/) override {}
+  bool Leave() override { return true; }
+
+  // Called on each page, in order, when the sheet was left by OK.
+  virtual void Accept() {}
+
+ protected:
+  // The control of that number, or null.
+  pw::DialogControl* Control(std::int32_t number);
+
+  std::vector<pw::DialogControl> controls;
+};
+
+// A modal sheet that owns its pages.
+class CPropertySheet : public pw::SheetModel {
+ public:
+  explicit CPropertySheet(std::string title) : title(std::move(title)) {}
+
+  void AddPage(std::unique_ptr<CPropertyPage> page) { pages.push_back(std::move(page)); }
+
+  std::string Title() override { return title; }
+  std::vector<pw::PageModel*> Pages() override;
+
+  // Shows the sheet; left by OK, every page is told to accept.
+  pw::SheetAnswer DoModal(pw::WindowId parent);
+
+ private:
+  std::string title;
+  std::vector<std::unique_ptr<CPropertyPage>> pages;
+};
+
+// The engine's setup wizard, which the setup page is added to.
+class CWizardSheet : public CPropertySheet {
+ public:
+  using CPropertySheet::CPropertySheet;
+
+  // The person has chosen another data folder: what the engine knew of the source is void.
+  virtual void ResetApplicationSource(PWApplicationSource* source) = 0;
+};

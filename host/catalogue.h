@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "framework/source_manager.h"
+#include "host/outcome.h"
+
+// What a person names on the command line, looked up in what the module offers.
+namespace pw {
+
+// A failure names the types that there are.
+Outcome<Done> CheckType(PWSourceManager& manager, const std::string& type);
+
+// All categories of a type.
+Outcome<PWSourceCategoryVector> ListCategories(PWSourceManager& manager, const std::string& type);
+
+// The category that a word of UTF-8 names: by its location, by its name, or by its name in another
+// letter case if there is only one such. Without a word all of them.
+Outcome<PWSourceCategoryVector> ChooseCategories(PWSourceManager& manager, const std::string& type,
+                                                 const std::optional<std::string>& word);
+
+}  // namespace pw

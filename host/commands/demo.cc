@@ -1,0 +1,191 @@
+#include <fstream>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "base/text.h"
+#include "host/commands/commands.h"
+#include "host/native_file.h"
+#include "host/sample_profile.h"
+
+// `pairwise demo`: a first walk through the program, on a profile made for it.
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kAllLines = 1000;
+
+// Which of the sample's cards the walk uses, by their place in it.
+constexpr std::size_t kShown = 2;
+constexpr std::size_t kDeleted = 31;
+
+std::string FirstLines(const std::string& text, std::size_t count) {
+  std::size_t end = 0;
+  std::size_t left = 0;
+  for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+    if (count > 0) {
+      end = at + 1;
+      --count;
+    } else {
+      ++left;
+    }
+  }
+  if (left == 0) return text;
+  return text.substr(0, end) + "… " + std::to_string(left) + " more lines\n";
+}
+
+class Walk {
+ public:
+  Walk(const Console& console, SampleProfile sample, std::string folder)
+      : console(console), sample(std::move(sample)), folder(std::move(folder)) {}
+
+  int Go() {
+    Say("Made the sample profile " + folder +
+        ". Its cardfile \"Friends\" was filled by the module,");
+    Say("a card at a time. The lines with a $ are what you could type yourself.");
+    LookAround();
+    ChangeSome();
+    Export();
+    Say("");
+    Say("The profile stays: run any of these lines again, or `pairwise --help` for what else "
+        "there");
+    Say("is. For your own data: pairwise init --profile DIR --data FOLDER");
+    return worst;
+  }
+
+ private:
+  void LookAround() {
+    Heading("What the profile leads to");
+    Run({"info"});
+    Heading("The cards");
+    Run({"list", "contact", "--table"}, 10);
+    Heading("One of them, with all that it holds");
+    Run({"show", "contact", sample.ids[kShown]});
+  }
+
+  void ChangeSome() {
+    Heading("Change it, add one, delete another: the engine's own calls, a line each");
+    const std::string calls = folder + "/changes.jsonl";
+    const std::string text = Changes();
+    const auto written = WriteNativeFile(calls, text);
+    if (!written) {
+      worst = console.Fail(written.Why());
+      return;
+    }
+    const std::uintmax_t before = Size();
+    console.out << "$ cat " << calls << "\n" << text;
+    std::istringstream in(text);
+    Run({"drive"}, kAllLines, &in, " < " + calls);
+    Say("(The last card is read so that the module knows which ids are taken.)");
+    Say("Closing the source saved the cardfile: " + std::to_string(before) + " bytes before, " +
+        std::to_string(Size()) + " now.");
+    Heading("The changed card, read again");
+    Run({"show", "contact", sample.ids[kShown]});
+    Heading("And the list: one card is new, one has gone");
+    Run({"list", "contact", "Friends", "--table"}, 6);
+  }
+
+  void Export() {
+    Heading("Out to other programs");
+    for (const char* format : {"vcf", "csv", "json"}) {
+      const std::string file = folder + "/friends." + format;
+      Run({"export", "contact", "--format", format, "-o", file});
+      if (format == std::string("vcf")) ShowStart(file, 8);
+    }
+  }
+
+  // A new card's id is one above those that the module has read, so the last card is read first.
+  std::string Changes() const {
+    const std::string now = std::to_string(SampleTimeAfterCards());
+    return "{\"op\":\"now\",\"seconds\":" + now +
+           "}\n"
+           "{\"op\":\"open\",\"type\":\"contact\",\"location\":\"C:\\\\Data\\\\Friends.WMCard\"}\n"
+           "{\"op\":\"find\",\"id\":\"" +
+           sample.ids.back() +
+           "\"}\n"
+           "{\"op\":\"read\"}\n"
+           "{\"op\":\"find\",\"id\":\"" +
+           sample.ids[kShown] +
+           "\"}\n"
+           "{\"op\":\"update\",\"record\":{\"fields\":[[\"Title\",\"Överingenjör\"],"
+           "[\"Fax\",\"\"]]}}\n"
+           "{\"op\":\"add\",\"record\":{\"fields\":[[\"First Name\",\"Wilhelmina\"],"
+           "[\"Last Name\",\"Abelwhite\"]]}}\n"
+           "{\"op\":\"id\"}\n"
+           "{\"op\":\"find\",\"id\":\"" +
+           sample.ids[kDeleted] +
+           "\"}\n"
+           "{\"op\":\"delete\"}\n"
+           "{\"op\":\"count\"}\n"
+           "{\"op\":\"close\"}\n";
+  }
+
+  // Does what the command line says, as if it had been typed, and shows the start of what it
+  // writes.
+  void Run(std::vector<std::string> words, std::size_t lines = kAllLines,
+           std::istream* in = nullptr, const std::string& redirection = "") {
+    std::string typed = "pairwise -p " + folder;
+    for (const std::string& word : words) typed += " " + word;
+    console.out << "$ " << typed << redirection << "\n";
+
+    words.insert(words.begin(), {"pairwise", "-p", folder});
+    std::vector<const char*> arguments;
+    for (const std::string& word : words) arguments.push_back(word.c_str());
+    std::ostringstream out;
+    const Console inner{in == nullptr ? console.in : *in, out, console.messages, false,
+                        console.width};
+    const int code = RunCommandLine(static_cast<int>(arguments.size()), arguments.data(), inner);
+    console.out << FirstLines(out.str(), lines);
+    if (code != kExitDone) worst = code;
+  }
+
+  void ShowStart(const std::string& file, std::size_t lines) {
+    constexpr std::uintmax_t kLargest = 1 << 20;
+    const auto text = ReadNativeFile(file, kLargest);
+    if (!text) return;
+    console.out << "$ head -" << lines << " " << file << "\n"
+                << FirstLines(*text, lines).substr(0, text->size());
+  }
+
+  void Heading(const std::string& text) {
+    console.out << "\n== " << ++step << ". " << text << "\n";
+  }
+  void Say(const std::string& text) { console.out << text << "\n"; }
+
+  std::uintmax_t Size() const {
+    std::error_code error;
+    return fs::file_size(sample.cardfile, error);
+  }
+
+  const Console& console;
+  SampleProfile sample;
+  std::string folder;  // as it was given
+  int step = 0;
+  int worst = kExitDone;
+};
+
+int Demo(const CommandLine& line, const std::string& folder) {
+  auto sample = MakeSampleProfile(folder, line.console.messages);
+  if (!sample) return line.console.Fail(sample.Why());
+  return Walk(line.console, std::move(*sample), folder).Go();
+}
+
+}  // namespace
+
+void AddDemoCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* command = app.add_subcommand("demo", "Make a sample profile, and walk through it");
+  auto folder = std::make_shared<std::string>("pairwise-demo");
+  command->add_option("dir", *folder, "Folder to make it in")
+      ->capture_default_str()
+      ->type_name("DIR");
+  command->callback(
+      [&line, folder] { line.chosen = [&line, folder] { return Demo(line, *folder); }; });
+}
+
+}  // namespace pw

@@ -1,0 +1,87 @@
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "host/commands/commands.h"
+#include "host/commands/contact_choice.h"
+#include "host/commands/profile_run.h"
+#include "host/formats/contact_json.h"
+#include "host/formats/csv.h"
+#include "host/formats/vcard.h"
+#include "host/native_file.h"
+
+// `pairwise export`: the records of a type in a form that other programs read.
+namespace pw {
+namespace {
+
+constexpr const char* kStandardOutput = "-";
+
+struct ExportOptions {
+  std::string type;
+  std::optional<std::string> category;
+  std::string format = "json";
+  std::string file = kStandardOutput;
+};
+
+std::vector<Contact> AllContacts(const ChosenContacts& chosen) {
+  std::vector<Contact> all;
+  for (const CategoryContacts& category : chosen.categories) {
+    all.insert(all.end(), category.contacts.begin(), category.contacts.end());
+  }
+  return all;
+}
+
+std::string Render(const ChosenContacts& chosen, const std::string& format) {
+  if (format == "json") return WriteContactsJson(AllContacts(chosen));
+  if (format == "csv") return WriteCsv(AllContacts(chosen));
+  std::string cards;
+  for (const CategoryContacts& category : chosen.categories) {
+    for (const Contact& contact : category.contacts) AppendVCard(cards, contact, category.location);
+  }
+  return cards;
+}
+
+int Export(EngineRun& run, const Console& console, const ExportOptions& options) {
+  const auto chosen = ChooseContacts(run, console, options.type, options.category);
+  if (!chosen) return console.Fail(chosen.Why());
+  const std::string text = Render(*chosen, options.format);
+  if (options.file == kStandardOutput) {
+    console.out << text;
+  } else {
+    const auto written = WriteNativeFile(options.file, text);
+    if (!written) return console.Fail(written.Why());
+  }
+  return chosen->anyLeftOut ? kExitSomeSkipped : kExitDone;
+}
+
+}  // namespace
+
+void AddExportCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* command =
+      app.add_subcommand("export", "Write the records of a type for other programs");
+  auto options = std::make_shared<ExportOptions>();
+  command->add_option("type", options->type, "Data type, such as contact")
+      ->required()
+      ->type_name("TYPE");
+  command->add_option("category", options->category, "Name or location of a category; else all")
+      ->type_name("CATEGORY");
+  command->add_option("--format", options->format, "json, csv or vcf")
+      ->check(CLI::IsMember({"json", "csv", "vcf"}))
+      ->capture_default_str()
+      ->type_name("FORMAT");
+  command->add_option("-o,--output", options->file, "File to write; - is the standard output")
+      ->capture_default_str()
+      ->type_name("FILE");
+  command->callback([&line, options] {
+    line.chosen = [&line, options] {
+      return WithRun(line, RunMode::kReading,
+                     [&](EngineRun& run) { return Export(run, line.console, *options); });
+    };
+  });
+}
+
+}  // namespace pw

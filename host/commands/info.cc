@@ -1,0 +1,67 @@
+#include <ostream>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "base/codepage.h"
+#include "host/catalogue.h"
+#include "host/commands/commands.h"
+#include "host/commands/profile_run.h"
+#include "host/contact_reader.h"
+#include "host/text_table.h"
+
+// `pairwise info`: what a profile leads to.
+namespace pw {
+namespace {
+
+constexpr std::size_t kLabelWidth = 10;
+
+std::string Counted(std::size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string TypeSummary(EngineRun& run, const Console& console, const std::string& type) {
+  PWSourceCategoryVector categories;
+  if (run.Manager().ListCategories(type.c_str(), categories) != kResultOk) return "not served yet";
+  std::size_t records = 0;
+  std::size_t unreadable = 0;
+  for (std::uint32_t i = 0; i < categories.Count(); ++i) {
+    const auto opened = OpenForReading(run, type, *categories.At(i));
+    if (opened) records += opened->source->RecordCount();
+    if (!opened) console.Fail(opened.Why());
+    if (!opened) ++unreadable;
+  }
+  std::string text = Counted(categories.Count(), "category", "categories") + ", " +
+                     Counted(records, "record", "records");
+  if (unreadable > 0) text += ", " + Counted(unreadable, "file", "files") + " unreadable";
+  return text;
+}
+
+int Info(EngineRun& run, const CommandLine& line) {
+  std::ostream& out = line.console.out;
+  const auto print = [&](const std::string& label, const std::string& text) {
+    out << Fitted(label, kLabelWidth) << OneLine(text) << "\n";
+  };
+  PWSourceManager& manager = run.Manager();
+  print("Profile", line.profileFolder);
+  print("Product", CodePageToUtf8(manager.Name().View()) +
+                       (manager.IsInstalled() ? " (installed)" : " (not installed here)"));
+  const std::string folder = run.Objects().config.String(PWConfig::kDataFolder).Str();
+  print("Data", CodePageToUtf8(folder) + ", which is " + run.NativePathOf(folder));
+  for (const std::string& type : TypeNames(manager))
+    print(type, TypeSummary(run, line.console, type));
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* command = app.add_subcommand("info", "Say what the profile leads to");
+  command->callback([&line] {
+    line.chosen = [&line] {
+      return WithRun(line, RunMode::kReading, [&](EngineRun& run) { return Info(run, line); });
+    };
+  });
+}
+
+}  // namespace pw

@@ -1,0 +1,145 @@
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+#include "base/codepage.h"
+#include "framework/config.h"
+#include "host/commands/commands.h"
+#include "host/native_file.h"
+#include "host/products.h"
+#include "platform/posix/posix_registry.h"
+
+// `pairwise init`: a profile for data that are already there.
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct InitOptions {
+  std::string data;
+  std::string product;
+  std::string registryExport;
+};
+
+constexpr std::uintmax_t kLargestRegistry = 64 << 20;
+constexpr const char* kDataFolder = "C:\\Data";
+
+// What the registry from the old machine tells.
+struct OldMachine {
+  const Product* product = nullptr;
+  std::optional<std::string> dataFolder;
+};
+
+std::optional<std::uint32_t> ProductNumber(Registry& registry, const Product& product) {
+  const auto key = registry.Open(product.mainKey, RegistryAccess::kRead);
+  return key == nullptr ? std::nullopt : ReadNumber(*key, "PRODUCT");
+}
+
+// Where the edition was installed, its data folder lies below.
+std::optional<std::string> OldDataFolder(Registry& registry, const Product& product) {
+  const auto key = registry.Open(InstallKey(product), RegistryAccess::kRead);
+  auto folder = key == nullptr ? std::nullopt : ReadText(*key, "InstallDir");
+  if (!folder || folder->size() < 2 || (*folder)[1] != ':') return {};
+  if (folder->back() == '\\') folder->pop_back();
+  return *folder + "\\UserData";
+}
+
+Outcome<OldMachine> AskRegistry(const fs::path& file, const Product* wanted) {
+  PosixRegistry registry({file, RegistryMode::kOverlay, {}});
+  if (const auto error = registry.Error()) return Failure{*error};
+  OldMachine found;
+  for (const Product& product : kProducts) {
+    const bool isThere = ProductNumber(registry, product) == product.number;
+    if (found.product == nullptr && isThere && (wanted == nullptr || wanted == &product)) {
+      found.product = &product;
+    }
+  }
+  if (found.product != nullptr) found.dataFolder = OldDataFolder(registry, *found.product);
+  return found;
+}
+
+Outcome<Done> WriteProfile(const Profile& profile, std::string_view registry) {
+  std::error_code error;
+  for (const fs::path& file : {profile.DescriptionFile(), profile.RegistryFile()}) {
+    if (fs::exists(file, error)) return Failure{file.string() + ": already there"};
+  }
+  fs::create_directories(profile.folder, error);
+  if (error) return SystemFailure(profile.folder, error.value());
+  // The description comes last: with it the profile is one.
+  auto written = WriteNativeFile(profile.RegistryFile(), registry);
+  if (!written) return written;
+  return WriteNativeFile(profile.DescriptionFile(), RenderProfile(profile));
+}
+
+int Init(const CommandLine& line, const InitOptions& options) {
+  const Console& console = line.console;
+  if (line.profileFolder.empty()) {
+    return console.FailUsage("where is the profile to be? Give it as --profile DIR");
+  }
+  std::error_code error;
+  const fs::path data = fs::canonical(options.data, error);
+  if (error) return console.Fail(SystemFailure(options.data, error.value()));
+  if (!fs::is_directory(data, error)) return console.Fail({options.data + ": not a folder"});
+
+  const Product* product = options.product.empty() ? nullptr : FindProduct(options.product);
+  Profile profile;
+  profile.folder = fs::absolute(line.profileFolder, error).lexically_normal();
+  profile.drives.push_back({kDataFolder, data});
+
+  std::string registry;
+  if (!options.registryExport.empty()) {
+    auto bytes = ReadNativeFile(options.registryExport, kLargestRegistry);
+    if (!bytes) return console.Fail(bytes.Why());
+    registry = std::move(*bytes);
+    const auto old = AskRegistry(options.registryExport, product);
+    if (!old) return console.Fail(old.Why());
+    if (old->product == nullptr) {
+      return console.Fail(
+          {options.registryExport + ": holds no key of " +
+           (product == nullptr ? std::string("any edition") : "the edition " + options.product)});
+    }
+    product = old->product;
+    if (old->dataFolder) profile.drives.back().prefix = *old->dataFolder;
+  }
+  if (product == nullptr) product = &kProducts[0];
+  if (registry.empty()) registry = FreshRegistry(*product);
+  profile.config[PWConfig::kDataFolder] = profile.drives.back().prefix;
+  profile.config[PWConfig::kCalendarStem] = "";
+  profile.config[PWConfig::kProductKey] = product->mainKey;
+
+  const auto written = WriteProfile(profile, registry);
+  if (!written) return console.Fail(written.Why());
+  console.messages << "made " << profile.folder.string() << ": edition " << product->name << ", "
+                   << CodePageToUtf8(profile.drives.back().prefix) << " is " << data.string()
+                   << "\n";
+  return kExitDone;
+}
+
+}  // namespace
+
+void AddInitCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* command = app.add_subcommand("init", "Make a profile for the organiser's data folder");
+  auto options = std::make_shared<InitOptions>();
+  command->add_option("--data", options->data, "Folder that holds the organiser's files")
+      ->required()
+      ->type_name("FOLDER");
+  command
+      ->add_option("--product", options->product,
+                   "Edition: desktop, 98, 99 or orb; else as the registry says, or desktop")
+      ->check(CLI::IsMember({"desktop", "98", "99", "orb"}))
+      ->type_name("EDITION");
+  command
+      ->add_option("--registry", options->registryExport,
+                   "Registry of the old machine, as its registry editor exported it")
+      ->type_name("FILE");
+  command->callback(
+      [&line, options] { line.chosen = [&line, options] { return Init(line, *options); }; });
+}
+
+}  // namespace pw

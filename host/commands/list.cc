@@ -1,0 +1,96 @@
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "host/commands/commands.h"
+#include "host/commands/contact_choice.h"
+#include "host/commands/profile_run.h"
+#include "host/text_table.h"
+
+// `pairwise list`: the records of a type, a line each.
+namespace pw {
+namespace {
+
+struct ListOptions {
+  std::string type;
+  std::optional<std::string> category;
+  bool table = false;
+};
+
+// All field names of the categories, in the order in which they first occur, each with its column.
+struct Columns {
+  std::vector<std::string> names;
+  std::unordered_map<std::string, std::size_t> places;
+
+  void Add(const std::string& name) {
+    if (places.try_emplace(name, names.size()).second) names.push_back(name);
+  }
+};
+
+TextTable ContactTable(const std::vector<CategoryContacts>& categories, bool withCategory) {
+  Columns columns;
+  for (const CategoryContacts& category : categories) {
+    for (const std::string& name : category.fieldNames) columns.Add(name);
+  }
+  TextTable table;
+  if (withCategory) table.heading.emplace_back("Category");
+  table.heading.emplace_back("ID");
+  const std::size_t fixed = table.heading.size();
+  table.heading.insert(table.heading.end(), columns.names.begin(), columns.names.end());
+  for (const CategoryContacts& category : categories) {
+    for (const Contact& contact : category.contacts) {
+      std::vector<std::string> row(table.heading.size());
+      if (withCategory) row[0] = category.name;
+      row[fixed - 1] = contact.id;
+      for (const auto& [name, value] : contact.fields) {
+        const auto column = columns.places.find(name);
+        if (column != columns.places.end()) row[fixed + column->second] = value;
+      }
+      table.rows.push_back(std::move(row));
+    }
+  }
+  return table;
+}
+
+int List(EngineRun& run, const Console& console, const ListOptions& options) {
+  const auto chosen = ChooseContacts(run, console, options.type, options.category);
+  if (!chosen) return console.Fail(chosen.Why());
+  const bool forPeople = console.outIsTerminal || options.table;
+  // Programs find the same columns however many categories there are.
+  const bool withCategory = !forPeople || chosen->categories.size() > 1;
+  const TextTable table = ContactTable(chosen->categories, withCategory);
+  console.out << (forPeople ? RenderForPeople(table, console.width) : RenderForPrograms(table));
+  return chosen->anyLeftOut ? kExitSomeSkipped : kExitDone;
+}
+
+}  // namespace
+
+void AddListCommand(CLI::App& app, CommandLine& line) {
+  CLI::App* command = app.add_subcommand("list", "List the records of a type");
+  command->footer(
+      "On a terminal the list is a table cut to its width; elsewhere it is one line a record, "
+      "tabs\n"
+      "between the fields, a heading first.");
+  auto options = std::make_shared<ListOptions>();
+  command->add_option("type", options->type, "Data type, such as contact")
+      ->required()
+      ->type_name("TYPE");
+  command->add_option("category", options->category, "Name or location of a category; else all")
+      ->type_name("CATEGORY");
+  command->add_flag("--table", options->table, "Make a table in any case");
+  command->callback([&line, options] {
+    line.chosen = [&line, options] {
+      return WithRun(line, RunMode::kReading,
+                     [&](EngineRun& run) { return List(run, line.console, *options); });
+    };
+  });
+}
+
+}  // namespace pw

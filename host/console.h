@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+
+#include "host/outcome.h"
+
+namespace pw {
+
+// Exit codes of the program.
+enum ExitCode : int {
+  kExitDone = 0,
+  kExitFailed = 1,
+  kExitUsage = 2,
+  kExitSomeSkipped = 4,  // done, but for some records that could not be read
+};
+
+// What a command reads and writes. The streams aren't owned.
+struct Console {
+  std::istream& in;
+  std::ostream& out;       // data
+  std::ostream& messages;  // everything else
+  bool outIsTerminal = false;
+  std::size_t width = 80;  // of the terminal, in columns
+
+  // Tells what went wrong, and gives the exit code for it.
+  int Fail(const Failure& failure) const;
+
+  // Tells what went wrong with the way in which the program was called.
+  int FailUsage(const std::string& what) const;
+};
+
+// The standard streams.
+Console StandardConsole();
+
+}  // namespace pw

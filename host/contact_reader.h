@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/source.h"
+#include "host/engine_run.h"
+#include "host/formats/contact.h"
+#include "host/outcome.h"
+
+namespace pw {
+
+inline constexpr const char* kContactType = "contact";
+
+// A source with its category, for reading. It is never closed, as that would save it.
+struct OpenedSource {
+  std::unique_ptr<PWSourceCategory> category;  // must outlive the source
+  std::unique_ptr<PWSource> source;
+};
+Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
+                                     const PWSourceCategory& category);
+
+// The current record; nothing if it can't be read.
+std::optional<Contact> ReadContact(PWSource& source);
+
+struct CategoryContacts {
+  std::string name;                     // the category's
+  std::string location;                 // the organiser's path, in UTF-8
+  std::vector<std::string> fieldNames;  // in the cardfile's order
+  std::vector<Contact> contacts;
+  std::size_t unreadable = 0;  // records that were left out
+};
+Outcome<CategoryContacts> ReadContacts(EngineRun& run, const PWSourceCategory& category);
+
+}  // namespace pw

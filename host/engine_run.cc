@@ -1,0 +1,138 @@
+#include "host/engine_run.h"
+
+#include <utility>
+
+#include "base/codepage.h"
+#include "base/process_wide.h"
+#include "framework/engine_context.h"
+#include "host/signal_cleanup.h"
+
+namespace pw {
+namespace {
+
+constexpr const char* kImportManagerName = "Object_ImportManager";
+
+std::vector<Mount> Mounts(const Profile& profile, bool readOnly) {
+  std::vector<Mount> mounts;
+  for (const ProfileDrive& drive : profile.drives) {
+    mounts.push_back({drive.prefix, drive.folder, readOnly});
+  }
+  return mounts;
+}
+
+}  // namespace
+
+EngineRun::EngineRun(const Profile& given, std::ostream& messages)
+    : profile(given), messages(messages), originals(Mounts(profile, false), profile.folder) {}
+
+Outcome<std::unique_ptr<EngineRun>> EngineRun::Start(const Profile& profile, RunMode mode,
+                                                     std::ostream& messages) {
+  std::unique_ptr<EngineRun> run(new EngineRun(profile, messages));
+  if (auto failure = run->PreparePlaces(mode)) return *failure;
+  if (auto failure = run->StartMachine(mode)) return *failure;
+  if (auto failure = run->LoadModule()) return *failure;
+  return run;
+}
+
+EngineRun::~EngineRun() {
+  objects.reset();
+  importManager.reset();
+  manager.reset();
+  // Also what the module holds for the whole process, as its code goes next.
+  ResetProcessWideState();
+  module.reset();
+  if (machine != nullptr) SetPlatform(previousPlatform);
+}
+
+std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
+  auto found = FindModule(profile.module);
+  if (!found) return found.Why();
+  moduleFile = *found;
+  options.modulePath = moduleFile;
+  options.currentFolder = profile.folder;
+  options.mounts = Mounts(profile, mode == RunMode::kReading);
+  options.somebodyThere = false;
+  if (mode == RunMode::kWriting) {
+    auto taken = ProfileLock::Take(profile);
+    if (!taken) return taken.Why();
+    lock = std::move(*taken);
+    return {};
+  }
+
+  const std::string folder = profile.DataFolder();
+  const bool hasDrive = folder.size() >= 2 && folder[1] == ':';
+  const auto original = hasDrive ? originals.Translate(folder) : std::nullopt;
+  if (!original) {
+    return Failure{profile.DescriptionFile().string() +
+                   ": entry 2 of [config] must be the data folder, on one of the drives"};
+  }
+  WatchForSignals();
+  auto made = PrivateCopy::Make(original->path);
+  if (!made) return made.Why();
+  copy = std::move(*made);
+  // The rest of this machine can be looked at but not changed, by whatever path.
+  options.mounts.push_back({"\\", "/", true});
+  options.mounts.push_back({folder, copy->Folder(), false});
+  options.currentFolder = copy->Folder();
+  return {};
+}
+
+std::optional<Failure> EngineRun::StartMachine(RunMode mode) {
+  const bool writing = mode == RunMode::kWriting;
+  options.registry.file = profile.RegistryFile();
+  options.registry.mode = writing ? RegistryMode::kReadWrite : RegistryMode::kOverlay;
+  options.registry.warn = [this](const std::string& warning) {
+    messages << "pairwise: " << warning << "\n";
+  };
+  if (writing) options.windowsFolder = DefaultWindowsFolder();
+  machine = std::make_unique<Machine>(options);
+  Platform services = machine->Services();
+  dialogs = std::make_unique<UnattendedDialogs>(*services.dialogs, messages);
+  services.dialogs = dialogs.get();
+  previousPlatform = SetPlatform(services);
+  if (const auto error = machine->Registry().Error()) return Failure{*error};
+  return {};
+}
+
+std::optional<Failure> EngineRun::LoadModule() {
+  auto loaded = ModuleLibrary::Load(moduleFile);
+  if (!loaded) return loaded.Why();
+  module = std::move(*loaded);
+  importManager.reset(static_cast<PWImportManager*>(module->CreateObject(kImportManagerName)));
+  if (importManager == nullptr || importManager->SourceManager == nullptr) {
+    return Failure{moduleFile.string() + ": the module makes no source manager"};
+  }
+  manager.reset(importManager->SourceManager);
+  for (const auto& [id, value] : profile.config) config.String(id) = value;
+  manager->Config = &config;
+  manager->ApplicationSource = &applicationSource;
+  manager->Log = new CollectedLog(log);
+  objects = std::make_unique<EngineObjects>(
+      EngineObjects{*importManager, *manager, config, applicationSource, log, machine->Clock(),
+                    *dialogs, [this](bool chain) { SetWindowChain(chain); }});
+  RegisterTypes(*objects);
+  return {};
+}
+
+void EngineRun::SetWindowChain(bool chain) {
+  Engine().mainWindow.reset();
+  if (!chain) return;
+  PosixWindows& windows = machine->Windows();
+  const WindowId grandparent = windows.AddLocalWindow(kNoWindow);
+  const WindowId parent = windows.AddLocalWindow(grandparent);
+  Engine().mainWindow.emplace(windows.AddLocalWindow(parent));
+}
+
+std::string EngineRun::NativePathOf(const std::string& location) const {
+  const auto native = originals.Translate(location);
+  if (!native) return CodePageToUtf8(location);
+  const bool endsInSlash = native->path.size() > 1 && native->path.back() == '/';
+  return native->path.substr(0, native->path.size() - (endsInSlash ? 1 : 0));
+}
+
+void EngineRun::ShowLog() {
+  for (const LogLine& line : log) messages << "pairwise: " << CodePageToUtf8(line.text) << "\n";
+  log.clear();
+}
+
+}  // namespace pw

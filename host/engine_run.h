@@ -1,0 +1,82 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/collected_log.h"
+#include "host/engine_objects.h"
+#include "host/module_library.h"
+#include "host/outcome.h"
+#include "host/private_copy.h"
+#include "host/profile.h"
+#include "host/profile_lock.h"
+#include "platform/posix/machine.h"
+
+namespace pw {
+
+enum class RunMode {
+  // Nothing that is there is changed: the module works on a private copy of the data folder and
+  // with a
+  // registry whose changes are forgotten, and no running organiser hears of it.
+  kReading,
+  // In place, with the profile locked.
+  kWriting,
+};
+
+// One run of the module over a profile, with the engine's part played. There is one at a time.
+class EngineRun {
+ public:
+  // `messages` takes what the person should know of; it isn't owned.
+  static Outcome<std::unique_ptr<EngineRun>> Start(const Profile& profile, RunMode mode,
+                                                   std::ostream& messages);
+
+  ~EngineRun();
+  EngineRun(const EngineRun&) = delete;
+  EngineRun& operator=(const EngineRun&) = delete;
+
+  EngineObjects& Objects() { return *objects; }
+  PWSourceManager& Manager() { return *manager; }
+
+  // The file of this machine that a location of the organiser's stands for, not the private copy of
+  // it; the location itself if it stands for none.
+  std::string NativePathOf(const std::string& location) const;
+
+  // Shows the lines of the log so far to the person, and drops them.
+  void ShowLog();
+
+ private:
+  EngineRun(const Profile& profile, std::ostream& messages);
+
+  // Each gives what stands in its way, or nothing.
+  std::optional<Failure> PreparePlaces(RunMode mode);
+  std::optional<Failure> StartMachine(RunMode mode);
+  std::optional<Failure> LoadModule();
+
+  void SetWindowChain(bool chain);
+
+  Profile profile;
+  std::ostream& messages;
+  PathTable originals;
+  std::filesystem::path moduleFile;
+  std::optional<ProfileLock> lock;
+  std::unique_ptr<PrivateCopy> copy;
+  MachineOptions options;
+
+  std::unique_ptr<Machine> machine;
+  std::unique_ptr<UnattendedDialogs> dialogs;
+  Platform previousPlatform;
+
+  std::vector<LogLine> log;
+  PWConfig config;
+  PWApplicationSource applicationSource;
+  std::optional<ModuleLibrary> module;
+  std::unique_ptr<PWSourceManager> manager;
+  std::unique_ptr<PWImportManager> importManager;
+  std::unique_ptr<EngineObjects> objects;
+};
+
+}  // namespace pw

@@ -1,0 +1,13 @@
+#include "host/formats/line_errors.h"
+
+namespace pw {
+
+void LineErrors::Add(std::size_t line, std::string_view text) {
+  ++count;
+  if (texts.size() == kMostKept) return;
+  texts.push_back("line " + std::to_string(line) + ": ");
+  // A piece of the file that is quoted may hold anything.
+  for (const char c : text) texts.back() += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+}
+
+}  // namespace pw

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pw {
+
+// What a reader found wrong with its input, in the order found.
+//
+// All errors are counted but only the first hundred kept, so that a file that is something else
+// altogether neither fills the memory nor the screen.
+class LineErrors {
+ public:
+  static constexpr std::size_t kMostKept = 100;
+
+  // Lines count from 1.
+  void Add(std::size_t line, std::string_view text);
+
+  // Each as "line 12: ...", a control character of the text being a blank.
+  const std::vector<std::string>& Texts() const { return texts; }
+  std::size_t Count() const { return count; }
+
+ private:
+  std::vector<std::string> texts;
+  std::size_t count = 0;
+};
+
+}  // namespace pw

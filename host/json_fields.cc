@@ -1,0 +1,158 @@
+#include "host/json_fields.h"
+
+#include <limits>
+#include <utility>
+
+#include "base/codepage.h"
+#include "base/text.h"
+
+namespace pw {
+namespace {
+
+std::string Quoted(const char* name) {
+  return "\"" + std::string(name) + "\"";
+}
+
+const Json& EmptyObject() {
+  static const Json empty = Json::object();
+  return empty;
+}
+
+}  // namespace
+
+JsonFields::JsonFields(const Json& object) : object(object) {
+  if (!object.is_object()) Fail("not a JSON object");
+}
+
+void JsonFields::Fail(std::string what) {
+  if (problem.empty()) problem = std::move(what);
+}
+
+const Json* JsonFields::Member(const char* name) {
+  if (Failed()) return nullptr;
+  const auto found = object.find(name);
+  if (found != object.end()) return &*found;
+  Fail(Quoted(name) + " is missing");
+  return nullptr;
+}
+
+std::string JsonFields::ToText(const Json& value, const char* name) {
+  if (!value.is_string()) {
+    Fail(Quoted(name) + " must be a text");
+    return {};
+  }
+  const auto& utf8 = value.get_ref<const std::string&>();
+  const auto text = Utf8ToCodePage(utf8);
+  if (!text) {
+    Fail(Quoted(name) + " has a character outside of code page 1252");
+    return {};
+  }
+  // The engine's texts end at a zero byte, so it can't be passed on.
+  if (text->find('\0') != std::string::npos) {
+    Fail(Quoted(name) + " holds a zero character");
+    return {};
+  }
+  return *text;
+}
+
+std::string JsonFields::Text(const char* name) {
+  const Json* value = Member(name);
+  return value == nullptr ? std::string() : ToText(*value, name);
+}
+
+std::vector<std::string> JsonFields::Texts(const char* name) {
+  std::vector<std::string> texts;
+  const Json* value = Member(name);
+  if (value == nullptr) return texts;
+  if (!value->is_array()) {
+    Fail(Quoted(name) + " must be an array of texts");
+    return texts;
+  }
+  for (const Json& item : *value) texts.push_back(ToText(item, name));
+  return texts;
+}
+
+bool JsonFields::Bool(const char* name) {
+  const Json* value = Member(name);
+  if (value == nullptr) return false;
+  if (!value->is_boolean()) {
+    Fail(Quoted(name) + " must be true or false");
+    return false;
+  }
+  return value->get<bool>();
+}
+
+std::int32_t JsonFields::Signed(const char* name) {
+  const Json* value = Member(name);
+  if (value == nullptr) return 0;
+  constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+  // What was read without a sign may be too large for a signed number of 64 bits.
+  const bool fits = value->is_number_unsigned()
+                        ? value->get<std::uint64_t>() <= static_cast<std::uint64_t>(kMost)
+                        : value->is_number_integer() && value->get<std::int64_t>() >= kLeast;
+  if (!fits) {
+    Fail(Quoted(name) + " must be a whole number from -2147483648 to 2147483647");
+    return 0;
+  }
+  return static_cast<std::int32_t>(value->get<std::int64_t>());
+}
+
+std::uint32_t JsonFields::Unsigned(const char* name) {
+  const Json* value = Member(name);
+  if (value == nullptr) return 0;
+  if (value->is_number_unsigned()) {
+    const auto number = value->get<std::uint64_t>();
+    if (number <= std::numeric_limits<std::uint32_t>::max()) {
+      return static_cast<std::uint32_t>(number);
+    }
+  } else if (value->is_number_integer()) {
+    const auto number = value->get<std::int64_t>();
+    if (number < 0) return static_cast<std::uint32_t>(number);
+  }
+  Fail(Quoted(name) + " must be a whole number below 4294967296");
+  return 0;
+}
+
+const Json& JsonFields::Object(const char* name) {
+  const Json* value = Member(name);
+  if (value == nullptr) return EmptyObject();
+  if (value->is_object()) return *value;
+  Fail(Quoted(name) + " must be an object");
+  return EmptyObject();
+}
+
+std::vector<std::pair<std::string, std::string>> JsonFields::Pairs(const char* name) {
+  std::vector<std::pair<std::string, std::string>> pairs;
+  const Json* value = Member(name);
+  if (value == nullptr) return pairs;
+  if (!value->is_array()) {
+    Fail(Quoted(name) + " must be an array of pairs");
+    return pairs;
+  }
+  for (const Json& pair : *value) {
+    if (!pair.is_array() || pair.size() != 2) {
+      Fail("each of " + Quoted(name) + " must be a pair of texts");
+      return pairs;
+    }
+    std::string first = ToText(pair[0], name);
+    pairs.emplace_back(std::move(first), ToText(pair[1], name));
+  }
+  return pairs;
+}
+
+Json JsonText(std::string_view text) {
+  return CodePageToUtf8(text);
+}
+
+std::string StampText(const PWDateTimeStamp& stamp) {
+  return Format("%04u-%02u-%02uT%02u:%02u:%02u", unsigned{stamp.year}, unsigned{stamp.month},
+                unsigned{stamp.day}, unsigned{stamp.hour}, unsigned{stamp.minute},
+                unsigned{stamp.second});
+}
+
+std::string JsonLine(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace pw

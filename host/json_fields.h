@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "framework/values.h"
+
+namespace pw {
+
+using Json = nlohmann::ordered_json;
+
+// Reads the members of one JSON object as the engine's values.
+//
+// The first member that is missing or isn't what it should be is remembered, and that read and all
+// later ones give empty values: a caller reads all it needs and asks once. Texts are given in the
+// organiser's code page. The object isn't owned and must outlive the reader.
+class JsonFields {
+ public:
+  explicit JsonFields(const Json& object);
+
+  bool Has(const char* name) const { return object.is_object() && object.contains(name); }
+
+  std::string Text(const char* name);
+  std::vector<std::string> Texts(const char* name);
+  bool Bool(const char* name);
+  std::int32_t Signed(const char* name);
+
+  // A negative number is taken modulo 2^32.
+  std::uint32_t Unsigned(const char* name);
+
+  // The object of that name, or an empty one.
+  const Json& Object(const char* name);
+
+  // Pairs of texts, each written as an array of two.
+  std::vector<std::pair<std::string, std::string>> Pairs(const char* name);
+
+  bool Failed() const { return !problem.empty(); }
+  const std::string& Problem() const { return problem; }
+  void Fail(std::string what);
+
+ private:
+  // Null if it is missing, or something has failed before.
+  const Json* Member(const char* name);
+  std::string ToText(const Json& value, const char* name);
+
+  const Json& object;
+  std::string problem;
+};
+
+// A text of the organiser's code page as JSON writes it.
+Json JsonText(std::string_view text);
+
+// "YYYY-MM-DDTHH:MM:SS" from the bare fields.
+std::string StampText(const PWDateTimeStamp& stamp);
+
+// One line, whatever bytes are in it.
+std::string JsonLine(const Json& value);
+
+}  // namespace pw

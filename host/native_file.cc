@@ -1,0 +1,89 @@
+#include "host/native_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include "platform/posix/descriptor.h"
+
+namespace pw {
+namespace {
+
+// Whether all bytes were written; errno tells why not.
+bool WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        Uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+// The rights that a file under that name has, or that a new one gets.
+mode_t RightsFor(const std::filesystem::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) == 0) return status.st_mode & 07777;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+// 0, or the error that stopped it.
+int WriteBeside(const std::string& pattern, const std::filesystem::path& target,
+                std::string_view bytes) {
+  std::string temporary = pattern;
+  Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (!descriptor.IsOpen()) return errno;
+  int error = 0;
+  if (!WriteAll(descriptor.Number(), bytes) ||
+      ::fchmod(descriptor.Number(), RightsFor(target)) != 0 || !descriptor.Close() ||
+      ::rename(temporary.c_str(), target.c_str()) != 0) {
+    error = errno;
+    ::unlink(temporary.c_str());
+  }
+  return error;
+}
+
+}  // namespace
+
+Failure SystemFailure(const std::filesystem::path& file, int error) {
+  return {file.string() + ": " + std::generic_category().message(error)};
+}
+
+Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uintmax_t limit) {
+  // A pipe without a writer must not hold us up.
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!descriptor.IsOpen()) return SystemFailure(file, errno);
+  struct stat status {};
+  if (::fstat(descriptor.Number(), &status) != 0) return SystemFailure(file, errno);
+  if (S_ISDIR(status.st_mode)) return SystemFailure(file, EISDIR);
+  if (!S_ISREG(status.st_mode)) return Failure{file.string() + ": not a regular file"};
+
+  std::string bytes;
+  char piece[1 << 16];
+  for (;;) {
+    const ssize_t count =
+        Uninterrupted([&] { return ::read(descriptor.Number(), piece, sizeof piece); });
+    if (count < 0) return SystemFailure(file, errno);
+    if (count == 0) return bytes;
+    bytes.append(piece, static_cast<std::size_t>(count));
+    if (bytes.size() > limit) return Failure{file.string() + ": too large"};
+  }
+}
+
+Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes) {
+  std::error_code ignored;
+  const std::filesystem::path resolved = std::filesystem::weakly_canonical(file, ignored);
+  const std::filesystem::path target = ignored || resolved.empty() ? file : resolved;
+  if (std::filesystem::is_directory(target, ignored)) return SystemFailure(file, EISDIR);
+  const int error = WriteBeside(target.string() + ".XXXXXX", target, bytes);
+  if (error != 0) return SystemFailure(file, error);
+  return Done{};
+}
+
+}  // namespace pw

@@ -1,0 +1,106 @@
+#include "host/private_copy.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "host/native_file.h"
+#include "host/signal_cleanup.h"
+#include "platform/posix/descriptor.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Only a file's owner may read it without a trace; for others it is read like any.
+Descriptor OpenLeavingNoTrace(int folder, const char* name, int flags) {
+  Descriptor opened(::openat(folder, name, flags | O_RDONLY | O_CLOEXEC | O_NOATIME));
+  if (!opened.IsOpen() && errno == EPERM) {
+    opened = Descriptor(::openat(folder, name, flags | O_RDONLY | O_CLOEXEC));
+  }
+  return opened;
+}
+
+bool CopyBytes(int from, int to) {
+  char piece[1 << 16];
+  for (;;) {
+    const ssize_t count = Uninterrupted([&] { return ::read(from, piece, sizeof piece); });
+    if (count <= 0) return count == 0;
+    for (ssize_t done = 0; done < count;) {
+      const ssize_t written = Uninterrupted(
+          [&] { return ::write(to, piece + done, static_cast<std::size_t>(count - done)); });
+      if (written < 0) return false;
+      done += written;
+    }
+  }
+}
+
+// 0, or the error that stopped it. What isn't a regular file, or has gone meanwhile, is left out.
+int CopyFile(int folder, const char* name, const fs::path& target) {
+  struct stat status {};
+  if (::fstatat(folder, name, &status, 0) != 0) return errno == ENOENT ? 0 : errno;
+  if (!S_ISREG(status.st_mode)) return 0;
+  // Should a pipe have taken the name since, it must not hold us up.
+  const Descriptor from = OpenLeavingNoTrace(folder, name, O_NONBLOCK);
+  if (!from.IsOpen()) return errno == ENOENT ? 0 : errno;
+  if (::fstat(from.Number(), &status) != 0) return errno;
+  if (!S_ISREG(status.st_mode)) return 0;
+
+  // Always writable, as the module opens files for writing even where it only reads.
+  Descriptor to(::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!to.IsOpen() || !CopyBytes(from.Number(), to.Number())) return errno;
+  const timespec times[2] = {status.st_atim, status.st_mtim};
+  if (::futimens(to.Number(), times) != 0 || !to.Close()) return errno;
+  return 0;
+}
+
+std::optional<Failure> CopyFolder(const fs::path& original, const fs::path& copy) {
+  Descriptor folder = OpenLeavingNoTrace(AT_FDCWD, original.c_str(), O_DIRECTORY);
+  if (!folder.IsOpen()) return SystemFailure(original, errno);
+  const int number = ::fcntl(folder.Number(), F_DUPFD_CLOEXEC, 0);
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::fdopendir(number), ::closedir);
+  if (entries == nullptr) return SystemFailure(original, errno);
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(entries.get());
+    if (entry == nullptr) break;
+    const int error = CopyFile(folder.Number(), entry->d_name, copy / entry->d_name);
+    if (error != 0) return SystemFailure(original / entry->d_name, error);
+  }
+  if (errno != 0) return SystemFailure(original, errno);
+  return {};
+}
+
+}  // namespace
+
+PrivateCopy::PrivateCopy(fs::path made) : folder(std::move(made)) {
+  RemoveOnSignal(folder);
+}
+
+PrivateCopy::~PrivateCopy() {
+  std::error_code error;
+  fs::remove_all(folder, error);
+  ForgetOnSignal(folder);
+}
+
+Outcome<std::unique_ptr<PrivateCopy>> PrivateCopy::Make(const fs::path& original) {
+  std::error_code error;
+  const fs::path parent = fs::temp_directory_path(error);
+  if (error) return Failure{"no folder for temporary files: " + error.message()};
+  std::string pattern = (parent / "pairwise-XXXXXX").string();
+  if (::mkdtemp(pattern.data()) == nullptr) return SystemFailure(pattern, errno);
+  std::unique_ptr<PrivateCopy> copy(new PrivateCopy(pattern));
+  if (auto failure = CopyFolder(original, copy->folder)) return *failure;
+  return copy;
+}
+
+}  // namespace pw

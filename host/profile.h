@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/outcome.h"
+
+namespace pw {
+
+// Where a part of the organiser's paths lies on this machine.
+struct ProfileDrive {
+  std::string prefix;            // the organiser's: a drive "C:", or a folder on one "C:\Data"
+  std::filesystem::path folder;  // absolute
+};
+
+// What the host knows about one set of the organiser's data: a folder that holds the description
+// `profile.toml` and the registry `registry.reg`.
+struct Profile {
+  std::filesystem::path folder;
+  std::optional<std::filesystem::path>
+      module;  // absolute; else it is looked for where it is installed
+  std::vector<ProfileDrive> drives;
+  std::map<std::uint32_t, std::string>
+      config;  // the engine's entries, in the organiser's code page
+
+  std::filesystem::path DescriptionFile() const { return folder / "profile.toml"; }
+  std::filesystem::path RegistryFile() const { return folder / "registry.reg"; }
+
+  // The organiser's path of the data folder, or empty.
+  std::string DataFolder() const;
+};
+
+// Reads a profile's description. A failure names the file and, where there is one, the line.
+Outcome<Profile> ReadProfile(const std::filesystem::path& folder);
+
+// The same from the text of the file `folder`/profile.toml.
+Outcome<Profile> ParseProfile(std::string_view text, const std::filesystem::path& folder);
+
+// The description as a person would write it. Folders within the profile are written relative to
+// it.
+std::string RenderProfile(const Profile& profile);
+
+}  // namespace pw

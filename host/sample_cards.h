@@ -1,0 +1,24 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace pw {
+
+// The fields of the sample cardfile, without the contact log, which every cardfile has.
+inline constexpr std::array kSampleFields = {
+    "First Name", "Last Name", "Company", "Title",  "Street", "City",   "State",
+    "ZIP",        "Country",   "Phone",   "Mobile", "Fax",    "E-mail", "Birthday"};
+
+inline constexpr const char* kSampleLogField = "Contact Log";
+
+// A card of people who never lived: a value for each field and the contact log, in UTF-8.
+struct SampleCard {
+  std::array<const char*, kSampleFields.size()> values;
+  const char* log;
+};
+
+extern const SampleCard kSampleCards[];
+extern const std::size_t kSampleCardCount;
+
+}  // namespace pw

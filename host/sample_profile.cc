@@ -1,0 +1,120 @@
+#include "host/sample_profile.h"
+
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "base/codepage.h"
+#include "cardfile/new_file.h"
+#include "framework/source.h"
+#include "host/engine_run.h"
+#include "host/native_file.h"
+#include "host/products.h"
+#include "host/sample_cards.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kMark = ".pairwise-demo";
+constexpr const char* kDataFolder = "C:\\Data";
+constexpr const char* kLocation = "C:\\Data\\Friends.WMCard";
+constexpr std::int64_t kSecondsBetweenCards = 98'765;
+
+// Empties the folder of an earlier sample.
+Outcome<Done> ClearFolder(const fs::path& folder) {
+  std::error_code error;
+  const bool isThere = fs::exists(folder, error);
+  if (isThere && !fs::is_directory(folder, error)) {
+    return Failure{folder.string() + ": already there, and not a folder"};
+  }
+  if (isThere && !fs::is_empty(folder, error) && !fs::exists(folder / kMark, error)) {
+    return Failure{folder.string() + ": already there, and not made by an earlier demo"};
+  }
+  if (isThere) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
+      fs::remove_all(entry.path(), error);
+      if (error) return SystemFailure(entry.path(), error.value());
+    }
+  }
+  fs::create_directories(folder / "data", error);
+  if (error) return SystemFailure(folder, error.value());
+  return Done{};
+}
+
+Outcome<Done> WriteFiles(const SampleProfile& sample) {
+  const Product& product = kProducts[0];
+  std::vector<std::string> names;
+  for (const char* name : kSampleFields) names.emplace_back(name);
+  const std::vector<std::string> keys = {"Last Name", "First Name", "Company"};
+  const std::pair<fs::path, std::string> files[] = {
+      {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},
+      {sample.cardfile, NewCardFile(names, keys)},
+      {sample.profile.RegistryFile(), FreshRegistry(product)},
+      {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
+  };
+  for (const auto& [file, bytes] : files) {
+    auto written = WriteNativeFile(file, bytes);
+    if (!written) return written;
+  }
+  return Done{};
+}
+
+PWRecord RecordOf(const SampleCard& card) {
+  PWRecord record;
+  for (std::size_t i = 0; i < kSampleFields.size(); ++i) {
+    record.SetField(kSampleFields[i], Utf8ToCodePageLossy(card.values[i]));
+  }
+  record.SetField(kSampleLogField, Utf8ToCodePageLossy(card.log));
+  return record;
+}
+
+Outcome<Done> AddCards(EngineRun& run, SampleProfile& sample) {
+  PWSourceCategory category;
+  category.Location = kLocation;
+  const std::unique_ptr<PWSource> source(run.Manager().CreateSource("contact"));
+  const Failure failure{sample.cardfile.string() + ": the cards could not be added"};
+  if (source == nullptr) return failure;
+  source->Category = &category;
+  if (source->Open(0) != kResultOk) return failure;
+  std::int64_t now = kSampleTime;
+  for (std::size_t i = 0; i < kSampleCardCount; ++i) {
+    run.Objects().clock.FixNow(now);
+    now += kSecondsBetweenCards;
+    PWRecord record = RecordOf(kSampleCards[i]);
+    if (source->AddRecord(record) != kResultOk) return failure;
+    sample.ids.push_back(CodePageToUtf8(source->RecordID().View()));
+  }
+  if (source->CloseSource() != kResultOk) return failure;
+  return Done{};
+}
+
+}  // namespace
+
+std::int64_t SampleTimeAfterCards() {
+  return kSampleTime + kSecondsBetweenCards * static_cast<std::int64_t>(kSampleCardCount);
+}
+
+Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& messages) {
+  std::error_code error;
+  SampleProfile sample;
+  sample.profile.folder = fs::absolute(folder, error).lexically_normal();
+  sample.profile.drives = {{kDataFolder, sample.profile.folder / "data"}};
+  sample.profile.config = {{PWConfig::kDataFolder, kDataFolder},
+                           {PWConfig::kCalendarStem, ""},
+                           {PWConfig::kProductKey, kProducts[0].mainKey}};
+  sample.cardfile = sample.profile.folder / "data" / "Friends.WMCard";
+
+  const auto cleared = ClearFolder(sample.profile.folder);
+  if (!cleared) return cleared.Why();
+  const auto written = WriteFiles(sample);
+  if (!written) return written.Why();
+  const auto run = EngineRun::Start(sample.profile, RunMode::kWriting, messages);
+  if (!run) return run.Why();
+  const auto added = AddCards(**run, sample);
+  if (!added) return added.Why();
+  return sample;
+}
+
+}  // namespace pw

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/outcome.h"
+#include "host/profile.h"
+
+namespace pw {
+
+// A profile to try things on: the cardfile "Friends" in a data folder of its own, its cards added
+// through the module.
+struct SampleProfile {
+  Profile profile;
+  std::filesystem::path cardfile;
+  std::vector<std::string> ids;  // of the sample cards, in their order
+};
+
+// The moment in which the sample's first card was changed, in seconds since 1970-01-01 UTC. The
+// others follow, and whatever comes after them is given by `SampleTimeAfterCards`.
+inline constexpr std::int64_t kSampleTime = 888'840'000;  // 1998-03-02 12:00
+std::int64_t SampleTimeAfterCards();
+
+// Makes the sample in a folder that is missing or empty, or anew where an earlier sample is.
+// Anything else in the folder is a failure that changes nothing.
+Outcome<SampleProfile> MakeSampleProfile(const std::filesystem::path& folder,
+                                         std::ostream& messages);
+
+}  // namespace pw

@@ -1,0 +1,59 @@
+#include "host/unattended_dialogs.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/codepage.h"
+#include "host/text_table.h"
+
+namespace pw {
+
+BoxAnswer UnattendedDialogs::ShowMessage(WindowId /*parent*/, const std::string& text,
+                                         std::uint32_t flags) {
+  const bool yesNo = (flags & kBoxButtonsMask) == kBoxYesNo;
+  const bool okOnly = (flags & kBoxButtonsMask) == kBoxOk;
+  if (yesNo) {
+    Say(text, "No");
+    return BoxAnswer::kNo;
+  }
+  Say(text, okOnly ? "OK" : "Cancel");
+  return okOnly ? BoxAnswer::kOk : BoxAnswer::kCancel;
+}
+
+SheetAnswer UnattendedDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
+  if (ChooseIn(sheet)) return SheetAnswer::kOk;
+  Say(sheet.Title(), "Cancel");
+  return SheetAnswer::kCancel;
+}
+
+std::optional<std::string> UnattendedDialogs::ChooseFolder(WindowId /*parent*/,
+                                                           const std::string& title,
+                                                           const std::string& /*startFolder*/,
+                                                           const FolderComplaint& /*complaint*/) {
+  Say(title, "Cancel");
+  return {};
+}
+
+// Whether an entry was to be chosen, there was such a one, and all pages could be left.
+bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
+  if (!chosenEntry || *chosenEntry < 0) return false;
+  const auto entry = static_cast<std::size_t>(*chosenEntry);
+  for (PageModel* page : sheet.Pages()) {
+    std::vector<DialogControl>& controls = page->Controls();
+    const auto list = std::find_if(controls.begin(), controls.end(), [](const DialogControl& c) {
+      return c.kind == ControlKind::kList;
+    });
+    if (list == controls.end()) continue;
+    if (entry >= list->items.size()) return false;
+    list->text = list->items[entry];
+    return page->Leave();
+  }
+  return false;
+}
+
+void UnattendedDialogs::Say(const std::string& asked, const char* answer) {
+  messages << "pairwise: \"" << OneLine(CodePageToUtf8(asked)) << "\" was answered by " << answer
+           << "\n";
+}
+
+}  // namespace pw

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/windows.h"
+
+// All that asks the person at the machine something, or shows them a picture.
+namespace pw {
+
+// Flags of a message box: one of the sets of buttons, one of the pictures, which button is the
+// default.
+inline constexpr std::uint32_t kBoxOk = 0x000;
+inline constexpr std::uint32_t kBoxOkCancel = 0x001;
+inline constexpr std::uint32_t kBoxYesNo = 0x004;
+inline constexpr std::uint32_t kBoxWarning = 0x030;
+inline constexpr std::uint32_t kBoxQuestion = 0x020;
+inline constexpr std::uint32_t kBoxSecondButtonIsDefault = 0x100;
+inline constexpr std::uint32_t kBoxButtonsMask = 0x00F;
+
+enum class BoxAnswer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
+
+// The answer that changes nothing, for where nobody can give one.
+constexpr BoxAnswer SafeAnswer(std::uint32_t flags) {
+  if ((flags & kBoxButtonsMask) == kBoxYesNo) return BoxAnswer::kNo;
+  if ((flags & kBoxButtonsMask) == kBoxOkCancel) return BoxAnswer::kCancel;
+  return BoxAnswer::kOk;
+}
+
+enum class ControlKind { kLabel, kChoice, kText, kList, kButton };
+
+// A numbered control of a page. What it holds is the page's; the dialogs show it and change `text`
+// or `chosen` as the person says.
+struct DialogControl {
+  std::int32_t number = 0;
+  ControlKind kind = ControlKind::kLabel;
+  std::string text;                // a label's text, a text field's content
+  std::vector<std::string> items;  // of a list
+  bool chosen = false;             // of one choice in a group
+};
+
+// A page of a sheet, as the dialogs see it.
+class PageModel {
+ public:
+  virtual ~PageModel() = default;
+  virtual std::string Caption() = 0;
+  virtual std::vector<DialogControl>& Controls() = 0;
+  virtual void Press(std::int32_t control) = 0;  // a button
+  virtual bool Leave() = 0;                      // false: the page stays open
+};
+
+// A modal sheet of pages.
+class SheetModel {
+ public:
+  virtual ~SheetModel() = default;
+  virtual std::string Title() = 0;
+  virtual std::vector<PageModel*> Pages() = 0;  // not owned by the dialogs
+};
+
+enum class SheetAnswer { kOk = 1, kCancel = 2 };
+
+// Why a folder can't be taken, in words for the person; nothing if it can.
+using FolderComplaint = std::function<std::optional<std::string>(const std::string& folder)>;
+
+struct IconResource;               // whatever the platform keeps of a picture
+using IconHandle = IconResource*;  // null is no picture
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+
+  // Shows a text and returns the button. Where nobody can answer, it is the safe one: No, Cancel,
+  // or OK where there is no other.
+  virtual BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) = 0;
+
+  // Shows a sheet until it is left. Where nobody can answer it is left by Cancel.
+  virtual SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) = 0;
+
+  // Lets the person choose a folder that nothing is to be complained of; nothing if they don't.
+  virtual std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
+                                                  const std::string& startFolder,
+                                                  const FolderComplaint& complaint) = 0;
+
+  // From here until the matching leave, a call for help shows this context. They nest.
+  virtual void EnterHelp(const std::string& context) = 0;
+  virtual void LeaveHelp() = 0;
+
+  // The module's picture of that resource number, or null. It is the caller's until destroyed.
+  virtual IconHandle LoadIcon(std::int32_t resource) = 0;
+  virtual void DestroyIcon(IconHandle icon) = 0;
+};
+
+// Passes everything on, so that a test overrides only what is to differ.
+class DialogsWrapper : public Dialogs {
+ public:
+  explicit DialogsWrapper(Dialogs& target) : target(target) {}
+
+  BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) override {
+    return target.ShowMessage(parent, text, flags);
+  }
+  SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override {
+    return target.ShowSheet(parent, sheet);
+  }
+  std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
+                                          const std::string& startFolder,
+                                          const FolderComplaint& complaint) override {
+    return target.ChooseFolder(parent, title, startFolder, complaint);
+  }
+  void EnterHelp(const std::string& context) override { target.EnterHelp(context); }
+  void LeaveHelp() override { target.LeaveHelp(); }
+  IconHandle LoadIcon(std::int32_t resource) override { return target.LoadIcon(resource); }
+  void DestroyIcon(IconHandle icon) override { target.DestroyIcon(icon); }
+
+ private:
+  Dialogs& target;
+};
+
+}  // namespace pw

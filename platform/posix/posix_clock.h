@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/clock.h"
+
+namespace pw {
+
+// This machine's clock. The zone is the C library's: that of the environment's TZ, or else the
+// system's, looked at again for each moment.
+class PosixClock : public Clock {
+ public:
+  std::int64_t Now() override;
+  std::uint32_t Ticks() override;
+  CivilTime Utc(std::int64_t seconds) override;
+  CivilTime Local(std::int64_t seconds) override;
+};
+
+}  // namespace pw

@@ -1,0 +1,74 @@
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "cardfile/card_file.h"
+#include "framework/application.h"
+#include "platform/platform.h"
+#include "plugin/discovery.h"
+#include "plugin/source_manager.h"
+
+// What the person pairs with a folder of the engine: the categories of each type.
+namespace {
+
+constexpr const char* kContactType = "contact";
+constexpr std::string_view kCardfileExtension = ".WMCard";
+
+PWRESULT ListCardfiles(const std::string& folder, PWSourceCategoryVector& out) {
+  const std::string prefix = folder + "\\";
+  const std::string pattern = prefix + "*" + std::string(kCardfileExtension);
+  for (const pw::FoundFile& file : pw::CurrentPlatform().files->Find(pattern)) {
+    auto category = std::make_unique<PWSourceCategory>();
+    category->Name = file.name.substr(0, file.name.size() - kCardfileExtension.size());
+    category->Location = prefix + file.name;
+    out.Append(category.release(), false);
+  }
+  return kResultOk;
+}
+
+// Appends the names that `out` doesn't hold yet.
+void AppendNewNames(const std::vector<std::string>& names, PWStringVector& out) {
+  std::unordered_set<std::string> known;
+  for (std::uint32_t i = 0; i < out.Count(); ++i) known.insert(out.At(i)->Str());
+  for (const std::string& name : names) {
+    if (known.insert(name).second) out.AppendText(name);
+  }
+}
+
+}  // namespace
+
+PWRESULT WMSourceManager::ListCategories(const char* typeName, PWSourceCategoryVector& out) {
+  if (PWString(typeName) == kContactType) {
+    return ListCardfiles(Config->String(PWConfig::kDataFolder).Str(), out);
+  }
+  return PWSourceManager::ListCategories(typeName, out);
+}
+
+bool WMSourceManager::CreateMissingCategories() {
+  PWAppSrcTypeInfo* contacts =
+      ApplicationSource == nullptr ? nullptr : ApplicationSource->FindTypeInfo(kContactType);
+  if (contacts == nullptr) return false;
+  bool anyMissing = false;
+  for (std::uint32_t i = 0; i < contacts->Categories.Count(); ++i) {
+    PWSourceCategory& category = *contacts->Categories.At(i);
+    if (!category.Location.IsEmpty()) continue;
+    NewCategory(category.Name(), kContactType, &category.Location);
+    anyMissing = true;
+  }
+  return anyMissing;
+}
+
+PWRESULT WMSourceManager::CategoryFieldNames(const char* typeName, const char* location,
+                                             PWStringVector& out) {
+  if (!(PWString(typeName) == kContactType)) return kResultOk;
+  if (CreateMissingCategories()) return kResultCategoryMade;
+  WMCardFile file;
+  if (file.Load(location) != 0) return kResultFailed;
+  std::vector<std::string> names;
+  file.GetFieldNames(names);
+  // The information manager doesn't take part in the contact log, which is always the last.
+  if (GetProduct() == product::kInformationManager && !names.empty()) names.pop_back();
+  AppendNewNames(names, out);
+  return kResultOk;
+}

@@ -1,0 +1,9 @@
+#include "plugin/entry.h"
+
+#include "plugin/import_manager.h"
+#include "plugin/source_manager.h"
+
+extern "C" PWObject* createObject(const char* name) {
+  if (!(PWString(name) == "Object_ImportManager")) return nullptr;
+  return new WMImportManager(new WMSourceManager(0));
+}

@@ -1,0 +1,75 @@
+#include "plugin/source_manager.h"
+
+#include <array>
+
+#include "cardfile/contact_source.h"
+#include "framework/registry.h"
+#include "plugin/string_table.h"
+
+namespace {
+
+struct DataType {
+  const char* name;
+  PWSource* (*make)(WMSourceManager* manager);  // null for a type that isn't served yet
+};
+
+// In the order in which the engine gets to know them.
+constexpr std::array<DataType, 5> kDataTypes = {{
+    {"contact", [](WMSourceManager* manager) -> PWSource* { return new WMContactSource(manager); }},
+    {"calendar", nullptr},
+    {"todo", nullptr},
+    {"memo", nullptr},
+    {"timezone", nullptr},
+}};
+
+// The calendar and the task list have one category each, and share its file stem.
+bool HasOneSharedCategory(const char* typeName) {
+  const PWString type(typeName);
+  return type == "calendar" || type == "todo";
+}
+
+}  // namespace
+
+WMSourceManager::~WMSourceManager() = default;
+
+PWSource* WMSourceManager::CreateSource(const char* typeName) {
+  const PWString wanted(typeName);
+  for (const DataType& type : kDataTypes) {
+    if (wanted == type.name) return type.make == nullptr ? nullptr : type.make(this);
+  }
+  return nullptr;
+}
+
+void WMSourceManager::GetTypes(PWStringVector& out) {
+  for (const DataType& type : kDataTypes) out.AppendText(type.name);
+}
+
+PWRESULT WMSourceManager::AddSetupPages(CPropertySheet* /*sheet*/) {
+  return kResultNotImplemented;
+}
+
+PWRESULT WMSourceManager::AddExtraSetupPages(CPropertySheet* sheet) {
+  return AddSetupPages(sheet);
+}
+
+PWRESULT WMSourceManager::ClearSyncCategoryNames() {
+  PWRegistry registry;
+  PWString names;
+  registry.Open(LoadString(strings::kMainKeyDesktop), false);
+  registry.Read("SyncCatNames", names);
+  registry.Write("SyncCatNames", "");
+  registry.Close();
+  return kResultOk;
+}
+
+std::int32_t WMSourceManager::CategoryLimit(const char* typeName) {
+  return HasOneSharedCategory(typeName) ? 1 : -1;
+}
+
+bool WMSourceManager::IsSharedCategory(const char* typeName) {
+  return HasOneSharedCategory(typeName);
+}
+
+PWString WMSourceManager::CategoryHeaderName() {
+  return LoadString(strings::kFile);
+}

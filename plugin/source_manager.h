@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+#include "framework/source_manager.h"
+
+// What the engine asks of the organiser as a whole. One module serves four editions of the organiser;
+// which one it is hangs on `Product`.
+class WMSourceManager : public PWSourceManager {
+ public:
+  explicit WMSourceManager(std::uint32_t owner) : PWSourceManager(owner) {}
+  ~WMSourceManager() override;
+
+  bool IsAvailable() override { return true; }
+  const PWString& Name() override;
+  PWSource* CreateSource(const char* typeName) override;
+  void GetTypes(PWStringVector& out) override;
+  std::uint32_t ReservedFlag() override { return 1; }
+  PWRESULT AddSetupPages(CPropertySheet* sheet) override;
+  PWRESULT AddExtraSetupPages(CPropertySheet* sheet) override;
+  bool IsInstalled() override;
+  PWRESULT ClearSyncCategoryNames() override;
+  PWRESULT LaunchApplication() override;
+  PWRESULT ListCategories(const char* typeName, PWSourceCategoryVector& out) override;
+  std::int32_t CategoryLimit(const char* typeName) override;
+  bool IsSharedCategory(const char* typeName) override;
+  PWString CategoryHeaderName() override;
+  PWRESULT CategoryFieldNames(const char* typeName, const char* location,
+                              PWStringVector& out) override;
+  pw::IconHandle Icon() override;
+
+  // Makes the file of every contact category that has none. Whether there was one.
+  virtual bool CreateMissingCategories();
+
+  // The edition, -1 as long as it isn't known.
+  std::int32_t GetProduct();
+
+  // Where the calendar and task files of the organiser's default user lie: `out` gets the whole path,
+  // and its two parts become the data folder and the file stem of `Config`. False, and nothing
+  // changed, if the organiser names no such user.
+  bool FindDefaultCalendar(PWString& out);
+
+  std::int32_t Product = -1;  // as read; see `GetProduct`
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "framework/string.h"
+
+// The module's texts: messages, product names, registry keys and a few file names, by number.
+
+// Numbers of the texts, by what they say.
+namespace strings {
+
+inline constexpr std::uint32_t kNameWingmate98 = 100;
+inline constexpr std::uint32_t kNameInformationManager = 101;
+inline constexpr std::uint32_t kNameDesktop = 102;
+inline constexpr std::uint32_t kNameWingmate99 = 8110;
+
+inline constexpr std::uint32_t kFile = 2107;
+inline constexpr std::uint32_t kEventFile = 2119;
+inline constexpr std::uint32_t kDataFile = 2120;
+inline constexpr std::uint32_t kOrganiserBusy = 2130;
+
+inline constexpr std::uint32_t kMainKeyInformationManager = 3000;
+inline constexpr std::uint32_t kMainKeyWingmate98 = 3001;
+inline constexpr std::uint32_t kMainKeyDesktop = 3002;
+inline constexpr std::uint32_t kVersionKey = 3003;
+inline constexpr std::uint32_t kCalendarTaskKey = 3012;
+inline constexpr std::uint32_t kDefaultUserName = 3013;
+
+inline constexpr std::uint32_t kFirstName = 8104;
+inline constexpr std::uint32_t kLastName = 8105;
+inline constexpr std::uint32_t kCompany = 8106;
+inline constexpr std::uint32_t kVersion = 8109;
+inline constexpr std::uint32_t kContactLog = 8121;
+
+}  // namespace strings
+
+// What stands for the module wherever its texts are loaded. Made at load; never null.
+const PWModuleRecord* ModuleInstance();
+
+// The text of that number; empty for a number that the table doesn't have.
+PWString LoadString(std::uint32_t number);
+
+// The same, with "%s" standing for the value; null is the empty text.
+std::string FormatString(std::uint32_t number, const char* value);

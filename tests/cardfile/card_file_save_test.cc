@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+
+#include "cardfile/card_file.h"
+#include "cardfile/new_file.h"
+#include "platform/testing/test_platform.h"
+#include "tests/support/card_file_builder.h"
+
+namespace {
+
+using pw::test::CardBytes;
+using pw::test::CardFileBytes;
+using pw::test::ThreeCards;
+using Values = std::vector<std::string>;
+
+constexpr const char* kPath = "C:\\Data\\Friends.WMCard";
+constexpr std::int32_t kNow = 950000000;
+
+class CardFileSaveTest : public testing::Test {
+ protected:
+  CardFileSaveTest() { platform.clock.now = kNow; }
+
+  void Load(const std::string& bytes) {
+    platform.files.Put(kPath, bytes);
+    ASSERT_EQ(file.Load(kPath), 0);
+  }
+  std::string Saved() {
+    file.Save();
+    return platform.files.Get(kPath).value();
+  }
+  void Add(Values values) { file.AddCard(values); }
+
+  pw::TestPlatform platform;
+  WMCardFile file;
+};
+
+// A body as it should stand in the file, with the stamp of `kNow`.
+CardBytes Fresh(std::int32_t id, std::string title, std::string text, std::string notes) {
+  return {id, std::move(title), std::move(text) + "\x7F" "950000000", std::move(notes), 0, 0};
+}
+
+TEST_F(CardFileSaveTest, AnUnchangedFileIsWrittenBackByteForByte) {
+  CardFileBytes bytes = ThreeCards();
+  // All that a load changes on purpose: a card without a stamp gets one.
+  bytes.cards.push_back({99, "Zed", "Zed\r\n\r\n\r\n", "no stamp", 0, 0});
+  Load(bytes.Build());
+  bytes.cards.back().text += "\x7F" "0";
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, OffsetsAndUnusedWordsAreSetAnew) {
+  CardFileBytes bytes = ThreeCards();
+  std::string image = bytes.Build();
+  image.replace(65, 8, std::string(8, '\xEE'));  // the first body's offset and the word behind it
+  Load(image);
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, CardsAreWrittenInTheExchangeSortsOrder) {
+  CardFileBytes bytes = ThreeCards();
+  // Titles of untouched cards are sorted as they are, also where they don't fit the values.
+  const CardBytes b{1, "b", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
+  const CardBytes capitalB{2, "B", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
+  const CardBytes a{3, "a", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
+  bytes.cards = {b, capitalB, a};
+  Load(bytes.Build());
+  bytes.cards = {a, capitalB, b};
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, AddedCardsStandInTheFileWithTitleAndStamp) {
+  CardFileBytes bytes = ThreeCards();
+  Load(bytes.Build());
+  Values seen;
+  file.DecodeCard(file.Card(2), seen);
+  Add({"Cy", "Bond", "Bits\r\nand bytes", "log"});
+  bytes.cards.insert(bytes.cards.begin() + 1,
+                     Fresh(13, "Bond, Cy, Bits\r\nand bytes", "Cy\r\nBond\r\nBits\r\nand bytes\r\n",
+                           "log"));
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, TheBlankCardOfANewFileNeverComesBack) {
+  Load(pw::NewCardFile({"First Name", "Last Name"}, {"Last Name", "First Name"}));
+  EXPECT_TRUE(file.IsBlank());
+  Add({"Ann", "Abel", ""});
+  EXPECT_FALSE(file.IsBlank());
+  EXPECT_EQ(file.CardCount(), 1U);
+
+  CardFileBytes bytes;
+  bytes.names = "First Name\r\nLast Name\r\n";
+  bytes.keyLine = "Last Name, First Name";
+  bytes.cards = {Fresh(1, "Abel, Ann", "Ann\r\nAbel\r\n", "")};
+  // A new file's carried bytes are zeros.
+  std::string expected = bytes.Build();
+  expected.replace(7, 3, std::string(3, '\0'));
+  expected.replace(12, 48, std::string(48, '\0'));
+  expected.replace(64, 1, std::string(1, '\0'));
+  expected.replace(73, 1288, std::string(1288, '\0'));
+  EXPECT_EQ(Saved(), expected);
+}
+
+TEST_F(CardFileSaveTest, TitlesAreTheKeysInTheirOrder) {
+  const struct {
+    std::string keyLine;
+    Values values;
+    std::string title;
+  } cases[] = {
+      {"Last Name, First Name, Company", {"F", "L", "C", ""}, "L, F, C"},
+      {"Last Name, First Name, Company", {"", "L", "C", ""}, "L, C"},
+      {"Company", {"F", "L", "C", ""}, "C"},
+      {"last name", {"F", "L", "C", ""}, ""},          // case counts
+      {"Contact Log, Company", {"F", "L", "C", "N"}, "N, C"},
+      {"Company", {"F", "L", std::string(60, 'c'), ""}, std::string(47, 'c')},
+      {"First Name", {"a\r\nb", "L", "C", ""}, "a b"},  // as it was folded
+  };
+  for (const auto& c : cases) {
+    CardFileBytes bytes;
+    bytes.keyLine = c.keyLine;
+    platform.files.Put(kPath, bytes.Build());
+    WMCardFile loaded;
+    ASSERT_EQ(loaded.Load(kPath), 0);
+    Values values = c.values;
+    loaded.AddCard(values);
+    EXPECT_EQ(pw::cardfile::TitleText(loaded.Card(0).index.title), c.title) << c.keyLine;
+  }
+}
+
+// A line break in a field before the last named one becomes a blank, but the lengths stay those of the
+// text as it came: the first byte of the notes is then saved before the stamp, and zeros end the body.
+TEST_F(CardFileSaveTest, FoldedValuesLeaveTheLengthsAsTheyWere) {
+  CardFileBytes bytes;
+  Load(bytes.Build());
+  Values values{"A\r\nn", "Abel", "C", "notes"};
+  file.AddCard(values);
+  EXPECT_EQ(values[0], "A n");
+  bytes.cards = {Fresh(1, "Abel, A n, C", "A n\r\nAbel\r\nC\r\nn", std::string("otes\0", 5))};
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, AnUpdateKeepsIdAndCarriedWords) {
+  CardFileBytes bytes = ThreeCards();
+  Load(bytes.Build());
+  Values values{"Ann", "Able", "", ""};
+  file.EncodeCard(file.Card(0), values);
+  EXPECT_TRUE(file.IsDirty());
+  CardBytes changed = Fresh(7, "Able, Ann", "Ann\r\nAble\r\n\r\n", "");
+  changed.word8 = 0x1111;
+  changed.word14 = 0x2222;
+  bytes.cards[0] = changed;
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, DeletedCardsAreGoneAndTheRestCloseUp) {
+  CardFileBytes bytes = ThreeCards();
+  Load(bytes.Build());
+  file.DeleteCard(1);
+  bytes.cards.erase(bytes.cards.begin() + 1);
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, ACardWithoutABodyIsSavedWithLengthsOfZero) {
+  CardFileBytes bytes = ThreeCards();
+  std::string image = bytes.Build();
+  image.replace(1361 + 64, 4, pw::test::Word(0, 4));  // no body from the second card on
+  Load(image);
+  const CardBytes first = bytes.cards[0];
+  bytes.cards[1].text = bytes.cards[2].text = "";
+  bytes.cards[1].notes = bytes.cards[2].notes = "";
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, FieldNamesEndBeforeTheFirstEmptyOne) {
+  CardFileBytes bytes;
+  bytes.names = "One\r\n\r\nTwo\r\n";
+  Load(bytes.Build());
+  Values names;
+  file.GetFieldNames(names);
+  EXPECT_EQ(names, (Values{"One", "", "Two", "Contact Log"}));
+  bytes.names = "One\r\n";
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+TEST_F(CardFileSaveTest, LengthsAreCutTo16BitsAndBodiesKeepToThem) {
+  CardFileBytes bytes;
+  Load(bytes.Build());
+  Add({"A", "long", std::string(65520, 't'), "n"});           // the stamp overflows the length
+  Add({"B", "longer", std::string(70000, 't'), "n"});         // so does the text
+  Add({"C", "notes", "", std::string(70000, 'n')});           // and the notes
+  Add({"D", "next", "", "still in its place"});
+  const std::string saved = Saved();
+  WMCardFile again;
+  ASSERT_EQ(again.Load(kPath), 0);
+  ASSERT_EQ(again.CardCount(), 4U);
+  std::uint64_t end = 1489 + 4 * 64 + 2 + bytes.names.size();
+  for (std::uint32_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(again.Card(i).index.bodyOffset, end);
+    const std::string entry = saved.substr(1361 + 64 * i, 64);
+    end += pw::ByteReader(std::string_view(entry).substr(10, 2)).U16();
+    end += pw::ByteReader(std::string_view(entry).substr(12, 2)).U16();
+  }
+  EXPECT_EQ(end, saved.size());
+  Values values;
+  again.DecodeCard(again.Card(2), values);
+  EXPECT_EQ(values, (Values{"D", "next", "", "still in its place"}));
+}
+
+TEST_F(CardFileSaveTest, NothingIsWrittenWhereTheFileCanNotBeOpened) {
+  CardFileBytes bytes = ThreeCards();
+  Load(bytes.Build());
+  file.DeleteCard(0);
+  platform.files.FailOpen(kPath);
+  EXPECT_EQ(Saved(), bytes.Build());
+}
+
+// Ending of the whole body: a text whose zeros were filled in reads back as it stands in memory.
+TEST_F(CardFileSaveTest, AFoldedCardReadsBackAsTheOrganiserWouldReadIt) {
+  CardFileBytes bytes;
+  Load(bytes.Build());
+  Add({"A\r\nn", "Abel", "C", "notes"});
+  file.Save();
+  WMCardFile again;
+  ASSERT_EQ(again.Load(kPath), 0);
+  Values values;
+  again.DecodeCard(again.Card(0), values);
+  // The last named field ends one byte late, and what follows it loses as many.
+  EXPECT_EQ(values, (Values{"A n", "Abel", "C\r", "otes"}));
+}
+
+}  // namespace

@@ -1,0 +1,230 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/process.h"
+#include "tests/end_to_end/sample.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uid_t kNobody = 65534;
+
+// Content and times of all that is below a folder, itself included.
+std::map<std::string, std::string> Snapshot(const fs::path& folder) {
+  std::map<std::string, std::string> all;
+  std::vector<fs::path> paths = {folder};
+  // First the times, as looking into a file or folder may change those.
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) paths.push_back(entry.path());
+  for (const fs::path& path : paths) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    std::string& seen = all[path.string()];
+    seen = std::to_string(status.st_mtim.tv_sec) + "." + std::to_string(status.st_mtim.tv_nsec);
+    const bool isData = path.string().find("/Data") != std::string::npos;
+    if (isData && !fs::is_directory(path)) {
+      seen += " " + std::to_string(status.st_atim.tv_sec) + "." +
+              std::to_string(status.st_atim.tv_nsec);
+    }
+  }
+  return all;
+}
+
+void Age(const std::string& path) {
+  const timespec times[2] = {{100'000'000, 5}, {200'000'000, 6}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+std::size_t CopiesLeft() {
+  std::size_t count = 0;
+  for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
+    count += entry.path().filename().string().rfind("pairwise-", 0) == 0 ? 1 : 0;
+  }
+  return count;
+}
+
+const std::vector<std::vector<std::string>> kReadingCommands = {
+    {"info"},
+    {"categories"},
+    {"list", "contact"},
+    {"show", "contact", "7"},
+    {"export", "contact", "Friends", "--format", "vcf"},
+};
+
+std::vector<std::string> WithProfile(const std::string& folder, std::vector<std::string> words) {
+  words.insert(words.begin(), {"--profile", folder});
+  return words;
+}
+
+TEST(Commands, ThatReadChangeNothingAndLeaveNothingBehind) {
+  const Sample sample;
+  sample.folder.Put("temp/keep", "");
+  ::setenv("TMPDIR", (sample.Folder() + "/temp").c_str(), 1);
+  Age(sample.Cardfile());
+  Age(sample.Folder() + "/c/Data");
+  Age(sample.Folder() + "/profile.toml");
+  Age(sample.Folder() + "/registry.reg");
+  auto before = Snapshot(sample.folder.Path());
+  for (const auto& command : kReadingCommands) {
+    const Finished run = RunPairwise(WithProfile(sample.Folder(), command));
+    EXPECT_EQ(run.code, 0) << run.messages;
+    EXPECT_EQ(run.messages, "");
+    EXPECT_FALSE(run.out.empty());
+  }
+  EXPECT_EQ(CopiesLeft(), 0U);
+  ::unsetenv("TMPDIR");
+  auto after = Snapshot(sample.folder.Path());
+  before.erase(sample.Folder() + "/temp");
+  after.erase(sample.Folder() + "/temp");
+  EXPECT_EQ(after, before);
+  EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), test::ThreeCards().Build());
+}
+
+TEST(Commands, ThatAreStoppedRemoveTheirCopy) {
+  const Sample sample;
+  sample.folder.Put("temp/keep", "");
+  auto cards = test::ThreeCards();
+  cards.cards.assign(2000, cards.cards[0]);
+  sample.folder.Put("c/Data/Friends.WMCard", cards.Build());
+  ::setenv("TMPDIR", (sample.Folder() + "/temp").c_str(), 1);
+  // More than a pipe holds: it can't end before we have read it, and so has its copy.
+  Process process({"-p", sample.Folder(), "export", "contact"});
+  EXPECT_EQ(process.ReadLine(), "[");
+  EXPECT_EQ(CopiesLeft(), 1U);
+  process.Signal(SIGTERM);
+  EXPECT_EQ(process.WaitUnheard(), 128 + SIGTERM);
+  EXPECT_EQ(CopiesLeft(), 0U);
+  ::unsetenv("TMPDIR");
+}
+
+TEST(Commands, ReadAProfileThatCannotBeWritten) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs another user to run as";
+  const Sample sample;
+  for (const char* folder : {"", "/c", "/c/Data"}) {
+    fs::permissions(sample.Folder() + folder, fs::perms(0555));
+  }
+  if (RunPairwise({"--help"}, "", kNobody).code != 0)
+    GTEST_SKIP() << "the build is closed to others";
+  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact"}, "", kNobody);
+  EXPECT_EQ(list.code, 0) << list.messages;
+  EXPECT_NE(list.out.find("Friends\t7\tAnn\tAbel\tAcme"), std::string::npos) << list.out;
+  const Finished drive = RunPairwise({"-p", sample.Folder(), "drive"}, "", kNobody);
+  EXPECT_EQ(drive.code, 1);
+  EXPECT_EQ(drive.messages, "pairwise: " + sample.Folder() + "/profile.lock: Permission denied\n");
+}
+
+TEST(Commands, ShowWhatTheCardfileHolds) {
+  const Sample sample;
+  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact", "friends"});
+  EXPECT_EQ(list.out,
+            "Category\tID\tFirst Name\tLast Name\tCompany\tContact Log\n"
+            "Friends\t7\tAnn\tAbel\tAcme Second line\tmet in May likes tea\n"
+            "Friends\t3\tBo\tBücher\t\t\n"
+            "Friends\t12\t\t\tCorp\tn\n");
+  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
+  EXPECT_NE(show.out.find("\nCompany      Acme\n             Second line\n"), std::string::npos)
+      << show.out;
+  const Finished csv = RunPairwise({"-p", sample.Folder(), "export", "contact", "--format", "csv"});
+  EXPECT_NE(csv.out.find("Bücher"), std::string::npos) << csv.out;
+}
+
+TEST(Commands, ExitAsTheyEndAndSayWhyInOneLine) {
+  const Sample sample;
+  sample.folder.Put("bad/profile.toml", "codepage = 1\n");
+  const std::string profile = sample.Folder();
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    std::string message;
+  } cases[] = {
+      {{}, 2, "what is to be done?"},
+      {{"fly"}, 2, "fly"},
+      {{"list"}, 2, "type is required"},
+      {{"list", "contact"}, 2, "which profile?"},
+      {{"-p", profile, "export", "contact", "--format", "xls"}, 2, "xls"},
+      {{"-p", profile + "/none", "info"}, 1, profile + "/none/profile.toml: No such file"},
+      {{"-p", profile + "/bad", "info"}, 1, profile + "/bad/profile.toml:1: codepage"},
+      {{"-p", profile, "list", "card"}, 1, "no type 'card'"},
+      {{"-p", profile, "list", "contact", "Foes"}, 1, "no contact category 'Foes'"},
+      {{"-p", profile, "show", "contact", "8"}, 1, "no contact record 8"},
+      {{"-p", profile, "export", "contact", "-o", profile + "/none/x"}, 1, profile + "/none/x: No"},
+      {{"organiser", "--answer-to", "1"}, 2, "STEP=N"},
+      {{"--profile", profile, "init", "--data", profile}, 1, "profile.toml: already there"},
+      {{"demo", profile}, 1, profile + ": already there"},
+  };
+  ::unsetenv("PAIRWISE_PROFILE");
+  for (const auto& each : cases) {
+    const Finished run = RunPairwise(each.words);
+    EXPECT_EQ(run.code, each.code) << each.message;
+    EXPECT_NE(run.messages.find(each.message), std::string::npos) << run.messages;
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(Commands, NameADamagedFileAndGoOnWithTheOthers) {
+  const Sample sample;
+  sample.folder.Put("c/Data/Broken.WMCard", "not a cardfile");
+  const std::string complaint = sample.Folder() + "/c/Data/Broken.WMCard: damaged";
+  const Finished all = RunPairwise({"-p", sample.Folder(), "list", "contact"});
+  EXPECT_EQ(all.code, 4);
+  EXPECT_NE(all.messages.find(complaint), std::string::npos) << all.messages;
+  EXPECT_NE(all.out.find("Abel"), std::string::npos);
+  const Finished one = RunPairwise({"-p", sample.Folder(), "list", "contact", "Broken"});
+  EXPECT_EQ(one.code, 1);
+  EXPECT_NE(one.messages.find(complaint), std::string::npos) << one.messages;
+}
+
+TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
+  const Sample sample;
+  const std::string exported =
+      "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Main]\n"
+      "\"PRODUCT\"=dword:00000001\n"
+      "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Install]\n"
+      "\"InstallDir\"=\"D:\\\\Wing\\\\\"\n; a note\n";
+  sample.folder.Put("old.reg", exported);
+  const std::string made = sample.Folder() + "/made";
+  const Finished init = RunPairwise({"-p", made, "init", "--data", sample.Folder() + "/c/Data",
+                                     "--registry", sample.Folder() + "/old.reg"});
+  ASSERT_EQ(init.code, 0) << init.messages;
+  EXPECT_EQ(sample.folder.Get("made/registry.reg"), exported);
+  const Finished info = RunPairwise({"-p", made, "info"});
+  EXPECT_NE(info.out.find("Wingmate 98"), std::string::npos) << info.out;
+  const Finished categories = RunPairwise({"-p", made, "categories"});
+  EXPECT_NE(categories.out.find("D:\\Wing\\UserData\\Friends.WMCard"), std::string::npos)
+      << categories.out;
+  const Finished other =
+      RunPairwise({"-p", made + "2", "init", "--data", sample.Folder(), "--product", "orb",
+                   "--registry", sample.Folder() + "/old.reg"});
+  EXPECT_EQ(other.code, 1);
+  EXPECT_FALSE(fs::exists(made + "2"));
+}
+
+TEST(Commands, DemoGivesTheSameEachTimeInAFolderOfItsOwn) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  const Finished first = RunPairwise({"demo", demo});
+  ASSERT_EQ(first.code, 0) << first.messages;
+  EXPECT_EQ(first.messages, "");
+  EXPECT_NE(first.out.find("1 category, 40 records"), std::string::npos) << first.out;
+  EXPECT_NE(first.out.find("Överingenjör"), std::string::npos);
+  const std::string cardfile = folder.Get("demo/data/Friends.WMCard");
+  const Finished second = RunPairwise({"demo", demo});
+  EXPECT_EQ(second.out, first.out);
+  EXPECT_EQ(folder.Get("demo/data/Friends.WMCard"), cardfile);
+  for (const char* file : {"demo/friends.vcf", "demo/friends.csv", "demo/friends.json"}) {
+    EXPECT_NE(folder.Get(file).find("Wilhelmina"), std::string::npos) << file;
+  }
+}
+
+}  // namespace
+}  // namespace pw

@@ -1,0 +1,119 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/process.h"
+#include "tests/end_to_end/sample.h"
+
+namespace pw {
+namespace {
+
+using Talk = std::vector<std::pair<std::string, std::string>>;
+
+Finished Talked(const Sample& sample, const Talk& talk) {
+  std::string input;
+  std::string expected;
+  for (const auto& [line, answer] : talk) {
+    input += line + "\n";
+    expected += answer + "\n";
+  }
+  Finished run = RunPairwise({"--profile", sample.Folder(), "drive"}, input);
+  EXPECT_EQ(run.out, expected);
+  return run;
+}
+
+const std::string kOpen = R"({"op":"open","type":"contact","location":"C:\\Data\\Friends.WMCard"})";
+const std::string kOk = R"({"result":0})";
+const std::string kFailed = R"({"result":1})";
+
+TEST(Drive, MakesTheCallsOfARunOnACardfile) {
+  ::setenv("TZ", "UTC", 1);
+  const Sample sample;
+  const Talk talk = {
+      {R"({"op":"name"})", R"({"name":"PairWise Desktop"})"},
+      {R"({"op":"types"})", R"({"types":["contact","calendar","todo","memo","timezone"]})"},
+      {R"({"op":"categories","type":"contact"})",
+       R"({"result":0,"categories":[{"name":"Friends","location":"C:\\Data\\Friends.WMCard"}]})"},
+      {R"({"op":"fieldnames","type":"contact","location":"C:\\Data\\Friends.WMCard"})",
+       R"({"result":0,"names":["First Name","Last Name","Company","Contact Log"]})"},
+      {R"({"op":"syncing","types":["contact"]})", "{}"},
+      {R"({"op":"now","seconds":917000100})", "{}"},
+      {R"({"op":"open","type":"contact","location":"C:\\Data\\None.WMCard"})", R"({"result":7})"},
+      {kOpen, kOk},
+      {R"({"op":"count"})", R"({"count":3})"},
+      {R"({"op":"first"})", kOk},
+      {R"({"op":"id"})", R"({"id":"7"})"},
+      {R"({"op":"read"})",
+       R"({"result":0,"record":{"fields":[["First Name","Ann"],["Last Name","Abel"],)"
+       R"(["Company","Acme\r\nSecond line"],["Contact Log","met in May\r\nlikes tea"]]}})"},
+      {R"({"op":"stamp"})", R"({"stamp":"1999-01-22T10:13:20"})"},
+      {R"({"op":"crc"})", R"({"crc":0})"},
+      {R"({"op":"next"})", kOk},
+      {R"({"op":"read"})",
+       R"({"result":0,"record":{"fields":[["First Name","Bo"],["Last Name","Bücher"],)"
+       R"(["Company",""],["Contact Log",""]]}})"},
+      {R"({"op":"next"})", kOk},
+      {R"({"op":"read"})", R"({"result":0,"record":{"fields":[["First Name",""],["Last Name",""],)"
+                           R"(["Company","Corp"],["Contact Log","n"]]}})"},
+      {R"({"op":"next"})", kFailed},
+      {R"({"op":"find","id":"99"})", kFailed},
+      {R"({"op":"find","id":"3"})", kOk},
+      {R"({"op":"findfield","name":"Company"})", R"({"index":2})"},
+      {R"({"op":"setfield","index":9,"text":"x"})", kFailed},
+      {R"({"op":"update","record":{"fields":[["Company","€ Ltd"]]}})", kOk},
+      {R"({"op":"stamp"})", R"({"stamp":"1999-01-22T10:15:00"})"},
+      {R"({"op":"add","record":{"fields":[["Last Name","Zorn"],["Shoe Size","9"]]}})", kOk},
+      {R"({"op":"id"})", R"({"id":"13"})"},
+      {R"({"op":"find","id":"7"})", kOk},
+      {R"({"op":"delete"})", kOk},
+      {R"({"op":"close"})", kOk},
+      {kOpen, kOk},
+      {R"({"op":"count"})", R"({"count":3})"},
+      {R"({"op":"find","id":"3"})", kOk},
+      {R"({"op":"read"})",
+       R"({"result":0,"record":{"fields":[["First Name","Bo"],["Last Name","Bücher"],)"
+       R"(["Company","€ Ltd"],["Contact Log",""]]}})"},
+      {R"({"op":"close"})", kOk},
+      {R"({"op":"log"})", R"({"log":[]})"},
+  };
+  EXPECT_EQ(Talked(sample, talk).code, 0);
+}
+
+TEST(Drive, GoesOnAfterAnErrorAndDropsWhatIsNotClosed) {
+  const Sample sample;
+  const Finished run = Talked(sample, {
+                                          {"{", R"({"error":"not valid JSON"})"},
+                                          {kOpen, kOk},
+                                          {kOpen, R"({"error":"a source is already open"})"},
+                                          {R"({"op":"first"})", kOk},
+                                          {R"({"op":"delete"})", kOk},
+                                      });
+  EXPECT_EQ(run.code, 1);
+  EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), test::ThreeCards().Build());
+}
+
+TEST(Drive, WritesTheRegistryOfTheProfile) {
+  const Sample sample;
+  EXPECT_EQ(Talked(sample, {{R"({"op":"clearnames"})", kOk}}).code, 0);
+  EXPECT_NE(sample.folder.Get("registry.reg").find("\"SyncCatNames\"=\"\""), std::string::npos);
+}
+
+TEST(Drive, KeepsASecondWriterAwayButNoReader) {
+  const Sample sample;
+  Process first({"--profile", sample.Folder(), "drive"});
+  first.Write(kOpen + "\n");
+  EXPECT_EQ(first.ReadLine(), kOk);
+  const Finished second = RunPairwise({"--profile", sample.Folder(), "drive"}, "");
+  EXPECT_EQ(second.code, 1);
+  EXPECT_EQ(second.messages,
+            "pairwise: " + sample.Folder() + ": another run is changing this profile's data\n");
+  EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "list", "contact"}).code, 0);
+  first.Write("{\"op\":\"close\"}\n");
+  EXPECT_EQ(first.Finish().code, 0);
+  EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "drive"}, "").code, 0);
+}
+
+}  // namespace
+}  // namespace pw

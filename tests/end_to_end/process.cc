@@ -1,0 +1,107 @@
+#include "tests/end_to_end/process.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+namespace pw {
+namespace {
+
+std::string ReadAll(FILE* file) {
+  std::string text;
+  for (int c = std::getc(file); c != EOF; c = std::getc(file)) text += static_cast<char>(c);
+  return text;
+}
+
+[[noreturn]] void Become(std::vector<char*>& arguments, int in, int out, int messages, uid_t user) {
+  ::dup2(in, STDIN_FILENO);
+  ::dup2(out, STDOUT_FILENO);
+  ::dup2(messages, STDERR_FILENO);
+  if (user == 0 || (::setgid(user) == 0 && ::setuid(user) == 0)) {
+    ::execv(PAIRWISE, arguments.data());
+  }
+  ::_exit(127);
+}
+
+}  // namespace
+
+Process::Process(const std::vector<std::string>& arguments, uid_t user) {
+  // One that ends before it has read all is no reason for us to end.
+  ::signal(SIGPIPE, SIG_IGN);
+  std::array<int, 2> input{};
+  std::array<int, 2> output{};
+  messages = std::tmpfile();
+  if (messages == nullptr || ::pipe2(input.data(), O_CLOEXEC) != 0 ||
+      ::pipe2(output.data(), O_CLOEXEC) != 0) {
+    std::abort();
+  }
+  std::vector<std::string> words = {PAIRWISE};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  id = ::fork();
+  if (id == 0) Become(pointers, input[0], output[1], ::fileno(messages), user);
+  ::close(input[0]);
+  ::close(output[1]);
+  in = ::fdopen(input[1], "w");
+  out = ::fdopen(output[0], "r");
+}
+
+Process::~Process() {
+  if (id > 0) {
+    Signal(SIGKILL);
+    WaitUnheard();
+  }
+  for (FILE* file : {in, out, messages}) {
+    if (file != nullptr) std::fclose(file);
+  }
+}
+
+void Process::Write(const std::string& text) {
+  std::fwrite(text.data(), 1, text.size(), in);
+  std::fflush(in);
+}
+
+std::string Process::ReadLine() {
+  std::string line;
+  for (int c = std::getc(out); c != EOF && c != '\n'; c = std::getc(out)) {
+    line += static_cast<char>(c);
+  }
+  return line;
+}
+
+void Process::Signal(int signal) const {
+  ::kill(id, signal);
+}
+
+int Process::WaitUnheard() {
+  int status = 0;
+  ::waitpid(id, &status, 0);
+  id = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+Finished Process::Finish() {
+  Finished finished;
+  std::fclose(std::exchange(in, nullptr));
+  finished.out = ReadAll(out);
+  finished.code = WaitUnheard();
+  std::rewind(messages);
+  finished.messages = ReadAll(messages);
+  return finished;
+}
+
+Finished RunPairwise(const std::vector<std::string>& arguments, const std::string& input,
+                     uid_t user) {
+  Process process(arguments, user);
+  process.Write(input);
+  return process.Finish();
+}
+
+}  // namespace pw

@@ -1,0 +1,108 @@
+#include "framework/values.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/property.h"
+#include "platform/testing/test_platform.h"
+
+namespace {
+
+TEST(ValuesTest, BitsAreSetAndClearedOneByOne) {
+  PWBitField field;
+  field.Bit(0, true);
+  field.Bit(31, true);
+  EXPECT_EQ(field.bits, 0x80000001U);
+  field.Bit(5, false);
+  EXPECT_EQ(field.bits, 0x80000001U);
+  field.Bit(31, false);
+  field.Bit(32, true);
+  field.Bit(255, true);
+  EXPECT_EQ(field.bits, 1U);
+}
+
+TEST(ValuesTest, NumbersCompare) {
+  PWNumber two(2);
+  PWNumber three(3);
+  PWBitField other;
+  EXPECT_LT(two.Compare(&three), 0);
+  EXPECT_GT(three.Compare(&two), 0);
+  EXPECT_EQ(two.Compare(&two), 0);
+  EXPECT_EQ(two.Compare(&other), -1);
+}
+
+TEST(ValuesTest, AFreshStampIsAllZero) {
+  EXPECT_EQ(PWDateTimeStamp(), PWDateTimeStamp(0, 0, 0, 0, 0, 0));
+}
+
+TEST(ValuesTest, ThePresentTimeIsLocal) {
+  pw::TestPlatform platform;
+  platform.clock.now = 951782399;  // 2000-02-28 23:59:59 UTC
+  platform.clock.localOffset = 3600;
+  EXPECT_EQ(PWDateTimeStamp::CurrentTime(), PWDateTimeStamp(2000, 2, 29, 0, 59, 59));
+}
+
+TEST(ValuesTest, ZonesAreEqualInBiasesAndDatesButNotNames) {
+  TIME_ZONE_INFORMATION zone;
+  zone.Bias = 300;
+  zone.DaylightBias = -60;
+  zone.StandardDate.wMonth = 10;
+  const PWTimeZone wrapped(zone);
+  TIME_ZONE_INFORMATION same = zone;
+  same.StandardName[0] = u'E';
+  same.DaylightName[0] = u'D';
+  EXPECT_TRUE(wrapped == same);
+
+  std::int32_t TIME_ZONE_INFORMATION::* const biases[] = {&TIME_ZONE_INFORMATION::Bias,
+                                                          &TIME_ZONE_INFORMATION::StandardBias,
+                                                          &TIME_ZONE_INFORMATION::DaylightBias};
+  for (const auto bias : biases) {
+    TIME_ZONE_INFORMATION other = zone;
+    ++(other.*bias);
+    EXPECT_FALSE(wrapped == other);
+  }
+  std::uint16_t SYSTEMTIME::* const words[] = {
+      &SYSTEMTIME::wYear, &SYSTEMTIME::wMonth,  &SYSTEMTIME::wDayOfWeek, &SYSTEMTIME::wDay,
+      &SYSTEMTIME::wHour, &SYSTEMTIME::wMinute, &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds};
+  for (const auto word : words) {
+    TIME_ZONE_INFORMATION standard = zone;
+    ++(standard.StandardDate.*word);
+    EXPECT_FALSE(wrapped == standard);
+    TIME_ZONE_INFORMATION daylight = zone;
+    ++(daylight.DaylightDate.*word);
+    EXPECT_FALSE(wrapped == daylight);
+  }
+}
+
+TEST(ValuesTest, ArchivesGiveBackTheirNumbers) {
+  PWArchive archive;
+  archive << -1 << 0x12345678;
+  std::int32_t first = 0;
+  std::int32_t second = 0;
+  std::int32_t beyond = 9;
+  archive >> first >> second >> beyond;
+  EXPECT_EQ(first, -1);
+  EXPECT_EQ(second, 0x12345678);
+  EXPECT_EQ(beyond, 0);
+}
+
+enum class Kind { kOne = 1, kTwo };
+
+TEST(ValuesTest, APropertyIsAFieldAndAnOperation) {
+  struct {
+    PWProperty<PWDateTimeStamp> Date;
+    PWProperty<Kind> Type;
+    PWProperty<PWString> Name;
+  } object;
+  object.Date(PWDateTimeStamp(1999, 1, 2, 0, 0, 0));
+  EXPECT_EQ(object.Date.year, 1999);
+  object.Date = PWDateTimeStamp(2000, 1, 2, 0, 0, 0);
+  EXPECT_EQ(object.Date().year, 2000);
+  object.Type(Kind::kTwo);
+  EXPECT_TRUE(object.Type == Kind::kTwo);
+  object.Type = Kind::kOne;
+  EXPECT_EQ(object.Type(), Kind::kOne);
+  object.Name = "text";
+  EXPECT_TRUE(object.Name() == "text");
+}
+
+}  // namespace

@@ -1,0 +1,139 @@
+#include "platform/posix/posix_files.h"
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/temp_folder.h"
+
+namespace pw {
+namespace {
+
+class PosixFilesTest : public testing::Test {
+ protected:
+  TempFolder folder;
+  PathTable table{{{"C:", folder.Path()}, {"C:\\Fixed", folder.Path() / "fixed", true}}, "/none"};
+  PosixFiles files{table, "C:\\module.so"};
+};
+
+TEST_F(PosixFilesTest, ChangesNothingOnAReadOnlyMount) {
+  folder.Put("fixed/file", "1");
+  folder.Put("other", "2");
+  EXPECT_NE(files.Open("C:\\Fixed\\file", OpenMode::kRead, Sharing::kReadWrite), nullptr);
+  for (const OpenMode mode :
+       {OpenMode::kReadWriteExisting, OpenMode::kOpenAlways, OpenMode::kCreateAlways}) {
+    EXPECT_EQ(files.Open("C:\\Fixed\\file", mode, Sharing::kReadWrite), nullptr);
+    EXPECT_EQ(files.Open("C:\\Fixed\\new", mode, Sharing::kReadWrite), nullptr);
+  }
+  EXPECT_FALSE(files.Delete("C:\\Fixed\\file"));
+  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\other", "C:\\Fixed\\new"));
+  EXPECT_TRUE(files.CopyWithoutOverwriting("C:\\Fixed\\file", "C:\\copy"));
+  EXPECT_TRUE(files.Exists("C:\\Fixed\\file"));
+  EXPECT_FALSE(files.IsReadableAndWritable("C:\\Fixed\\file"));
+  EXPECT_FALSE(files.IsReadableAndWritable("C:\\Fixed"));
+  EXPECT_EQ(folder.Get("fixed/file"), "1");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "fixed/new"));
+}
+
+TEST_F(PosixFilesTest, WhatIsNeitherFileNorFolderIsNotThere) {
+  const std::string pipe = folder.Path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  std::filesystem::create_symlink("nowhere", folder.Path() / "broken");
+  folder.Put("file", "1");
+  std::filesystem::create_symlink("file", folder.Path() / "link");
+  // None of these waits for the pipe's other end.
+  EXPECT_EQ(files.Open("C:\\pipe", OpenMode::kRead, Sharing::kReadWrite), nullptr);
+  EXPECT_EQ(files.Open("C:\\pipe", OpenMode::kOpenAlways, Sharing::kReadWrite), nullptr);
+  EXPECT_EQ(files.Open("/dev/null", OpenMode::kReadWriteExisting, Sharing::kReadWrite), nullptr);
+  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\pipe", "C:\\new"));
+  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\file", "C:\\broken"));
+  EXPECT_FALSE(files.Delete("C:\\pipe"));
+  EXPECT_FALSE(files.Exists("C:\\pipe"));
+  EXPECT_FALSE(files.Exists("C:\\broken"));
+  ASSERT_EQ(files.Find("C:\\*").size(), 2U);
+  EXPECT_EQ(files.Find("C:\\*")[1].name, "link");
+  EXPECT_EQ(ReadWholeFile(files, "C:\\link"), "1");
+}
+
+TEST_F(PosixFilesTest, NeverFindsNamesThatTheOrganiserCannotHave) {
+  for (const char* name : {"\xE4.txt", "\xCE\xB1.txt", "a\\b.txt", "\xC3\xA4.txt"}) {
+    folder.Put(name, "");
+  }
+  const auto found = files.Find("C:\\*.txt");
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found[0].name, "\xE4.txt");
+}
+
+TEST_F(PosixFilesTest, OfNamesThatDifferInCaseEachIsReached) {
+  folder.Put("a.x", "lower");
+  folder.Put("A.x", "upper");
+  const auto found = files.Find("C:\\*.x");
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(ReadWholeFile(files, "C:\\" + found[0].name), "upper");
+  EXPECT_EQ(ReadWholeFile(files, "C:\\" + found[1].name), "lower");
+}
+
+TEST_F(PosixFilesTest, SharingHoldsAcrossProcesses) {
+  folder.Put("file", "1");
+  // Whether another process may have the file.
+  const auto other = [&](auto may) {
+    const pid_t child = fork();
+    if (child == 0) _exit(may() ? 1 : 0);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 1;
+  };
+  const auto reads = [&] {
+    return files.Open("C:\\file", OpenMode::kRead, Sharing::kReadWrite) != nullptr;
+  };
+  const auto writes = [&] {
+    return files.Open("C:\\file", OpenMode::kReadWriteExisting, Sharing::kReadWrite) != nullptr;
+  };
+  const auto deletes = [&] { return files.Delete("C:\\file"); };
+  auto file = files.Open("C:\\file", OpenMode::kRead, Sharing::kRead);
+  ASSERT_NE(file, nullptr);
+  EXPECT_TRUE(other(reads));
+  EXPECT_FALSE(other(writes));
+  EXPECT_FALSE(other(deletes));
+  file.reset();
+  EXPECT_TRUE(other(writes));
+  EXPECT_TRUE(other(deletes));
+}
+
+// As on a full disk, a file may grow to a limit only.
+TEST_F(PosixFilesTest, LeavesNoPartOfACopyBehind) {
+  folder.Put("large", std::string(300'000, 'x'));
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{100'000, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const bool copied = files.CopyWithoutOverwriting("C:\\large", "C:\\copy");
+  auto file = files.Open("C:\\written", OpenMode::kOpenAlways, Sharing::kReadWrite);
+  const bool written = file != nullptr && file->Write(std::string(100'001, 'x'));
+  setrlimit(RLIMIT_FSIZE, &before);
+  signal(SIGXFSZ, oldHandler);
+  EXPECT_FALSE(copied);
+  EXPECT_FALSE(files.Exists("C:\\copy"));
+  EXPECT_FALSE(written);
+  EXPECT_EQ(file->Size(), 100'000U);
+}
+
+TEST_F(PosixFilesTest, ACopyHasTheRightsOfItsOriginal) {
+  folder.Put("secret", "1");
+  ASSERT_EQ(chmod((folder.Path() / "secret").c_str(), 0600), 0);
+  ASSERT_TRUE(files.CopyWithoutOverwriting("C:\\secret", "C:\\copy"));
+  struct stat status {};
+  ASSERT_EQ(stat((folder.Path() / "copy").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+}  // namespace
+}  // namespace pw

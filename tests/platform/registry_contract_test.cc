@@ -1,0 +1,234 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/posix/posix_registry.h"
+#include "platform/registry.h"
+#include "platform/testing/memory_registry.h"
+#include "tests/platform/temp_folder.h"
+
+namespace pw {
+namespace {
+
+using namespace std::string_literals;
+
+// An implementation with an empty registry, and what the interface can't do.
+class Implementation {
+ public:
+  virtual ~Implementation() = default;
+  virtual Registry& Get() = 0;
+  virtual void MakeReadOnly() = 0;
+};
+
+class InMemory : public Implementation {
+ public:
+  Registry& Get() override { return registry; }
+  void MakeReadOnly() override { registry.readOnly = true; }
+
+ private:
+  MemoryRegistry registry;
+};
+
+class InFile : public Implementation {
+ public:
+  explicit InFile(RegistryMode mode) : mode(mode) { Reopen(); }
+  Registry& Get() override { return *registry; }
+  void MakeReadOnly() override {
+    mode = RegistryMode::kReadOnly;
+    Reopen();
+  }
+
+ private:
+  void Reopen() {
+    registry = std::make_unique<PosixRegistry>(
+        RegistryStoreOptions{folder.Path() / "registry.reg", mode, nullptr});
+  }
+
+  TempFolder folder;
+  RegistryMode mode;
+  std::unique_ptr<PosixRegistry> registry;
+};
+
+struct Named {
+  const char* name;
+  std::unique_ptr<Implementation> (*make)();
+};
+
+class RegistryContractTest : public ::testing::TestWithParam<Named> {
+ protected:
+  // Through a key of its own, which is closed again.
+  std::optional<RegistryValue> Read(const std::string& path, const std::string& name) {
+    const auto key = registry().Open(path, RegistryAccess::kRead);
+    return key == nullptr ? std::nullopt : key->Read(name);
+  }
+  bool IsThere(const std::string& path) {
+    return registry().Open(path, RegistryAccess::kRead) != nullptr;
+  }
+  Registry& registry() { return implementation->Get(); }
+
+  std::unique_ptr<Implementation> implementation = GetParam().make();
+};
+
+TEST_P(RegistryContractTest, OpeningMakesNoKeyAndCreatingMakesAllAbove) {
+  EXPECT_EQ(registry().Open("Soft\\One", RegistryAccess::kRead), nullptr);
+  EXPECT_EQ(registry().Open("Soft\\One", RegistryAccess::kReadWrite), nullptr);
+  EXPECT_FALSE(IsThere("Soft"));
+  EXPECT_NE(registry().Create("Soft\\One\\Two"), nullptr);
+  for (const char* const there : {"", "Soft", "Soft\\One", "soft\\ONE\\two", "\\Soft\\\\One\\"}) {
+    EXPECT_TRUE(IsThere(there)) << there;
+  }
+  for (const char* const missing : {"Sof", "Soft\\One\\Two\\Three", "One", "Soft\\One Two"}) {
+    EXPECT_FALSE(IsThere(missing)) << missing;
+  }
+}
+
+TEST_P(RegistryContractTest, ValuesComeBackAsTheyWereSet) {
+  std::string everyByte;
+  for (int i = 0; i < 256; ++i) everyByte.push_back(static_cast<char>(i));
+  const RegistryValue values[] = {
+      TextValue(""),
+      TextValue("C:\\Data \"x\""),
+      TextValue(everyByte),
+      TextValue("zero at the end\0"s),
+      {RegistryType::kExpandableText, "%x%"},
+      NumberValue(0),
+      NumberValue(0xFFFFFFFF),
+      {RegistryType::kNumber, "abc"},
+      {RegistryType::kNone, ""},
+      {RegistryType::kBinary, everyByte},
+      {static_cast<RegistryType>(11), "12345678"},
+  };
+  for (const RegistryValue& value : values) {
+    {
+      const auto key = registry().Create("K");
+      ASSERT_NE(key, nullptr);
+      EXPECT_TRUE(key->Write("", value));
+      EXPECT_TRUE(key->Write("Name \xC4", value));
+      EXPECT_EQ(key->Read("name \xE4"), value);
+    }
+    EXPECT_EQ(Read("K", ""), value);
+    EXPECT_EQ(Read("k", "NAME \xE4"), value);
+    EXPECT_EQ(Read("K", "Nam"), std::nullopt);
+    EXPECT_EQ(Read("K", "Name \xC4 "), std::nullopt);
+  }
+}
+
+TEST_P(RegistryContractTest, KeysKeepTheirValuesApart) {
+  registry().Create("A\\B")->Write("x", NumberValue(1));
+  registry().Create("A")->Write("x", NumberValue(2));
+  registry().Create("A\\B\\C")->Write("x", NumberValue(3));
+  registry().Create("")->Write("x", NumberValue(4));
+  EXPECT_EQ(Read("A\\B", "x"), NumberValue(1));
+  EXPECT_EQ(Read("A", "x"), NumberValue(2));
+  EXPECT_EQ(Read("A\\B\\C", "x"), NumberValue(3));
+  EXPECT_EQ(Read("", "x"), NumberValue(4));
+}
+
+TEST_P(RegistryContractTest, CreatingAnExistingKeyKeepsItsValues) {
+  registry().Create("K")->Write("x", NumberValue(1));
+  const auto key = registry().Create("k");
+  ASSERT_NE(key, nullptr);
+  EXPECT_EQ(key->Read("x"), NumberValue(1));
+}
+
+TEST_P(RegistryContractTest, KeysSeeEachOthersChangesAtOnce) {
+  const auto writer = registry().Create("K");
+  const auto other = registry().Open("K", RegistryAccess::kReadWrite);
+  const auto reader = registry().Open("k", RegistryAccess::kRead);
+  ASSERT_TRUE(writer != nullptr && other != nullptr && reader != nullptr);
+  EXPECT_TRUE(writer->Write("x", NumberValue(1)));
+  EXPECT_EQ(reader->Read("x"), NumberValue(1));
+  EXPECT_TRUE(other->Write("x", NumberValue(2)));
+  EXPECT_EQ(writer->Read("x"), NumberValue(2));
+}
+
+TEST_P(RegistryContractTest, TheLastWriteCountsWhicheverKeyIsClosedFirst) {
+  auto first = registry().Create("K");
+  auto second = registry().Open("K", RegistryAccess::kReadWrite);
+  ASSERT_TRUE(first->Write("x", NumberValue(1)));
+  ASSERT_TRUE(second->Write("x", NumberValue(2)));
+  second.reset();
+  first.reset();
+  EXPECT_EQ(Read("K", "x"), NumberValue(2));
+}
+
+TEST_P(RegistryContractTest, AKeyForReadingTakesNothing) {
+  registry().Create("K")->Write("x", NumberValue(1));
+  const auto key = registry().Open("K", RegistryAccess::kRead);
+  ASSERT_NE(key, nullptr);
+  EXPECT_FALSE(key->Write("x", NumberValue(2)));
+  EXPECT_FALSE(key->Write("y", NumberValue(2)));
+  EXPECT_EQ(key->Read("x"), NumberValue(1));
+  EXPECT_EQ(key->Read("y"), std::nullopt);
+}
+
+TEST_P(RegistryContractTest, WhatCanOnlyBeReadIsntWritten) {
+  registry().Create("K")->Write("x", NumberValue(1));
+  implementation->MakeReadOnly();
+  EXPECT_EQ(registry().Open("K", RegistryAccess::kReadWrite), nullptr);
+  EXPECT_EQ(registry().Open("", RegistryAccess::kReadWrite), nullptr);
+  EXPECT_EQ(registry().Create("K"), nullptr);
+  EXPECT_EQ(registry().Create("New"), nullptr);
+  EXPECT_FALSE(IsThere("New"));
+  // What an overlay is told is nowhere else.
+  const bool kept = GetParam().name != "Overlay"s;
+  EXPECT_EQ(Read("K", "x"), kept ? std::optional(NumberValue(1)) : std::nullopt);
+}
+
+TEST_P(RegistryContractTest, TypedReadsTakeTheirTypeOnly) {
+  const auto key = registry().Create("K");
+  key->Write("text", TextValue("abc\0def"s));
+  key->Write("expand", {RegistryType::kExpandableText, "abc"});
+  key->Write("number", NumberValue(50));
+  key->Write("short", {RegistryType::kNumber, "2\0"s});
+  key->Write("bytes", {RegistryType::kBinary, "2\0\0\0"s});
+  EXPECT_EQ(ReadText(*key, "text"), "abc");
+  EXPECT_EQ(ReadText(*key, "text", 7), "abc");
+  EXPECT_EQ(ReadText(*key, "text", 6), std::nullopt) << "the limit is for all that is stored";
+  EXPECT_EQ(ReadNumber(*key, "number"), 50U);
+  for (const char* const name : {"expand", "number", "short", "bytes", "missing"}) {
+    EXPECT_EQ(ReadText(*key, name), std::nullopt) << name;
+  }
+  for (const char* const name : {"text", "expand", "short", "bytes", "missing"}) {
+    EXPECT_EQ(ReadNumber(*key, name), std::nullopt) << name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RegistryContractTest,
+                         ::testing::Values(Named{"Memory",
+                                                 []() -> std::unique_ptr<Implementation> {
+                                                   return std::make_unique<InMemory>();
+                                                 }},
+                                           Named{"Posix",
+                                                 []() -> std::unique_ptr<Implementation> {
+                                                   return std::make_unique<InFile>(
+                                                       RegistryMode::kReadWrite);
+                                                 }},
+                                           Named{"Overlay",
+                                                 []() -> std::unique_ptr<Implementation> {
+                                                   return std::make_unique<InFile>(
+                                                       RegistryMode::kOverlay);
+                                                 }}),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST(MemoryRegistryTest, ASceneIsSetAndLookedAtPastTheSwitches) {
+  MemoryRegistry registry;
+  registry.readOnly = true;
+  registry.Set("Soft\\One", "x", NumberValue(1));
+  EXPECT_EQ(registry.Get("SOFT\\one", "X"), NumberValue(1));
+  EXPECT_TRUE(registry.HasKey("soft"));
+  EXPECT_NE(registry.Open("Soft\\One", RegistryAccess::kRead), nullptr);
+  EXPECT_EQ(registry.Create("Soft\\One"), nullptr);
+  registry.readOnly = false;
+  registry.failCreate = true;
+  EXPECT_EQ(registry.Create("Soft\\Two"), nullptr);
+  EXPECT_FALSE(registry.HasKey("Soft\\Two"));
+  EXPECT_NE(registry.Open("Soft\\One", RegistryAccess::kReadWrite), nullptr);
+  EXPECT_EQ(registry.opens, 4);
+}
+
+}  // namespace
+}  // namespace pw

@@ -1,0 +1,60 @@
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "platform/posix/posix_shell.h"
+#include "tests/platform/temp_folder.h"
+
+namespace pw {
+namespace {
+
+class PosixShellTest : public testing::Test {
+ protected:
+  PosixShellTest() {
+    folder.Put("bin/Program", "#!/bin/sh\n{ pwd; printf '%s\\n' \"$@\"; } > \"${0%/*}/answer\"\n");
+    folder.Put("bin/text", "no program\n");
+    std::filesystem::create_directory(folder.Path() / "run");
+    chmod((folder.Path() / "bin/Program").c_str(), 0700);
+  }
+
+  TempFolder folder;
+  PathTable table{{{"C:", folder.Path()}}, folder.Path()};
+  PosixShell shell{table, 0x0001'0002'0003'0004U};
+};
+
+// The program answers through a pipe, whose end is read once it has come.
+TEST_F(PosixShellTest, StartsAProgramOfItsOwn) {
+  ASSERT_EQ(mkfifo((folder.Path() / "bin/answer").c_str(), 0600), 0);
+  ASSERT_TRUE(shell.Execute(
+      {"open", "c:\\BIN\\program", "-x  \"two words\" a\"b\"c \"\" \xE4", "C:\\Run", 1}));
+  EXPECT_EQ(folder.Get("bin/answer"), std::filesystem::canonical(folder.Path() / "run").native() +
+                                          "\n-x\ntwo words\nabc\n\n\xC3\xA4\n");
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(PosixShellTest, TellsWhatCannotBeStarted) {
+  folder.Put("bin/lost", "#!/no/such/interpreter\n");
+  chmod((folder.Path() / "bin/lost").c_str(), 0700);
+  const ShellCommand cases[] = {
+      {"print", "C:\\bin\\Program", "", "", 1},
+      {"open", "C:\\bin\\none", "", "", 1},
+      {"open", "C:\\bin\\text", "", "", 1},
+      {"open", "C:\\bin", "", "", 1},
+      {"open", "Q:\\bin\\Program", "", "", 1},
+      {"open", "C:\\bin\\lost", "", "", 1},
+      {"open", "C:\\bin\\Program", "", "C:\\none", 1},
+  };
+  for (const ShellCommand& command : cases) {
+    EXPECT_FALSE(shell.Execute(command)) << command.verb << " " << command.file;
+  }
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(shell.ModuleVersion(), 0x0001'0002'0003'0004U);
+}
+
+}  // namespace
+}  // namespace pw

@@ -1,0 +1,213 @@
+#include "platform/posix/terminal_dialogs.h"
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace pw {
+namespace {
+
+using testing::IsSubstring;
+
+class TerminalDialogsTest : public testing::Test {
+ protected:
+  // Somebody will type these lines, and then leave.
+  void Type(const std::string& lines) {
+    in.clear();
+    in.str(lines);
+    out.str("");
+  }
+
+  std::istringstream in;
+  std::ostringstream out;
+  TerminalDialogs dialogs{in, out, true};
+  TerminalDialogs toNobody{in, out, false};
+};
+
+TEST_F(TerminalDialogsTest, BoxesTakeWordsTheDefaultAndAtTheEndTheSafeAnswer) {
+  constexpr std::uint32_t kSecond = kBoxYesNo | kBoxSecondButtonIsDefault | kBoxQuestion;
+  const struct {
+    std::uint32_t flags;
+    const char* typed;
+    BoxAnswer answer;
+  } cases[] = {
+      {kBoxYesNo, "\n", BoxAnswer::kYes},
+      {kSecond, "\n", BoxAnswer::kNo},
+      {kSecond, " YES \r\n", BoxAnswer::kYes},
+      {kBoxYesNo, "n\n", BoxAnswer::kNo},
+      {kBoxYesNo, "maybe\nyess\n?\nno", BoxAnswer::kNo},
+      {kBoxYesNo, "", BoxAnswer::kNo},
+      {kBoxYesNo, "what\n", BoxAnswer::kNo},
+      {kBoxYesNo, "\xFF\xCE\xB1\ny\n", BoxAnswer::kYes},
+      {kBoxOkCancel, "\n", BoxAnswer::kOk},
+      {kBoxOkCancel, "c\n", BoxAnswer::kCancel},
+      {kBoxOkCancel, "", BoxAnswer::kCancel},
+      {kBoxOk | kBoxWarning, "\n", BoxAnswer::kOk},
+      {kBoxOk | kBoxSecondButtonIsDefault, "\n", BoxAnswer::kOk},
+      {kBoxOk, "", BoxAnswer::kOk},
+  };
+  for (const auto& c : cases) {
+    Type(c.typed);
+    EXPECT_EQ(dialogs.ShowMessage(kNoWindow, "Well?", c.flags), c.answer) << c.typed;
+    EXPECT_EQ(out.str().rfind("Well?\n", 0), 0U) << out.str();
+  }
+}
+
+TEST_F(TerminalDialogsTest, WithNobodyThereOneLineTellsTheSafeAnswer) {
+  Type("yes\nyes\n");
+  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "Delete\r\nall?", kBoxYesNo), BoxAnswer::kNo);
+  EXPECT_EQ(out.str(), "nobody to ask, taken as \"no\": Delete all?\n");
+  out.str("");
+  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "a\nb", kBoxOk), BoxAnswer::kOk);
+  EXPECT_EQ(out.str(), "nobody to ask, taken as \"ok\": a b\n");
+  out.str("");
+  EXPECT_EQ(toNobody.ChooseFolder(kNoWindow, "Where?", "C:\\Data", nullptr), std::nullopt);
+  EXPECT_EQ(out.str(), "nobody to ask, taken as \"cancel\": Where?\n");
+}
+
+TEST_F(TerminalDialogsTest, ShowsTheCodePageAsUtf8AndNoControlCharacters) {
+  Type("\n");
+  dialogs.ShowMessage(kNoWindow, "\x80 \xE4\x1B[2J\x07\x9D\tx\r\ny", kBoxOk);
+  EXPECT_EQ(out.str().rfind("\xE2\x82\xAC \xC3\xA4?[2J?? x\ny\n", 0), 0U) << out.str();
+}
+
+TEST_F(TerminalDialogsTest, ChoosesAFolderThatNothingIsToBeComplainedOf) {
+  std::vector<std::string> tried;
+  const FolderComplaint complaint = [&](const std::string& folder) -> std::optional<std::string> {
+    tried.push_back(folder);
+    if (folder == "C:\\\xC4") return std::nullopt;
+    return "Not " + folder + ".";
+  };
+  const auto choose = [&](const std::string& typed) {
+    Type(typed);
+    tried.clear();
+    return dialogs.ChooseFolder(kNoWindow, "Where?", "C:\\Start", complaint);
+  };
+  EXPECT_EQ(choose("\nC:\\None\nC:\\\xC3\x84\n"), "C:\\\xC4");
+  EXPECT_EQ(tried, (std::vector<std::string>{"C:\\Start", "C:\\None", "C:\\\xC4"}));
+  EXPECT_PRED_FORMAT2(IsSubstring, "Not C:\\Start.\n", out.str());
+  EXPECT_EQ(choose("C:\\None\nC\nC:\\\xC3\x84\n"), std::nullopt);
+  EXPECT_EQ(choose("C:\\None\n"), std::nullopt);
+  EXPECT_EQ(choose("C:\\\xCE\xB1\n"), std::nullopt);  // which the organiser can't name
+  EXPECT_TRUE(tried.empty());
+}
+
+TEST_F(TerminalDialogsTest, HelpIsOfTheInnermostContext) {
+  const auto help = [&] {
+    Type("?\n\n");
+    dialogs.ShowMessage(kNoWindow, "Well?", kBoxOk);
+    return out.str();
+  };
+  dialogs.EnterHelp("outer");
+  dialogs.EnterHelp("inner");
+  EXPECT_PRED_FORMAT2(IsSubstring, "\"inner\"", help());
+  dialogs.LeaveHelp();
+  EXPECT_PRED_FORMAT2(IsSubstring, "\"outer\"", help());
+  dialogs.LeaveHelp();
+  EXPECT_PRED_FORMAT2(IsSubstring, "no help", help());
+}
+
+TEST_F(TerminalDialogsTest, IconsAreDistinctAndTheCallers) {
+  const IconHandle first = dialogs.LoadIcon(129);
+  const IconHandle second = dialogs.LoadIcon(129);
+  EXPECT_NE(first, nullptr);
+  EXPECT_NE(first, second);
+  dialogs.DestroyIcon(first);
+  dialogs.DestroyIcon(second);
+  dialogs.DestroyIcon(nullptr);
+}
+
+class TestPage : public PageModel {
+ public:
+  explicit TestPage(std::string caption) : caption(std::move(caption)) {
+    controls = {
+        {1, ControlKind::kLabel, "&Folder:", {}, false},
+        {2, ControlKind::kText, "C:\\Old", {}, false},
+        {3, ControlKind::kChoice, "Ask", {}, true},
+        {4, ControlKind::kChoice, "Do && go", {}, false},
+        {5, ControlKind::kButton, "&Browse", {}, false},
+        {6, ControlKind::kList, "one", {"one", "two"}, false},
+        {7, ControlKind::kChoice, "Alone", {}, true},
+    };
+  }
+
+  std::string Caption() override { return caption; }
+  std::vector<DialogControl>& Controls() override { return controls; }
+  void Press(std::int32_t control) override {
+    pressed.push_back(control);
+    controls.push_back({8, ControlKind::kLabel, "Pressed", {}, false});
+  }
+  bool Leave() override { return ++leaves > refusals; }
+
+  std::string caption;
+  std::vector<DialogControl> controls;
+  std::vector<std::int32_t> pressed;
+  int refusals = 0;
+  int leaves = 0;
+};
+
+class TestSheet : public SheetModel {
+ public:
+  std::string Title() override { return "Options"; }
+  std::vector<PageModel*> Pages() override { return {&first, &second}; }
+
+  TestPage first{"First"};
+  TestPage second{"Second"};
+};
+
+TEST_F(TerminalDialogsTest, WorksTheControlsOfAPage) {
+  TestSheet sheet;
+  // The text, the second choice, the button, the list; then on over both pages.
+  Type("1\nC:\\N\xC3\xA4w\n3\n4\n5\n2\n\n\n");
+  EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), SheetAnswer::kOk);
+  const auto& controls = sheet.first.controls;
+  EXPECT_EQ(controls[1].text, "C:\\N\xE4w");
+  EXPECT_FALSE(controls[2].chosen);
+  EXPECT_TRUE(controls[3].chosen);
+  EXPECT_TRUE(controls[6].chosen);  // of another group
+  EXPECT_EQ(controls[5].text, "two");
+  EXPECT_EQ(sheet.first.pressed, std::vector<std::int32_t>{5});
+  EXPECT_PRED_FORMAT2(IsSubstring,
+                      "== Options ==\n-- First --\nFolder:\n1 [C:\\Old]\n2 (*) Ask\n"
+                      "3 ( ) Do & go\n4 <Browse>\n5 [one] one of 2\n6 (*) Alone\n",
+                      out.str());
+  EXPECT_PRED_FORMAT2(IsSubstring, "6 (*) Alone\nPressed\n", out.str());
+}
+
+TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
+  const struct {
+    const char* typed;
+    SheetAnswer answer;
+    int firstLeaves;
+    int secondLeaves;
+  } cases[] = {
+      {"\n\n", SheetAnswer::kCancel, 1, 1},  // the second page refuses once
+      {"\n\n\n", SheetAnswer::kOk, 1, 2},
+      {"\n\nb\n\n\n", SheetAnswer::kOk, 2, 3},
+      {"b\n\nc\n", SheetAnswer::kCancel, 1, 0},
+      {"0\n7\n99999999999\n-1\nc\n", SheetAnswer::kCancel, 0, 0},
+      {"", SheetAnswer::kCancel, 0, 0},
+      {"1\n", SheetAnswer::kCancel, 0, 0},
+      {"1\n\n5\n\n5\n3\nc\n", SheetAnswer::kCancel, 0, 0},  // kept as they are
+  };
+  for (const auto& c : cases) {
+    TestSheet sheet;
+    sheet.second.refusals = 1;
+    Type(c.typed);
+    EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), c.answer) << c.typed;
+    EXPECT_EQ(sheet.first.leaves, c.firstLeaves) << c.typed;
+    EXPECT_EQ(sheet.second.leaves, c.secondLeaves) << c.typed;
+    EXPECT_EQ(sheet.first.controls[1].text, "C:\\Old") << c.typed;
+    EXPECT_EQ(sheet.first.controls[5].text, "one") << c.typed;
+  }
+  TestSheet sheet;
+  Type("\n\n");
+  EXPECT_EQ(toNobody.ShowSheet(kNoWindow, sheet), SheetAnswer::kCancel);
+  EXPECT_EQ(out.str(), "nobody to ask, taken as \"cancel\": Options\n");
+}
+
+}  // namespace
+}  // namespace pw

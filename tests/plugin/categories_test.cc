@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include "framework/application.h"
+#include "platform/testing/test_platform.h"
+#include "plugin/source_manager.h"
+#include "tests/support/card_file_builder.h"
+
+namespace {
+
+constexpr const char* kPath = "C:\\Data\\Friends.WMCard";
+
+class CategoriesTest : public testing::Test {
+ protected:
+  CategoriesTest() {
+    manager.Config = &config;
+    manager.ApplicationSource = &source;
+    config.String(PWConfig::kDataFolder, "C:\\Data");
+    config.String(PWConfig::kProductKey, "SOFTWARE\\Main");
+    SetProduct(2);
+  }
+  void SetProduct(std::uint32_t product) {
+    platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(product));
+  }
+  std::vector<std::string> FieldNames(const char* first = nullptr) {
+    PWStringVector names;
+    if (first != nullptr) names.AppendText(first);
+    EXPECT_EQ(manager.CategoryFieldNames("contact", kPath, names), 0);
+    std::vector<std::string> texts;
+    for (std::uint32_t i = 0; i < names.Count(); ++i) texts.push_back(names.At(i)->Str());
+    return texts;
+  }
+
+  pw::TestPlatform platform;
+  PWConfig config;
+  PWApplicationSource source;
+  WMSourceManager manager{0};
+};
+
+TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
+  PWSourceCategoryVector categories;
+  EXPECT_EQ(manager.ListCategories("contact", categories), 0);
+  EXPECT_EQ(categories.Count(), 0U);
+  for (const char* name : {"work.wmcard", "Friends.WMCard", "Friends.txt"}) {
+    platform.files.Put(std::string("C:\\Data\\") + name, "");
+  }
+  EXPECT_EQ(manager.ListCategories("contact", categories), 0);
+  ASSERT_EQ(categories.Count(), 2U);
+  EXPECT_STREQ(categories.At(0)->Name(), "Friends");
+  EXPECT_STREQ(categories.At(0)->Location, kPath);
+  EXPECT_STREQ(categories.At(1)->Name(), "work");
+  EXPECT_STREQ(categories.At(1)->Location, "C:\\Data\\work.wmcard");
+  EXPECT_EQ(categories.At(0)->AppID, 0U);
+  EXPECT_EQ(manager.ListCategories("no such type", categories), 1);
+}
+
+TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
+  pw::test::CardFileBytes bytes = pw::test::ThreeCards();
+  bytes.names = "Phone\r\nCity\r\nPhone\r\n";
+  platform.files.Put(kPath, bytes.Build());
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(FieldNames(), (Names{"Phone", "City", "Contact Log"}));
+  EXPECT_EQ(FieldNames("City"), (Names{"City", "Phone", "Contact Log"}));
+}
+
+TEST_F(CategoriesTest, TheInformationManagerReportsOneNameLess) {
+  SetProduct(0);
+  platform.files.Put(kPath, pw::test::ThreeCards().Build());
+  EXPECT_EQ(FieldNames(), (std::vector<std::string>{"First Name", "Last Name", "Company"}));
+  platform.files.Put(kPath, "");
+  EXPECT_TRUE(FieldNames().empty()) << "a file of no fields at all";
+}
+
+TEST_F(CategoriesTest, FieldNamesOfOtherTypesAndOfNoFile) {
+  PWStringVector names;
+  EXPECT_EQ(manager.CategoryFieldNames("memo", kPath, names), 0);
+  EXPECT_EQ(manager.CategoryFieldNames("contact", kPath, names), 1);
+  EXPECT_EQ(names.Count(), 0U);
+}
+
+// A category that the engine paired before it had a file is made first, and the caller starts again.
+TEST_F(CategoriesTest, AMissingCardfileIsMadeFirst) {
+  class Recording : public WMSourceManager {
+   public:
+    using WMSourceManager::WMSourceManager;
+    PWRESULT NewCategory(const char* name, const char* typeName, PWString* location) override {
+      made.push_back(std::string(typeName) + " " + name);
+      *location = "C:\\Data\\made";
+      return kResultFailed;  // how it went doesn't matter
+    }
+    std::vector<std::string> made;
+  };
+  Recording recording(0);
+  recording.Config = &config;
+  recording.ApplicationSource = &source;
+  auto* contacts = new PWAppSrcTypeInfo("contact");
+  source.Types.Append(contacts, false);
+  for (const char* location : {"", kPath}) {
+    auto* category = new PWSourceCategory;
+    category->Name = "Fresh";
+    category->Location = location;
+    contacts->Categories.Append(category, false);
+  }
+  platform.files.Put(kPath, pw::test::ThreeCards().Build());
+  PWStringVector names;
+  EXPECT_EQ(recording.CategoryFieldNames("contact", kPath, names), 11);
+  EXPECT_EQ(names.Count(), 0U);
+  EXPECT_EQ(recording.made, (std::vector<std::string>{"contact Fresh"}));
+  EXPECT_EQ(recording.CategoryFieldNames("contact", kPath, names), 0);
+  EXPECT_EQ(recording.made.size(), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,57 @@
+#include "plugin/entry.h"
+
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "framework/import_manager.h"
+#include "framework/source_manager.h"
+#include "platform/testing/test_platform.h"
+
+namespace {
+
+TEST(EntryTest, KnowsOneNameAlone) {
+  for (const char* name : {"", "object_importmanager", "Object_ImportManager "}) {
+    EXPECT_EQ(createObject(name), nullptr) << name;
+  }
+  EXPECT_EQ(createObject(nullptr), nullptr);
+}
+
+TEST(EntryTest, EachCallGivesANewPairOfWhichEachIsTheCallers) {
+  const pw::TestPlatform platform;
+  std::unique_ptr<PWImportManager> first(
+      static_cast<PWImportManager*>(createObject("Object_ImportManager")));
+  const std::unique_ptr<PWImportManager> second(
+      static_cast<PWImportManager*>(createObject("Object_ImportManager")));
+  const std::unique_ptr<PWSourceManager> firstManager(first->SourceManager);
+  const std::unique_ptr<PWSourceManager> secondManager(second->SourceManager);
+  EXPECT_NE(first, second);
+  EXPECT_NE(firstManager, secondManager);
+  first.reset();
+  EXPECT_TRUE(firstManager->IsAvailable()) << "it outlives the import manager";
+  EXPECT_EQ(firstManager->Owner, 0U);
+  EXPECT_EQ(firstManager->Log, nullptr);
+  EXPECT_EQ(firstManager->Config, nullptr);
+}
+
+TEST(EntryTest, TheImportPathIsOneForAllTypes) {
+  const std::unique_ptr<PWImportManager> imports(
+      static_cast<PWImportManager*>(createObject("Object_ImportManager")));
+  const std::unique_ptr<PWSourceManager> manager(imports->SourceManager);
+  PWString path("before");
+  EXPECT_EQ(imports->GetImportPath("contact", path), 0);
+  EXPECT_EQ(path.buffer, nullptr);
+  EXPECT_EQ(imports->SetImportPath("C:\\New.WMCard"), 0);
+  imports->GetImportPath("memo", path);
+  EXPECT_TRUE(path == "C:\\New.WMCard");
+  for (const char* none : {"", static_cast<const char*>(nullptr)}) {
+    imports->SetImportPath("C:\\New.WMCard");
+    EXPECT_EQ(imports->SetImportPath(none), 0);
+    imports->GetImportPath(nullptr, path);
+    EXPECT_EQ(path.buffer, nullptr);
+    EXPECT_EQ(path.length, 0U);
+    EXPECT_EQ(path.capacity, 0U);
+  }
+}
+
+}  // namespace
