@@ -7,8 +7,8 @@
 
 // Code page 1252, the organiser's text, against Unicode.
 //
-// The five bytes without a meaning (0x81, 0x8D, 0x8F, 0x90, 0x9D) stand for the control characters of
-// the same number, so that every byte string survives the way to UTF-8 and back.
+// The five bytes without a meaning (0x81, 0x8D, 0x8F, 0x90, 0x9D) stand for the control characters
+// of the same number, so that every byte string survives the way to UTF-8 and back.
 namespace pw {
 
 char32_t CodePageToUnicode(unsigned char byte);
@@ -22,8 +22,8 @@ std::optional<std::string> Utf8ToCodePage(std::string_view text);
 // The same, each character that the code page lacks and each malformed byte becoming "?".
 std::string Utf8ToCodePageLossy(std::string_view text);
 
-// The next character of a UTF-8 text, taken off its front; nothing if it is malformed there (one byte
-// is taken off then). The text must not be empty.
+// The next character of a UTF-8 text, taken off its front; nothing if it is malformed there (one
+// byte is taken off then). The text must not be empty.
 std::optional<char32_t> TakeUtf8(std::string_view& text);
 void AppendUtf8(std::string& out, char32_t character);
 

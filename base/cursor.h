@@ -4,14 +4,15 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pw {
 
 // Reads little-endian fields from a byte string, and never beyond its end.
 //
-// A read that asks for more than is left gives zero (or the bytes that are there, for `Take`), moves
-// to the end and makes `Short()` true from then on, so that a decoder reads a whole record field by
-// field and asks once. The bytes aren't owned and must outlive the reader.
+// A read that asks for more than is left gives zero (or the bytes that are there, for `Take`),
+// moves to the end and makes `Short()` true from then on, so that a decoder reads a whole record
+// field by field and asks once. The bytes aren't owned and must outlive the reader.
 class ByteReader {
  public:
   explicit ByteReader(std::string_view bytes) : bytes(bytes) {}
@@ -24,8 +25,8 @@ class ByteReader {
   // The next `count` bytes, or as many as are left. The view points into the bytes given.
   std::string_view Take(std::size_t count);
 
-  // Moves to an offset from the start. One beyond the end moves to the end, where any read is short;
-  // the seek itself isn't.
+  // Moves to an offset from the start. One beyond the end moves to the end, where any read is
+  // short; the seek itself isn't.
   void Seek(std::size_t offset);
 
   std::size_t Position() const { return position; }

@@ -20,7 +20,7 @@ ProcessWideBase::~ProcessWideBase() {
   if (first == this) first = next;
 }
 
-void ProcessWideBase::ResetAll() {
+void ResetProcessWideState() {
   for (ProcessWideBase* piece = first; piece != nullptr; piece = piece->next) piece->Reset();
 }
 

@@ -7,30 +7,27 @@ namespace pw {
 // What the engine's contract makes one for the whole process.
 //
 // Each piece of such state is one `ProcessWide<T>` beside the code that owns it. It starts from the
-// value given, and `ResetProcessWideState` puts every piece back to its own, so that no test sees what
-// another left. Unsynchronised: the engine makes all calls on one thread.
+// value given, and `ResetProcessWideState` puts every piece back to its own, so that no test sees
+// what another left. Unsynchronised: the engine makes all calls on one thread.
 class ProcessWideBase {
  public:
   ProcessWideBase(const ProcessWideBase&) = delete;
   ProcessWideBase& operator=(const ProcessWideBase&) = delete;
-
-  // Puts every piece of state that is loaded now back to the value that it started from.
-  static void ResetAll();
 
  protected:
   ProcessWideBase();
   virtual ~ProcessWideBase();
 
  private:
+  friend void ResetProcessWideState();
   virtual void Reset() = 0;
 
   ProcessWideBase* previous;
   ProcessWideBase* next;
 };
 
-inline void ResetProcessWideState() {
-  ProcessWideBase::ResetAll();
-}
+// Puts every piece of state that is loaded now back to the value that it started from.
+void ResetProcessWideState();
 
 template <class T>
 class ProcessWide final : public ProcessWideBase {

@@ -16,7 +16,8 @@ std::size_t SlotRanks::Append() {
   ++slots;
   ++left;
   if (!tree.empty()) {
-    // The new node sums the slots from slots - LowBit(slots) on, of which all but the last are known.
+    // The new node sums the slots from slots - LowBit(slots) on, of which all but the last are
+    // known.
     const std::size_t before = RankOf(slots - LowBit(slots));
     tree.push_back(static_cast<std::uint32_t>(left - before));
   }

@@ -10,8 +10,8 @@ namespace pw {
 //
 // A store keeps its elements in slots that never move, so that an index over them stays true, while
 // the engine counts without those that are deleted: rank r is the r-th slot that is left. All ranks
-// and slots count from 0. As long as nothing was removed a rank is its slot and costs nothing; after
-// that each operation takes O(log n).
+// and slots count from 0. As long as nothing was removed a rank is its slot and costs nothing;
+// after that each operation takes O(log n).
 class SlotRanks {
  public:
   explicit SlotRanks(std::size_t slots = 0) : slots(slots), left(slots) {}

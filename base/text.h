@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-// Single-byte text as the organiser's C runtime treats it: no locale, bytes unsigned, 32-bit numbers.
+// Single-byte text as the organiser's C runtime treats it: no locale, bytes unsigned, 32-bit
+// numbers.
 namespace pw {
 
 // A-Z to a-z, every other byte as it is.
@@ -25,11 +26,13 @@ bool EndsWithIgnoringCase(std::string_view text, std::string_view ending);
 std::string_view UpToZero(std::string_view text);
 
 // A blank, or one of the five control bytes from 0x09 to 0x0D.
-constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool IsSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 std::string_view WithoutLeadingSpace(std::string_view text);
 
-// A decimal number at the start of the text, behind white space and a sign; 0 if there is none. What
-// doesn't fit into 32 bits leaves its low 32 bits, signed.
+// A decimal number at the start of the text, behind white space and a sign; 0 if there is none.
+// What doesn't fit into 32 bits leaves its low 32 bits, signed.
 std::int32_t ParseLong(std::string_view text);
 
 std::string FormatLong(std::int32_t value);
@@ -40,8 +43,13 @@ bool FoldLineBreaks(std::string& text);
 // The texts that aren't empty, with the separator between them.
 std::string JoinNonEmpty(const std::vector<std::string>& texts, std::string_view separator);
 
+// A text from across the border, where null is the empty text.
+inline std::string TextOf(const char* text) {
+  return text == nullptr ? std::string() : std::string(text);
+}
+
 // `printf` into a text of any length. The list is left as it was.
-std::string Format(const char* format, ...);
+[[gnu::format(printf, 1, 2)]] std::string Format(const char* format, ...);
 std::string FormatList(const char* format, va_list arguments);
 
 }  // namespace pw

@@ -53,7 +53,9 @@ class Bench {
  public:
   explicit Bench(std::uint32_t cards)
       : folder(fs::temp_directory_path() / ("cardfile_bench." + std::to_string(getpid()))),
-        machine(Options()), before(pw::SetPlatform(machine.Services())), manager(0) {
+        machine(Options()),
+        before(pw::SetPlatform(machine.Services())),
+        manager(0) {
     fs::create_directories(folder);
     original = MakeFile(cards);
     Restore();
@@ -119,8 +121,8 @@ class Bench {
         cardfile::kHeaderSize + cardfile::kNamePointerSize + cardfile::kLayoutSize;
     std::vector<std::string> entries;
     for (std::uint32_t i = 0; i < cards; ++i) {
-      entries.push_back(bytes.substr(kIndex + i * cardfile::kIndexEntrySize,
-                                     cardfile::kIndexEntrySize));
+      entries.push_back(
+          bytes.substr(kIndex + i * cardfile::kIndexEntrySize, cardfile::kIndexEntrySize));
     }
     std::shuffle(entries.begin(), entries.end(), random);
     for (std::uint32_t i = 0; i < cards; ++i) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "base/text.h"
 #include "cardfile/title_sort.h"
@@ -9,13 +10,12 @@
 #include "plugin/string_table.h"
 
 namespace cardfile = pw::cardfile;
+using cardfile::kLineEnd;
 
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
-
-// The cursor's bytes are padded to the size of the entry: one that is cut by the file's end keeps what
-// there is of it.
+// The cursor's bytes are padded to the size of the entry: one that is cut by the file's end keeps
+// what there is of it.
 cardfile::IndexEntry TakeIndexEntry(pw::ByteReader& in) {
   std::string bytes(in.Take(cardfile::kIndexEntrySize));
   bytes.resize(cardfile::kIndexEntrySize);
@@ -66,8 +66,8 @@ SavedCard PrepareCard(const WMCardEntry& entry) {
   saved.stamp = cardfile::EncodeStamp(entry.timeStamp);
   saved.index.textLength = Low16(entry.index.textLength + saved.stamp.size());
   if (saved.index.textLength < saved.stamp.size()) {
-    // A text too long for its 16-bit length with the stamp: the length wraps, and the bytes keep to it
-    // so that the bodies behind stay where the index says.
+    // A text too long for its 16-bit length with the stamp: the length wraps, and the bytes keep to
+    // it so that the bodies behind stay where the index says.
     saved.stamp.resize(saved.index.textLength);
   }
   saved.textBytes = saved.index.textLength - saved.stamp.size();
@@ -81,11 +81,13 @@ std::int32_t WMCardFile::Load(const std::string& filePath) {
   const auto file = pw::CurrentPlatform().files->Open(path, pw::OpenMode::kReadWriteExisting,
                                                       pw::Sharing::kReadWrite);
   if (file == nullptr) return -1;
-  image = file->Read(static_cast<std::size_t>(file->Size().value_or(0)));
-  if (image.empty()) {
+  const auto size = file->Size();
+  if (!size || *size > UINT32_MAX) return -1;
+  if (*size == 0) {
     header = cardfile::NewHeader();
     return 0;
   }
+  image = file->Read(static_cast<std::size_t>(*size));
   if (image.size() < cardfile::kHeaderSize) return -1;
 
   pw::ByteReader in(image);
@@ -158,8 +160,8 @@ void WMCardFile::DecodeCard(const WMCardEntry& entry, std::vector<std::string>& 
   AppendBody(scratch, entry, 0, textLength + entry.index.notesLength);
   const std::string_view body = scratch;
 
-  // Values before the last named one end at a line end, wherever that is: a text with too few of them
-  // makes a value reach into the notes.
+  // Values before the last named one end at a line end, wherever that is: a text with too few of
+  // them makes a value reach into the notes.
   std::size_t at = 0;
   const std::size_t fields = values.size();
   for (std::size_t i = 0; i + 2 < fields; ++i) {
@@ -318,7 +320,13 @@ std::optional<std::string> WMCardFile::Encode() const {
 }
 
 void WMCardFile::Save() const {
-  const std::optional<std::string> bytes = Encode();
+  std::optional<std::string> bytes;
+  try {
+    bytes = Encode();
+  } catch (const std::bad_alloc&) {
+    // A damaged index may claim far more than the file ever held.
+    return;
+  }
   if (!bytes) return;
   const auto file = pw::CurrentPlatform().files->Open(path, pw::OpenMode::kReadWriteExisting,
                                                       pw::Sharing::kReadWrite);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,8 +14,9 @@
 #include "cardfile/format.h"
 #include "framework/object.h"
 
-// One card in memory. Its body is the text, `index.textLength` bytes without the time stamp, and behind
-// it the notes, `index.notesLength` bytes; where a view is shorter than its length, zeros are meant.
+// One card in memory. Its body is the text, `index.textLength` bytes without the time stamp, and
+// behind it the notes, `index.notesLength` bytes; where a view is shorter than its length, zeros
+// are meant.
 struct WMCardEntry {
   pw::cardfile::IndexEntry index;
   std::string_view text;          // into the loaded file, or into `owned`
@@ -24,22 +26,23 @@ struct WMCardEntry {
   std::int32_t timeStamp = 0;     // of the last change, in seconds since 1970 UTC
 };
 
-// A cardfile, wholly in memory between `Load` and `Save`. All texts are of the organiser's code page. A
-// card is known by its index, from 0, which counts the cards that are left.
+// A cardfile, wholly in memory between `Load` and `Save`. All texts are of the organiser's code
+// page. A card is known by its index, from 0, which counts the cards that are left.
 class WMCardFile : public PWObject {
  public:
   WMCardFile() = default;
   WMCardFile(const WMCardFile&) = delete;
   WMCardFile& operator=(const WMCardFile&) = delete;
 
-  // Reads the whole file, once for each object. 0, or -1 for a file that can't be opened for reading
-  // and writing, or whose header can't be read. A file that ends early, or whose parts aren't where
-  // it says, gives what there is of it, with result 0.
+  // Reads the whole file, once for each object. 0, or -1 for a file that can't be opened for
+  // reading and writing, is larger than its 32-bit offsets reach, or whose header can't be read. A
+  // file that ends early, or whose parts aren't where it says, gives what there is of it, with
+  // result 0.
   std::int32_t Load(const std::string& path);
 
   // Rewrites the file that was loaded, the cards in the order of their titles. Says nothing of a
   // failure: a file that can't be opened stays as it is, and so does one whose new content would
-  // exceed what its 32-bit offsets reach.
+  // exceed what its 32-bit offsets or the memory can hold.
   void Save() const;
 
   // The field names, "Contact Log" last. None at all for a file without a field-name block.
@@ -51,7 +54,8 @@ class WMCardFile : public PWObject {
 
   // Replaces a card's body, title and time stamp. Line breaks in values before the last named field
   // become blanks, in `values` too. The lengths are those of the values as given and are cut to 16
-  // bits, as the organiser does it: a folded value leaves a zero at the body's end for each line break.
+  // bits, as the organiser does it: a folded value leaves a zero at the body's end for each line
+  // break.
   void EncodeCard(WMCardEntry& entry, std::vector<std::string>& values);
 
   // Adds a card at the end, with the next id; the blank card of a new file goes. Always 0.

@@ -13,11 +13,10 @@ namespace {
 
 constexpr std::uint32_t kSourceKind = 2;
 
-// The source's calls of the handshake all skip it: cardfiles are opened whether the organiser runs or
-// not, and it isn't told.
+// The source's calls of the handshake all skip it: cardfiles are opened whether the organiser runs
+// or not, and it isn't told.
 constexpr bool kSkip = true;
 
-constexpr char kStampMarker = '\x7F';
 constexpr char kStampMarkerStandIn = '\x80';
 
 pw::ProcessWide<PWString> recordId;
@@ -33,7 +32,10 @@ PWRESULT WMContactSource::OpenSource() {
   const std::string path = Category->Location.Str();
   if (!pw::CurrentPlatform().files->Exists(path)) return kResultFileMissing;
   if (NotifyOrganiserOpen(path.c_str(), 0, kContactFiles, kSkip) == kOrganiserBusy) {
-    Manager->Log->Add(FormatString(strings::kOrganiserBusy, Manager->Name()).c_str(), kLogFailure);
+    if (Manager->Log != nullptr) {
+      const std::string line = FormatString(strings::kOrganiserBusy, Manager->Name());
+      Manager->Log->Add(line.c_str(), kLogFailure);
+    }
     return kResultFailed;
   }
   NotifyOrganiserLock(0, kSkip);
@@ -45,10 +47,14 @@ PWRESULT WMContactSource::OpenSource() {
     return kResultFailed;
   }
   file->GetFieldNames(fieldNames);
+  fieldIndex.clear();
   for (std::size_t i = 0; i < fieldNames.size(); ++i) {
     fieldIndex.emplace(fieldNames[i], static_cast<std::int32_t>(i));
   }
   values.clear();
+  cursor = 0;
+  placed = false;
+  valuesAreCurrent = false;
   return kResultOk;
 }
 
@@ -62,18 +68,19 @@ PWRESULT WMContactSource::CloseSource() {
 PWRESULT WMContactSource::AddRecord(PWRecord& record) {
   if (file == nullptr) return kResultFailed;
   values.assign(fieldNames.size(), std::string());
-  ApplyMapToSource(record);
-  if (file->AddCard(values) != 0) return kResultFailed;
+  valuesAreCurrent = false;
+  if (ApplyMapToSource(record) != kResultOk || file->AddCard(values) != 0) return kResultFailed;
   cursor = file->CardCount() - 1;
   placed = true;
+  valuesAreCurrent = true;
   return kResultOk;
 }
 
-// The values are those of the card as it was decoded when the cursor came to it, so that what the map
-// doesn't touch stays.
+// The values are those of the card as it was decoded when the cursor came to it, so that what the
+// map doesn't touch stays. Without that, as behind a deletion, they are another card's, or none.
 PWRESULT WMContactSource::UpdateRecord(PWRecord& record) {
-  if (!OnCard()) return kResultFailed;
-  ApplyMapToSource(record);
+  if (!OnCard() || !valuesAreCurrent) return kResultFailed;
+  if (ApplyMapToSource(record) != kResultOk) return kResultFailed;
   file->EncodeCard(file->Card(cursor), values);
   return kResultOk;
 }
@@ -81,6 +88,7 @@ PWRESULT WMContactSource::UpdateRecord(PWRecord& record) {
 PWRESULT WMContactSource::DeleteRecord() {
   if (!OnCard()) return kResultFailed;
   file->DeleteCard(cursor);
+  valuesAreCurrent = false;
   return kResultOk;
 }
 
@@ -126,7 +134,7 @@ PWRESULT WMContactSource::NextRecord() {
 
 PWRESULT WMContactSource::FindRecord(const char* id) {
   if (RecordCount() == 0) return kResultFailed;
-  const auto found = file->FindCard(pw::ParseLong(id == nullptr ? "" : id));
+  const auto found = file->FindCard(pw::ParseLong(pw::TextOf(id)));
   cursor = found.value_or(file->CardCount());
   if (!found) return kResultFailed;
   DecodeCurrent();
@@ -144,12 +152,12 @@ PWRESULT WMContactSource::SetField(std::int32_t index, PWField& value) {
   std::string& stored = values[static_cast<std::size_t>(index)];
   stored = value.text.View();
   // No value can then be taken for a time stamp.
-  std::replace(stored.begin(), stored.end(), kStampMarker, kStampMarkerStandIn);
+  std::replace(stored.begin(), stored.end(), pw::cardfile::kStampMarker, kStampMarkerStandIn);
   return kResultOk;
 }
 
 std::int32_t WMContactSource::FindField(const char* name) {
-  const auto found = fieldIndex.find(name == nullptr ? "" : name);
+  const auto found = fieldIndex.find(pw::TextOf(name));
   return found == fieldIndex.end() ? -1 : found->second;
 }
 
@@ -159,6 +167,7 @@ bool WMContactSource::OnCard() const {
 
 void WMContactSource::DecodeCurrent() {
   placed = true;
+  valuesAreCurrent = true;
   file->DecodeCard(file->Card(cursor), values);
 }
 

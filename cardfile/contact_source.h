@@ -44,5 +44,6 @@ class WMContactSource : public PWSource {
   std::vector<std::string> values;
   std::unique_ptr<WMCardFile> file;  // null while closed
   std::uint32_t cursor = 0;
-  bool placed = false;  // whether the cursor was ever put on a card
+  bool placed = false;            // whether the cursor was put on a card since the open
+  bool valuesAreCurrent = false;  // whether the values are those of the card under the cursor
 };

@@ -8,8 +8,7 @@ namespace pw::cardfile {
 namespace {
 
 constexpr std::string_view kMagic("WMW300", kMagicSize);
-constexpr char kStampMarker = '\x7F';
-constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kMostNameBytes = 0xFFFF;
 
 // Takes the first name off a line of them. What is left starts without white space.
 std::string TakeKey(std::string_view& line) {
@@ -101,7 +100,7 @@ std::string_view TitleText(const std::array<char, kTitleSize>& title) {
 
 std::array<char, kTitleSize> MakeTitle(std::string_view text) {
   std::array<char, kTitleSize> title{};
-  text = text.substr(0, kTitleSize - 1);
+  text = UpToZero(text).substr(0, kTitleSize - 1);
   std::copy(text.begin(), text.end(), title.begin());
   return title;
 }
@@ -132,7 +131,7 @@ std::vector<std::string> DecodeFieldNames(std::string_view block) {
 std::string EncodeFieldNames(const std::vector<std::string>& names) {
   std::string block;
   for (const std::string& name : names) {
-    if (name.empty()) break;
+    if (name.empty() || block.size() + name.size() + kLineEnd.size() > kMostNameBytes) break;
     block += name;
     block += kLineEnd;
   }

@@ -22,6 +22,11 @@
 //   1491 + 64n + L          card bodies, in the order of the index, without gaps
 namespace pw::cardfile {
 
+inline constexpr std::string_view kLineEnd = "\r\n";
+
+// Stands before a card's time stamp, so that no value may hold it.
+inline constexpr char kStampMarker = '\x7F';
+
 // The names of up to three fields whose values make up a card's title.
 inline constexpr std::size_t kSortKeys = 3;
 
@@ -120,12 +125,14 @@ void EncodeKeyLine(ByteWriter& out, const std::vector<std::string>& keys);
 //
 //   names := size:2 (name "\r\n")*
 //
-// Read, a name is a line without its last character, whatever that is; a line of nothing but its line
-// feed is no name. Written, the names end before the first empty one.
+// Read, a name is a line without its last character, whatever that is; a line of nothing but its
+// line feed is no name. Written, the names end before the first empty one, and before one that the
+// size couldn't count in.
 std::vector<std::string> DecodeFieldNames(std::string_view block);
 std::string EncodeFieldNames(const std::vector<std::string>& names);
 
-// Where the field names' size stands, and the first card body, for so many cards and bytes of names.
+// Where the field names' size stands, and the first card body, for so many cards and bytes of
+// names.
 std::uint32_t NamesOffset(std::size_t cards);
 std::uint32_t FirstBodyOffset(std::size_t cards, std::size_t nameBytes);
 

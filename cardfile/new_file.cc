@@ -7,8 +7,7 @@ namespace pw {
 std::string NewCardFile(const std::vector<std::string>& fieldNames,
                         const std::vector<std::string>& sortKeys) {
   constexpr std::size_t kBlankCards = 1;
-  constexpr std::size_t kMostNameBytes = 0xFFFF;
-  const std::string names = cardfile::EncodeFieldNames(fieldNames).substr(0, kMostNameBytes);
+  const std::string names = cardfile::EncodeFieldNames(fieldNames);
 
   cardfile::Header header = cardfile::NewHeader();
   header.cards = kBlankCards;

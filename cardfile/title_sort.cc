@@ -87,8 +87,8 @@ class PlaceCounter {
 // forward sends the foremost of the equal ones met so far to the back, so their order is that of a
 // queue: for d = 1 to m, append e(d), then rotate the queue left by c[d].
 //
-// Backwards this needs no queue: e(m) has a known place in the last one, and the queue before it is the
-// free places behind that one, around the end.
+// Backwards this needs no queue: e(m) has a known place in the last one, and the queue before it is
+// the free places behind that one, around the end.
 void PlaceEqualTitles(Key* group, const std::vector<std::size_t>& smallerBetween) {
   const std::size_t count = smallerBetween.size();
   const std::vector<Key> equal(group, group + count);

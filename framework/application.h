@@ -16,6 +16,8 @@ class PWAppSrcTypeInfo : public PWObject {
  public:
   explicit PWAppSrcTypeInfo(const char* typeName) : Name(typeName) {}
 
+  PWObject* Clone() override { return new PWAppSrcTypeInfo(*this); }
+
   PWString Name;
   PWSourceCategoryVector Categories;
 };
@@ -65,7 +67,7 @@ class PWApplication {
   static PWApplicationType* FirstType();
   static PWApplicationType* NextType();
 
-  // Asks the engine to read the source's category lists again. It does so in its own time: the request
-  // is kept in the engine context.
+  // Asks the engine to read the source's category lists again. It does so in its own time: the
+  // request is kept in the engine context.
   static PWRESULT RefreshCategories(PWApplicationSource* source, bool flag);
 };

@@ -7,9 +7,11 @@
 #include "framework/values.h"
 #include "framework/vector.h"
 
-// One unit that can be synchronised: a cardfile, a section of a binder, the calendar, the task list.
+// One unit that can be synchronised: a cardfile, a section of a binder, the calendar, the task
+// list.
 class PWSourceCategory : public PWObject {
  public:
+  void Serialize(PWArchive& archive) override;
   PWRuntimeClass* RuntimeClass() override;
   PWObject* Clone() override { return new PWSourceCategory(*this); }
 

@@ -19,8 +19,8 @@ class PWConfig : public PWObject {
   // The registry key of the running product.
   static constexpr std::uint32_t kProductKey = 4000;
 
-  // The live text of an entry, which may be assigned; an entry that was never set is empty. Valid for
-  // the life of the store.
+  // The live text of an entry, which may be assigned; an entry that was never set is empty. Valid
+  // for the life of the store.
   PWString& String(std::uint32_t id) { return entries[id]; }
   void String(std::uint32_t id, const char* value) { entries[id] = value; }
 

@@ -5,8 +5,8 @@
 
 #include "framework/values.h"
 
-// How record contents are folded into a CRC-32, chained from 0. Equal input gives equal output, and the
-// pieces may be folded one by one.
+// How record contents are folded into a CRC-32, chained from 0. Equal input gives equal output, and
+// the pieces may be folded one by one.
 namespace pw {
 
 // The bytes of a text and one zero byte.

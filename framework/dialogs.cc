@@ -23,7 +23,7 @@ std::optional<std::string> MissingFile(const std::string& folder,
 }  // namespace
 
 PWHelp::PWHelp(const char* name, bool /*flag*/) {
-  pw::CurrentPlatform().dialogs->EnterHelp(name);
+  pw::CurrentPlatform().dialogs->EnterHelp(pw::TextOf(name));
 }
 
 PWHelp::~PWHelp() {

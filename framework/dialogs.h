@@ -20,8 +20,8 @@ class PWHelp {
   PWHelp& operator=(const PWHelp&) = delete;
 };
 
-// Lets the person choose a folder that holds all that is required of it: each entry of the list is met
-// by some file of the folder whose name ends in it, letter case ignored.
+// Lets the person choose a folder that holds all that is required of it: each entry of the list is
+// met by some file of the folder whose name ends in it, letter case ignored.
 class PWBrowseFolder {
  public:
   // Copies the texts and the list. `productName` stands in the dialog's title.

@@ -18,11 +18,11 @@ struct PendingRefresh {
   bool flag;
 };
 
-// What the engine holds for the whole process. Whoever plays its part fills it; the module reaches it
-// only through `PWApplication` and the operations of `PWSource`.
+// What the engine holds for the whole process. Whoever plays its part fills it; the module reaches
+// it only through `PWApplication` and the operations of `PWSource`.
 struct EngineContext {
   std::vector<std::unique_ptr<PWApplicationType>> types;
-  std::size_t nextType = 0;  // of the walk by FirstType and NextType
+  std::size_t nextType = SIZE_MAX;  // of the walk by FirstType and NextType; none is going on yet
   std::optional<PWWindow> mainWindow;
   std::vector<PendingRefresh> pendingRefreshes;
 

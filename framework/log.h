@@ -17,5 +17,5 @@ class PWLog : public PWObject {
   virtual void Add(const char* text, ELogItemImage image) = 0;
 
   // Formats a line of any length as `printf` does, and adds it.
-  void Addf(const char* format, ELogItemImage image, ...);
+  [[gnu::format(printf, 2, 4)]] void Addf(const char* format, ELogItemImage image, ...);
 };

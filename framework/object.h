@@ -2,12 +2,15 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 
 class PWArchive;
 class PWRuntimeClass;
 
-// Base of all that passes between the engine and the module. The five operations stand first in every
-// class, in this order; the defaults are those of a class that has nothing to serialise or compare.
+// Base of all that passes between the engine and the module. The five operations stand first in
+// every class, in this order; the defaults are those of a class that has nothing to serialise or
+// compare.
 class PWObject {
  public:
   virtual ~PWObject() = default;
@@ -25,17 +28,30 @@ class PWObject {
   virtual std::int32_t Compare(PWObject* /*other*/) { return -1; }
 };
 
-// A stream of serialised values, in memory: 32-bit numbers, little-endian.
+// A stream of serialised values, in memory: 32-bit numbers, little-endian, and texts with their
+// length before them. It either stores or loads.
 class PWArchive {
  public:
+  PWArchive() = default;  // to store into
+  explicit PWArchive(std::string stored) : bytes(std::move(stored)), loading(true) {}
+
+  bool IsLoading() const { return loading; }
+  const std::string& Bytes() const { return bytes; }
+
   PWArchive& operator<<(std::int32_t value);
 
   // Reads the next number; beyond the end it is 0.
   PWArchive& operator>>(std::int32_t& value);
 
+  // Stores the value, or loads it from what comes next: what is beyond the end is 0, or empty.
+  void Transfer(std::int32_t& value);
+  void Transfer(std::uint16_t& value);
+  void Transfer(std::string& text);
+
  private:
   std::string bytes;
   std::size_t position = 0;
+  bool loading = false;
 };
 
 // What the engine knows of a class: its name, and how to make one.
@@ -43,9 +59,14 @@ class PWRuntimeClass {
  public:
   using Factory = PWObject* (*)();
 
-  // `name` must outlive the record.
-  PWRuntimeClass(const char* name, Factory factory) : name(name), factory(factory) {}
-  virtual ~PWRuntimeClass() = default;
+  // `name` must outlive the record. A record is known to `Find` for as long as it lives.
+  PWRuntimeClass(const char* name, Factory factory);
+  virtual ~PWRuntimeClass();
+  PWRuntimeClass(const PWRuntimeClass&) = delete;
+  PWRuntimeClass& operator=(const PWRuntimeClass&) = delete;
+
+  // The latest record of that name, or null.
+  static PWRuntimeClass* Find(std::string_view name);
 
   const char* Name() const { return name; }
 
@@ -55,4 +76,5 @@ class PWRuntimeClass {
  private:
   const char* name;
   Factory factory;
+  PWRuntimeClass* older;  // the records form a list, the latest first
 };

@@ -3,8 +3,8 @@
 #include <type_traits>
 #include <utility>
 
-// A field of the contract that is also an operation of the same name: assigned and read like a field,
-// called like an operation, without arguments to read and with one to set.
+// A field of the contract that is also an operation of the same name: assigned and read like a
+// field, called like an operation, without arguments to read and with one to set.
 template <class T, bool = std::is_class_v<T>>
 class PWProperty : public T {
  public:
@@ -12,8 +12,7 @@ class PWProperty : public T {
   PWProperty(const T& value) : T(value) {}  // NOLINT(google-explicit-constructor)
 
   template <class Value>
-    requires std::is_assignable_v<T&, Value&&>
-  PWProperty& operator=(Value&& value) {
+  requires std::is_assignable_v<T&, Value&&> PWProperty& operator=(Value&& value) {
     T::operator=(std::forward<Value>(value));
     return *this;
   }

@@ -42,7 +42,7 @@ class PWRecord : public PWObject {
   // A contact's fields in the order in which they were first set.
   const std::vector<Field>& Fields() const { return fields; }
 
-  // Null for a name that was never set.
+  // Null for a name that was never set. Valid until a field is set.
   const PWString* FindField(std::string_view name) const;
   void SetField(std::string_view name, std::string_view value);
 

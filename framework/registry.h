@@ -9,8 +9,8 @@ namespace pw {
 class RegistryKey;
 }
 
-// One key under the registry's local-machine root. Every operation but `Open` does nothing, and gives
-// 0, unless the key is open.
+// One key under the registry's local-machine root. Every operation but `Open` does nothing, and
+// gives 0, unless the key is open.
 class PWRegistry {
  public:
   PWRegistry();
@@ -18,7 +18,8 @@ class PWRegistry {
   PWRegistry(const PWRegistry&) = delete;
   PWRegistry& operator=(const PWRegistry&) = delete;
 
-  // Opens an existing key for reading and writing. Non-zero on success. The flag has no meaning here.
+  // Opens an existing key for reading and writing. Non-zero on success. The flag has no meaning
+  // here.
   int Open(const char* keyPath, bool flag);
 
   // A text value, or a number value. Non-zero on success; otherwise `out` is left alone.

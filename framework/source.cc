@@ -14,6 +14,7 @@ constexpr const char* kMappedType = "contact";
 PWSource::~PWSource() = default;
 
 PWRESULT PWSource::Open(std::uint32_t /*word*/) {
+  fieldMap.reset();
   return OpenSource();
 }
 
@@ -30,7 +31,9 @@ std::uint32_t PWSource::GenerateCRC(std::uint32_t crc, const void* data, std::ui
 }
 
 PWRESULT PWSource::ApplyMapToSource(PWRecord& record) {
-  for (const PWFieldMapEntry& entry : FieldMap().entries) {
+  const PWFieldMap* map = FieldMap();
+  if (map == nullptr) return kResultFailed;
+  for (const PWFieldMapEntry& entry : map->entries) {
     const PWString* value = record.FindField(entry.engineField);
     if (value == nullptr) continue;
     const std::int32_t column = FindField(entry.sourceField.c_str());
@@ -42,7 +45,9 @@ PWRESULT PWSource::ApplyMapToSource(PWRecord& record) {
 }
 
 PWRESULT PWSource::ApplyMapFromSource(PWRecord* record) {
-  for (const PWFieldMapEntry& entry : FieldMap().entries) {
+  const PWFieldMap* map = FieldMap();
+  if (map == nullptr) return kResultFailed;
+  for (const PWFieldMapEntry& entry : map->entries) {
     const std::int32_t column = FindField(entry.sourceField.c_str());
     if (column < 0) continue;
     PWField field;
@@ -52,17 +57,22 @@ PWRESULT PWSource::ApplyMapFromSource(PWRecord* record) {
   return kResultOk;
 }
 
-const PWFieldMap& PWSource::FieldMap() {
-  if (fieldMap != nullptr) return *fieldMap;
+const PWFieldMap* PWSource::FieldMap() {
+  if (fieldMap != nullptr) return fieldMap.get();
   const std::string location = Category->Location.Str();
   const auto& chosen = pw::Engine().fieldMaps;
   const auto found = chosen.find({kMappedType, location});
   if (found != chosen.end()) {
     fieldMap = std::make_unique<PWFieldMap>(found->second);
-    return *fieldMap;
+    return fieldMap.get();
   }
   PWStringVector names;
-  Manager->CategoryFieldNames(kMappedType, location.c_str(), names);
+  PWRESULT result = Manager->CategoryFieldNames(kMappedType, location.c_str(), names);
+  // The manager had to make a category's file first: it asks to be called again.
+  if (result == kResultCategoryMade) {
+    result = Manager->CategoryFieldNames(kMappedType, location.c_str(), names);
+  }
+  if (result != kResultOk) return nullptr;
   fieldMap = std::make_unique<PWFieldMap>(PWFieldMap::Identity(names));
-  return *fieldMap;
+  return fieldMap.get();
 }

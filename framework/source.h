@@ -12,11 +12,11 @@
 
 // A cursor over the records of one category of one data type.
 //
-// The engine sets `Category`, calls `Open` once, walks (`FirstRecord`, then for each record `RecordID`,
-// `RecordTimeStamp`, `RecordCRC`, `ReadRecord`, `NextRecord`), changes (`FindRecord` before
-// `UpdateRecord` or `DeleteRecord`; `AddRecord`, whose record is the current one then), calls
-// `CloseSource`, and deletes the source. All on one thread. The texts and stamps returned by reference
-// are statics of the source's class, good until the next such call.
+// The engine sets `Category`, calls `Open` once, walks (`FirstRecord`, then for each record
+// `RecordID`, `RecordTimeStamp`, `RecordCRC`, `ReadRecord`, `NextRecord`), changes (`FindRecord`
+// before `UpdateRecord` or `DeleteRecord`; `AddRecord`, whose record is the current one then),
+// calls `CloseSource`, and deletes the source. All on one thread. The texts and stamps returned by
+// reference are statics of the source's class, good until the next such call.
 class PWSource : public PWObject {
  public:
   PWSource(PWSourceManager* manager, std::uint32_t kind) : Manager(manager), Kind(kind) {}
@@ -67,14 +67,16 @@ class PWSource : public PWObject {
   std::uint32_t Kind;
 
  protected:
-  // Carry the mapped fields of a contact from the record into the source's columns, and back. A field
-  // that the record doesn't have, or the source has no column for, is passed over.
+  // Carry the mapped fields of a contact from the record into the source's columns, and back. A
+  // field that the record doesn't have, or the source has no column for, is passed over. Without a
+  // map nothing is carried, and the result is 1.
   PWRESULT ApplyMapToSource(PWRecord& record);
   PWRESULT ApplyMapFromSource(PWRecord* record);
 
  private:
-  // The map chosen for this category, or else the identity over the category's field names.
-  const PWFieldMap& FieldMap();
+  // The map chosen for this category, or else the identity over the category's field names; null
+  // where these can't be had.
+  const PWFieldMap* FieldMap();
 
   std::unique_ptr<PWFieldMap> fieldMap;  // found on first need
 };

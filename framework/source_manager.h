@@ -14,8 +14,8 @@ class PWApplicationSource;
 class PWSource;
 
 // What the engine asks of an application as a whole: its name, its data types, its categories, its
-// option pages. The engine fills `ApplicationSource`, `Log` and `Config` before it calls an operation
-// that uses them.
+// option pages. The engine fills `ApplicationSource`, `Log` and `Config` before it calls an
+// operation that uses them.
 class PWSourceManager : public PWObject {
  public:
   explicit PWSourceManager(std::uint32_t owner) : Owner(owner) {}
@@ -49,9 +49,9 @@ class PWSourceManager : public PWObject {
   virtual PWRESULT DeleteAllData() { return kResultFailed; }
   virtual PWRESULT LaunchApplication() { return kResultFailed; }
 
-  // Copies every file of the data folder (entry 2 of `Config`) into the target folder, which must be
-  // there, overwrites nothing, and compares each copy with its original. On failure `out`, if given,
-  // names the file; on success it is the target.
+  // Copies every file of the data folder (entry 2 of `Config`) into the target folder, which must
+  // be there, overwrites nothing, and compares each copy with its original. On failure `out`, if
+  // given, names the file or the folder; on success it is the target.
   virtual PWRESULT Backup(const char* target, PWString* out);
   virtual std::uint32_t ReservedActionA(std::uint32_t /*word*/) { return 1; }
   virtual std::uint32_t ReservedActionB(std::uint32_t /*word*/) { return 1; }

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "base/text.h"
 
 namespace {
 
-PWRuntimeClass stringClass("PWString", []() -> PWObject* { return new PWString; });
+PWRuntimeClass stringClass("PWString", []() -> PWObject* { return new (std::nothrow) PWString; });
 
 }  // namespace
 
@@ -24,12 +25,13 @@ void PWString::Clear() {
 
 void PWString::Reserve(std::uint32_t size) {
   Clear();
+  if (size == 0) return;
   buffer = new char[size]();
   capacity = size;
 }
 
 std::string_view PWString::View() const {
-  if (buffer == nullptr) return {};
+  if (IsEmpty()) return {};
   return pw::UpToZero(std::string_view(buffer, capacity));
 }
 
@@ -43,18 +45,18 @@ bool PWString::Load(const PWModuleRecord* instance, std::uint32_t id) {
   Clear();
   if (instance == nullptr) return false;
   const PWModuleString* end = instance->strings + instance->stringCount;
-  const PWModuleString* found =
-      std::lower_bound(instance->strings, end, id, [](const PWModuleString& entry, std::uint32_t n) {
-        return entry.number < n;
-      });
+  const PWModuleString* found = std::lower_bound(
+      instance->strings, end, id,
+      [](const PWModuleString& entry, std::uint32_t n) { return entry.number < n; });
   if (found == end || found->number != id) return false;
   Assign(found->text);
   return true;
 }
 
 void PWString::Serialize(PWArchive& archive) {
-  archive << static_cast<std::int32_t>(View().size());
-  for (const char c : View()) archive << static_cast<std::int32_t>(static_cast<unsigned char>(c));
+  std::string text = Str();
+  archive.Transfer(text);
+  Assign(text);
 }
 
 PWRuntimeClass* PWString::RuntimeClass() {
@@ -78,7 +80,9 @@ PWString& PWString::Assign(std::string_view text) {
 }
 
 PWString& PWString::Append(std::string_view text) {
-  std::string sum = Str();
+  std::string sum;
+  sum.reserve(View().size() + text.size());
+  sum += View();
   sum += text;
   return Assign(sum);
 }

@@ -11,10 +11,10 @@ struct PWModuleRecord;
 // Single-byte text of the engine's code page.
 //
 // The three fields are public because texts cross the border in this form. `buffer` is owned (made
-// with `new[]`), null for the empty string; `length` counts the characters and the terminator, so it
-// is 0 for a string that was never set; `capacity` is the size of `buffer`. A string from elsewhere
-// may hold only the terminator (`length` 1), and one that was reserved may have a buffer and length 0:
-// the former is empty, the latter isn't.
+// with `new[]`), null for the empty string; `length` counts the characters and the terminator, so
+// it is 0 for a string that was never set; `capacity` is the size of `buffer`. A string from
+// elsewhere may hold only the terminator (`length` 1), and one that was reserved may have a buffer
+// and length 0: the former is empty, the latter isn't.
 class PWString : public PWObject {
  public:
   PWString() = default;
@@ -65,7 +65,6 @@ class PWString : public PWObject {
   // the table doesn't have.
   bool Load(const PWModuleRecord* instance, std::uint32_t id);
 
-  // Writes the length and the bytes; reading isn't offered.
   void Serialize(PWArchive& archive) override;
   PWRuntimeClass* RuntimeClass() override;
   PWObject* Clone() override { return new PWString(*this); }
@@ -83,8 +82,8 @@ class PWString : public PWObject {
   void Swap(PWString& other) noexcept;
 };
 
-// What a module is to the engine: an opaque pointer that the module makes at load. Behind it stands
-// the module's string table, in the order of its numbers.
+// What stands for a module at the engine, which only passes the pointer on: the module's string
+// table, in the order of its numbers. The module makes it at load.
 struct PWModuleString {
   std::uint16_t number;
   const char* text;

@@ -1,26 +1,40 @@
 #include "framework/values.h"
 
+#include <new>
+
 #include "base/process_wide.h"
 #include "framework/crc.h"
 #include "platform/platform.h"
 
 namespace {
 
-PWRuntimeClass numberClass("PWNumber", []() -> PWObject* { return new PWNumber; });
-PWRuntimeClass bitFieldClass("PWBitField", []() -> PWObject* { return new PWBitField; });
-PWRuntimeClass timeZoneClass("PWTimeZone", []() -> PWObject* { return new PWTimeZone; });
+PWRuntimeClass numberClass("PWNumber", []() -> PWObject* { return new (std::nothrow) PWNumber; });
+PWRuntimeClass bitFieldClass("PWBitField",
+                             []() -> PWObject* { return new (std::nothrow) PWBitField; });
+PWRuntimeClass timeZoneClass("PWTimeZone",
+                             []() -> PWObject* { return new (std::nothrow) PWTimeZone; });
 
 pw::ProcessWide<PWDateTimeStamp> presentTime;
 
-void SerializeDate(PWArchive& archive, const SYSTEMTIME& date) {
-  archive << date.wYear << date.wMonth << date.wDayOfWeek << date.wDay << date.wHour << date.wMinute
-          << date.wSecond << date.wMilliseconds;
+void TransferDate(PWArchive& archive, SYSTEMTIME& date) {
+  for (std::uint16_t* word : {&date.wYear, &date.wMonth, &date.wDayOfWeek, &date.wDay, &date.wHour,
+                              &date.wMinute, &date.wSecond, &date.wMilliseconds}) {
+    archive.Transfer(*word);
+  }
+}
+
+void TransferName(PWArchive& archive, char16_t (&name)[32]) {
+  for (char16_t& unit : name) {
+    auto word = static_cast<std::uint16_t>(unit);
+    archive.Transfer(word);
+    unit = word;
+  }
 }
 
 }  // namespace
 
 void PWNumber::Serialize(PWArchive& archive) {
-  archive << value;
+  archive.Transfer(value);
 }
 
 PWRuntimeClass* PWNumber::RuntimeClass() {
@@ -41,7 +55,9 @@ void PWBitField::Bit(std::uint8_t index, bool value) {
 }
 
 void PWBitField::Serialize(PWArchive& archive) {
-  archive << static_cast<std::int32_t>(bits);
+  auto word = static_cast<std::int32_t>(bits);
+  archive.Transfer(word);
+  bits = static_cast<std::uint32_t>(word);
 }
 
 PWRuntimeClass* PWBitField::RuntimeClass() {
@@ -71,9 +87,13 @@ bool PWTimeZone::operator==(const TIME_ZONE_INFORMATION& other) const {
 }
 
 void PWTimeZone::Serialize(PWArchive& archive) {
-  archive << zone.Bias << zone.StandardBias << zone.DaylightBias;
-  SerializeDate(archive, zone.StandardDate);
-  SerializeDate(archive, zone.DaylightDate);
+  archive.Transfer(zone.Bias);
+  TransferName(archive, zone.StandardName);
+  TransferDate(archive, zone.StandardDate);
+  archive.Transfer(zone.StandardBias);
+  TransferName(archive, zone.DaylightName);
+  TransferDate(archive, zone.DaylightDate);
+  archive.Transfer(zone.DaylightBias);
 }
 
 PWRuntimeClass* PWTimeZone::RuntimeClass() {

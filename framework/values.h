@@ -55,15 +55,16 @@ struct PWDateTimeStamp {
 
   friend bool operator==(const PWDateTimeStamp&, const PWDateTimeStamp&) = default;
 
-  std::uint16_t year = 0;   // full
-  std::uint8_t month = 0;   // 1 to 12
-  std::uint8_t day = 0;     // 1 to 31
+  std::uint16_t year = 0;  // full
+  std::uint8_t month = 0;  // 1 to 12
+  std::uint8_t day = 0;    // 1 to 31
   std::uint8_t hour = 0;
   std::uint8_t minute = 0;
   std::uint8_t second = 0;
 };
 
-// The engine's record of a date in a zone's rule, and of a zone: the platform's own well-known shapes.
+// The engine's record of a date in a zone's rule, and of a zone: the platform's own well-known
+// shapes.
 struct SYSTEMTIME {
   std::uint16_t wYear = 0;
   std::uint16_t wMonth = 0;

@@ -1,9 +1,11 @@
 #include "framework/vector.h"
 
+#include <new>
+
 namespace {
 
 PWRuntimeClass stringVectorClass("PWStringVector",
-                                 []() -> PWObject* { return new PWStringVector; });
+                                 []() -> PWObject* { return new (std::nothrow) PWStringVector; });
 
 }  // namespace
 
@@ -51,8 +53,29 @@ void PWObjectVector::Delete(std::uint32_t index) {
 }
 
 void PWObjectVector::Serialize(PWArchive& archive) {
-  archive << static_cast<std::int32_t>(objects.size());
-  for (const auto& object : objects) object->Serialize(archive);
+  auto count = static_cast<std::int32_t>(objects.size());
+  archive.Transfer(count);
+  if (archive.IsLoading()) return Load(archive, count);
+  for (const auto& object : objects) {
+    const PWRuntimeClass* record = object->RuntimeClass();
+    std::string name = record == nullptr ? "" : record->Name();
+    archive.Transfer(name);
+    object->Serialize(archive);
+  }
+}
+
+void PWObjectVector::Load(PWArchive& archive, std::int32_t count) {
+  *this = PWObjectVector();
+  for (std::int32_t i = 0; i < count; ++i) {
+    std::string name;
+    archive.Transfer(name);
+    if (name.empty()) return;
+    const PWRuntimeClass* record = PWRuntimeClass::Find(name);
+    PWObject* object = record == nullptr ? nullptr : record->Create();
+    if (object == nullptr) return;
+    object->Serialize(archive);
+    Append(object, false);
+  }
 }
 
 PWString* PWStringVector::FindString(const char* text) const {

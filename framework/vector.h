@@ -25,8 +25,8 @@ class PWObjectVector : public PWObject {
   // Puts the cursor on the first object and returns it, or null.
   PWObject* First();
 
-  // Moves the cursor on and returns the object there; null at the end, where it stays, and before any
-  // `First`.
+  // Moves the cursor on and returns the object there; null at the end, where it stays, and before
+  // any `First`.
   PWObject* Next();
 
   std::uint32_t Index(const PWObject* object) const;
@@ -42,10 +42,13 @@ class PWObjectVector : public PWObject {
     return index < objects.size() ? objects[index].get() : nullptr;
   }
 
-  // Serialises its objects in order; reading isn't offered.
+  // Each object's class name and content, in order. Loading replaces what is there, and ends before
+  // an object whose class isn't known.
   void Serialize(PWArchive& archive) override;
 
  private:
+  void Load(PWArchive& archive, std::int32_t count);
+
   std::vector<std::unique_ptr<PWObject>> objects;
   std::uint32_t next = 0;  // of the walk
   bool walking = false;

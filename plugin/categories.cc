@@ -3,6 +3,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/text.h"
 #include "cardfile/card_file.h"
 #include "framework/application.h"
 #include "platform/platform.h"
@@ -64,7 +65,7 @@ PWRESULT WMSourceManager::CategoryFieldNames(const char* typeName, const char* l
   if (!(PWString(typeName) == kContactType)) return kResultOk;
   if (CreateMissingCategories()) return kResultCategoryMade;
   WMCardFile file;
-  if (file.Load(location) != 0) return kResultFailed;
+  if (file.Load(pw::TextOf(location)) != 0) return kResultFailed;
   std::vector<std::string> names;
   file.GetFieldNames(names);
   // The information manager doesn't take part in the contact log, which is always the last.

@@ -121,7 +121,8 @@ bool WMSourceManager::IsInstalled() {
     case product::kDesktop:
       return DesktopProgramExists().value_or(false);
     case product::kWingmate99: {
-      // Reversed on purpose: the edition 99 counts as installed just where the desktop program is not.
+      // Reversed on purpose: the edition 99 counts as installed just where the desktop program is
+      // not.
       const auto desktop = DesktopProgramExists();
       return desktop && !*desktop;
     }
@@ -165,10 +166,11 @@ bool WMSourceManager::FindDefaultCalendar(PWString& out) {
 
   out = *path;
   const std::size_t separator = path->rfind('\\');
-  const bool hasFolder = separator != std::string::npos;
-  const std::string stem = hasFolder ? path->substr(separator + 1) : *path;
-  const std::string folder = hasFolder ? path->substr(0, separator) : std::string();
-  Config->String(PWConfig::kCalendarStem, stem.c_str());
-  Config->String(PWConfig::kDataFolder, folder.c_str());
+  if (separator == std::string::npos) {
+    Config->String(PWConfig::kCalendarStem, path->c_str());
+    return true;
+  }
+  Config->String(PWConfig::kCalendarStem, path->substr(separator + 1).c_str());
+  Config->String(PWConfig::kDataFolder, path->substr(0, separator).c_str());
   return true;
 }

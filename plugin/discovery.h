@@ -5,8 +5,8 @@
 
 // Which edition of the organiser is served, and where its program and data lie.
 
-// The codes of the editions. A code that isn't here is treated like that of the information manager,
-// where nothing else is said.
+// The codes of the editions. A code that isn't here is treated like that of the information
+// manager, where nothing else is said.
 namespace product {
 
 inline constexpr std::int32_t kUnknown = -1;
@@ -17,6 +17,6 @@ inline constexpr std::int32_t kWingmate99 = 3;
 
 }  // namespace product
 
-// Whether the organiser writes the files of data version 50. Asked of the registry at each call, and
-// always of the desktop edition's key, whichever edition runs.
+// Whether the organiser writes the files of data version 50. Asked of the registry at each call,
+// and always of the desktop edition's key, whichever edition runs.
 bool IsVersion50();

@@ -8,7 +8,6 @@
 #include "base/text.h"
 #include "framework/application.h"
 #include "platform/platform.h"
-#include "plugin/string_table.h"
 
 namespace {
 
@@ -40,8 +39,9 @@ class Organiser {
 
   bool IsRunning() const { return window != pw::kNoWindow; }
 
-  // Whether the organiser has a dialog open. That can't be told without a main window with parent and
-  // grandparent; and where the organiser is that grandparent, it is the run itself that disables it.
+  // Whether the organiser has a dialog open. That can't be told without a main window with parent
+  // and grandparent; and where the organiser is that grandparent, it is the run itself that
+  // disables it.
   bool IsBusy() const {
     const PWWindow* mainWindow = PWApplication::MainWindow();
     if (mainWindow == nullptr) return false;
@@ -64,8 +64,9 @@ void WriteNote(pw::RegistryKey& key, const char* name, std::string_view text) {
   key.Write(name, pw::TextValue(text));
 }
 
-// The organiser's task file stands for its call and calendar files, which lie beside it. All notes are
-// written with the size of the task file's path, so that a path shorter than the file names cuts them.
+// The organiser's task file stands for its call and calendar files, which lie beside it. All notes
+// are written with the size of the task file's path, so that a path shorter than the file names
+// cuts them.
 void WriteTodoNotes(pw::RegistryKey& key, const std::string& path) {
   constexpr std::size_t kFileName = 8;  // "TASK.WMW"
   const std::string stem = path.substr(0, path.size() - std::min(kFileName, path.size()));
@@ -74,17 +75,12 @@ void WriteTodoNotes(pw::RegistryKey& key, const std::string& path) {
   WriteNote(key, "Calendar", (stem + "even.wmw").substr(0, path.size()));
 }
 
-// The lower-cased path is searched for the event file's name as it is spelled, capitals and all, so
-// that the data file's name never takes its place. The organiser has always been told so.
+// The organiser once meant to be told of its data file here, in place of the event file. It looked
+// for "Even.WMW", capitals and all, in a path that it had turned to small letters, and so never
+// found it: the note has always been the event file's path, in small letters.
 void WriteCalendarNotes(pw::RegistryKey& key, const std::string& path) {
   WriteNote(key, "Calendar", path);
-  std::string multiday = pw::AsciiLower(path);
-  const PWString eventFile = LoadString(strings::kEventFile);
-  const std::size_t found = multiday.find(eventFile.View());
-  if (found != std::string::npos) {
-    multiday.replace(found, eventFile.View().size(), LoadString(strings::kDataFile).View());
-  }
-  WriteNote(key, "Multiday", multiday);
+  WriteNote(key, "Multiday", pw::AsciiLower(path));
 }
 
 void WriteNotes(const std::string& path, std::int32_t kind) {

@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-// The word with a running organiser about its files. It is asked by window message to let go of them
-// before a source opens them, and told when it may have them back; which files are meant stands in
-// the registry. Where no organiser runs all of this does nothing. Each call waits for the organiser's
-// answer without a time-out.
+// The word with a running organiser about its files. It is asked by window message to let go of
+// them before a source opens them, and told when it may have them back; which files are meant
+// stands in the registry. Where no organiser runs all of this does nothing. Each call waits for the
+// organiser's answer without a time-out.
 
 // Which files are meant.
 enum OrganiserFiles : std::int32_t {
@@ -18,14 +18,14 @@ enum OrganiserFiles : std::int32_t {
 
 // What the organiser said to an open. A source goes on with either of the latter two.
 enum OrganiserReply : std::int32_t {
-  kOrganiserBusy = 0,  // it has a dialog open
+  kOrganiserBusy = 0,   // it has a dialog open
   kOrganiserOther = 1,  // it isn't there, wasn't asked, or doesn't agree
   kOrganiserAgrees = 2,
 };
 
-// A source wants the files of `kind` at `path`; the notes about them are written, then the organiser
-// is asked. `message` is the number of the registered message, or 0 to have it looked up. With `skip`
-// nothing is done, and the reply is 1.
+// A source wants the files of `kind` at `path`; the notes about them are written, then the
+// organiser is asked. `message` is the number of the registered message, or 0 to have it looked up.
+// With `skip` nothing is done, and the reply is 1.
 std::int32_t NotifyOrganiserOpen(const char* path, std::uint32_t message, std::int32_t kind,
                                  bool skip);
 

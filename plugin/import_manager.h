@@ -2,8 +2,8 @@
 
 #include "framework/import_manager.h"
 
-// What the engine gets of the module first: the way to the source manager, and the path of an import.
-// It doesn't own the source manager, which outlives it.
+// What the engine gets of the module first: the way to the source manager, and the path of an
+// import. It doesn't own the source manager, which outlives it.
 class WMImportManager : public PWImportManager {
  public:
   explicit WMImportManager(PWSourceManager* manager) { SourceManager = manager; }

@@ -1,6 +1,7 @@
 #include "plugin/source_manager.h"
 
 #include <array>
+#include <new>
 
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
@@ -15,7 +16,10 @@ struct DataType {
 
 // In the order in which the engine gets to know them.
 constexpr std::array<DataType, 5> kDataTypes = {{
-    {"contact", [](WMSourceManager* manager) -> PWSource* { return new WMContactSource(manager); }},
+    {"contact",
+     [](WMSourceManager* manager) -> PWSource* {
+       return new (std::nothrow) WMContactSource(manager);
+     }},
     {"calendar", nullptr},
     {"todo", nullptr},
     {"memo", nullptr},

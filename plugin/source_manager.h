@@ -4,8 +4,8 @@
 
 #include "framework/source_manager.h"
 
-// What the engine asks of the organiser as a whole. One module serves four editions of the organiser;
-// which one it is hangs on `Product`.
+// What the engine asks of the organiser as a whole. One module serves four editions of the
+// organiser; which one it is hangs on `Product`.
 class WMSourceManager : public PWSourceManager {
  public:
   explicit WMSourceManager(std::uint32_t owner) : PWSourceManager(owner) {}
@@ -35,9 +35,10 @@ class WMSourceManager : public PWSourceManager {
   // The edition, -1 as long as it isn't known.
   std::int32_t GetProduct();
 
-  // Where the calendar and task files of the organiser's default user lie: `out` gets the whole path,
-  // and its two parts become the data folder and the file stem of `Config`. False, and nothing
-  // changed, if the organiser names no such user.
+  // Where the calendar and task files of the organiser's default user lie: `out` gets the whole
+  // path, and its two parts become the data folder and the file stem of `Config`; a path without a
+  // folder leaves the data folder as it was. False, and nothing changed, if the organiser names no
+  // such user.
   bool FindDefaultCalendar(PWString& out);
 
   std::int32_t Product = -1;  // as read; see `GetProduct`

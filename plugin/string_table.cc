@@ -150,5 +150,7 @@ PWString LoadString(std::uint32_t number) {
 }
 
 std::string FormatString(std::uint32_t number, const char* value) {
-  return pw::Format(LoadString(number), value == nullptr ? "" : value);
+  const PWString text = LoadString(number);
+  if (text.IsEmpty()) return {};
+  return pw::Format(text, value == nullptr ? "" : value);
 }

@@ -16,8 +16,6 @@ inline constexpr std::uint32_t kNameDesktop = 102;
 inline constexpr std::uint32_t kNameWingmate99 = 8110;
 
 inline constexpr std::uint32_t kFile = 2107;
-inline constexpr std::uint32_t kEventFile = 2119;
-inline constexpr std::uint32_t kDataFile = 2120;
 inline constexpr std::uint32_t kOrganiserBusy = 2130;
 
 inline constexpr std::uint32_t kMainKeyInformationManager = 3000;
@@ -41,5 +39,5 @@ const PWModuleRecord* ModuleInstance();
 // The text of that number; empty for a number that the table doesn't have.
 PWString LoadString(std::uint32_t number);
 
-// The same, with "%s" standing for the value; null is the empty text.
+// The same for a text with one "%s", which stands for the value; null is the empty text.
 std::string FormatString(std::uint32_t number, const char* value);

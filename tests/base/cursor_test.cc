@@ -6,9 +6,10 @@ namespace pw {
 namespace {
 
 TEST(ByteReaderTest, ReadsLittleEndianFieldsInOrder) {
-  ByteReader in(std::string_view("\xFE\x01\x80\x78\x56\x34\x92\xFF\xFF\xFF\xFF"
-                                 "ab",
-                                 13));
+  ByteReader in(
+      std::string_view("\xFE\x01\x80\x78\x56\x34\x92\xFF\xFF\xFF\xFF"
+                       "ab",
+                       13));
   EXPECT_EQ(in.U8(), 0xFE);
   EXPECT_EQ(in.U16(), 0x8001);
   EXPECT_EQ(in.U32(), 0x92345678U);

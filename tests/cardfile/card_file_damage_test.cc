@@ -69,16 +69,16 @@ TEST_F(CardFileDamageTest, CountsAndLengthsAtTheirExtremes) {
     std::size_t at;
     std::string bytes;
   } words[] = {
-      {10, "\xFF\xFF"},                   // cards
+      {10, "\xFF\xFF"},  // cards
       {10, std::string(2, '\0')},
-      {60, "\xFF\xFF\xFF\xFF"},           // where the names are
+      {60, "\xFF\xFF\xFF\xFF"},  // where the names are
       {60, std::string(4, '\0')},
-      {second, "\xFF\xFF\xFF\xFF"},       // where a body is
-      {second + 4, "\xFF\xFF\xFF\x7F"},   // the highest id
-      {second + 4, "\xFF\xFF\xFF\xFF"},   // a negative one
-      {second + 10, "\xFF\xFF\xFF\xFF"},  // lengths of text and notes
+      {second, "\xFF\xFF\xFF\xFF"},         // where a body is
+      {second + 4, "\xFF\xFF\xFF\x7F"},     // the highest id
+      {second + 4, "\xFF\xFF\xFF\xFF"},     // a negative one
+      {second + 10, "\xFF\xFF\xFF\xFF"},    // lengths of text and notes
       {second + 16, std::string(48, 'T')},  // a title without an end
-      {1489 + 3 * 64, "\xFF\xFF"},        // size of the names
+      {1489 + 3 * 64, "\xFF\xFF"},          // size of the names
   };
   for (const auto& word : words) {
     std::string damaged = whole;

@@ -29,6 +29,26 @@ class CardFileLoadTest : public testing::Test {
     return values;
   }
 
+  // Loads a good file, which the platform opens as a `BadFile`.
+  template <class BadFile>
+  void ExpectLoadFails() {
+    class BadFiles : public pw::FilesWrapper {
+     public:
+      using FilesWrapper::FilesWrapper;
+      std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
+                                     pw::Sharing sharing) override {
+        return std::make_unique<BadFile>(FilesWrapper::Open(path, mode, sharing));
+      }
+    };
+    platform.files.Put(kPath, ThreeCards().Build());
+    BadFiles files(platform.files);
+    pw::Platform services = platform.Services();
+    services.files = &files;
+    const pw::Platform before = pw::SetPlatform(services);
+    EXPECT_EQ(WMCardFile().Load(kPath), -1);
+    pw::SetPlatform(before);
+  }
+
   // The values of one card whose text and notes are given, in a file of these field names.
   static Values ValuesOf(const std::string& names, const std::string& text,
                          const std::string& notes) {
@@ -53,7 +73,10 @@ TEST_F(CardFileLoadTest, ReadsNamesCardsAndStamps) {
   EXPECT_EQ(Names(), (Values{"First Name", "Last Name", "Company", "Contact Log"}));
   ASSERT_EQ(file.CardCount(), 3U);
   EXPECT_EQ(Card(0), (Values{"Ann", "Abel", "Acme\r\nSecond line", "met in May\r\nlikes tea"}));
-  EXPECT_EQ(Card(1), (Values{"Bo", "B\xFC" "cher", "", ""}));
+  EXPECT_EQ(Card(1), (Values{"Bo",
+                             "B\xFC"
+                             "cher",
+                             "", ""}));
   EXPECT_EQ(Card(2), (Values{"", "", "Corp", "n"}));
   EXPECT_EQ(file.Card(0).timeStamp, 917000000);
   EXPECT_EQ(file.Card(1).timeStamp, -5);
@@ -77,6 +100,37 @@ TEST_F(CardFileLoadTest, AMissingFileAndAShortHeaderFail) {
   EXPECT_EQ(Load(std::string(59, 'x')), -1);
 }
 
+TEST_F(CardFileLoadTest, OnlyAFileThatCanBeReadAndWrittenIsLoaded) {
+  platform.files.Put(kPath, ThreeCards().Build());
+  const auto other =
+      platform.files.Open(kPath, pw::OpenMode::kReadWriteExisting, pw::Sharing::kReadWrite);
+  EXPECT_EQ(WMCardFile().Load(kPath), 0) << "others may have it open";
+  platform.files.SetReadOnly(kPath, true);
+  EXPECT_EQ(file.Load(kPath), -1);
+}
+
+// A disk error must not pass for an empty file, which the next save would make true.
+TEST_F(CardFileLoadTest, AFileThatCanNotBeReadFails) {
+  class Unreadable : public pw::FileWrapper {
+   public:
+    using FileWrapper::FileWrapper;
+    std::string Read(std::size_t) override { return {}; }
+  };
+  class Sizeless : public pw::FileWrapper {
+   public:
+    using FileWrapper::FileWrapper;
+    std::optional<std::uint64_t> Size() override { return std::nullopt; }
+  };
+  class Huge : public pw::FileWrapper {
+   public:
+    using FileWrapper::FileWrapper;
+    std::optional<std::uint64_t> Size() override { return std::uint64_t{1} << 32; }
+  };
+  ExpectLoadFails<Unreadable>();
+  ExpectLoadFails<Sizeless>();
+  ExpectLoadFails<Huge>();
+}
+
 TEST_F(CardFileLoadTest, AFileThatEndsBehindItsHeaderHasItsCardsButNoFields) {
   ASSERT_EQ(Load(ThreeCards().Build().substr(0, 1360)), 0);
   EXPECT_EQ(file.CardCount(), 3U);
@@ -94,6 +148,31 @@ TEST_F(CardFileLoadTest, NamesAreFoundThroughTheirPointerAlone) {
   EXPECT_EQ(Names(), (Values{"Elsewhere", "Contact Log"}));
 }
 
+// What is there of an index entry or a key line that the file's end cuts.
+TEST_F(CardFileLoadTest, ACutEntryKeepsWhatCameAndACutKeyLineIsNone) {
+  const std::string whole = ThreeCards().Build();
+  const std::size_t third = 1361 + 2 * 64;
+  ASSERT_EQ(Load(whole.substr(0, third + 4 + 1)), 0);
+  EXPECT_EQ(file.Card(2).index.id, 12);
+  EXPECT_NE(file.Card(2).index.bodyOffset, 0U);
+  EXPECT_EQ(Names(), Values{"Contact Log"})
+      << "the names can't be reached, the log is always there";
+
+  CardFileBytes bytes = ThreeCards();
+  bytes.keyLine = "x";
+  for (const std::size_t keyBytes : {127U, 128U}) {
+    std::string image = bytes.Build().substr(0, 1361 + 3 * 64 + keyBytes);
+    image.replace(60, 4, pw::test::Word(0, 4));  // names that are found at the file's very start
+    image.replace(0, 5, std::string("\x03\0x\r\n", 5));
+    platform.files.Put(kPath, image);
+    WMCardFile cut;
+    ASSERT_EQ(cut.Load(kPath), 0);
+    Values values{"Abel", ""};
+    cut.AddCard(values);
+    EXPECT_EQ(pw::cardfile::TitleText(cut.Card(3).index.title), keyBytes == 128 ? "Abel" : "");
+  }
+}
+
 TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
   const struct {
     std::string text;
@@ -102,8 +181,12 @@ TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
   } cases[] = {
       {"", "", true},
       {"\r\n\r\n\r\n", "", true},
-      {"ab\x7F" "123", "", true},  // six bytes are no more than three line ends
-      {"ab\x7F" "1234", "", false},
+      {"ab\x7F"
+       "123",
+       "", true},  // six bytes are no more than three line ends
+      {"ab\x7F"
+       "1234",
+       "", false},
       {"\r\n\r\n\r\n", "n", false},
   };
   for (const auto& c : cases) {
@@ -128,14 +211,17 @@ TEST_F(CardFileLoadTest, ValuesEndWhereTheOrganiserEndsThem) {
       {three, "1\r\n2\r\n3\r\n", "n", {"1", "2", "3", "n"}},
       // The last named field has line breaks of its own, and ends with the text.
       {three, "1\r\n2\r\n3\r\n4\r\n", "n\r\nm", {"1", "2", "3\r\n4", "n\r\nm"}},
-      // Too few line ends: a field reads into the notes, and what is behind the text is passed over.
+      // Too few line ends: a field reads into the notes, and what is behind the text is passed
+      // over.
       {three, "1\r\n", "2\r\n3", {"1", "2", "", ""}},
       {three, "123", "n", {"123n", "", "", ""}},
       // The position stands behind the end of the text: nothing is copied, two bytes are skipped.
       {three, "1\r\n2\r\n", "notes", {"1", "2", "", "tes"}},
       {three, "x", "", {"x", "", "", ""}},
       // The contact log ends at a zero byte, no other field does.
-      {three, std::string("1\0a\r\n2\r\n3\r\n", 11), std::string("n\0m", 3),
+      {three,
+       std::string("1\0a\r\n2\r\n3\r\n", 11),
+       std::string("n\0m", 3),
        {std::string("1\0a", 3), "2", "3", "n"}},
       // One named field is the last named one; with none the log is all there is.
       {"A\r\n", "1\r\n2\r\n", "n", {"1\r\n2", "n"}},
@@ -171,13 +257,16 @@ TEST_F(CardFileLoadTest, ACardWithoutOffsetOrTextEndsTheReadingOfBodies) {
 TEST_F(CardFileLoadTest, ABodyThatEndsEarlyKeepsWhatCameAndTheNextCardIsRead) {
   CardFileBytes bytes = ThreeCards();
   std::string image = bytes.Build();
-  // The first card's body is said to stand 12 bytes before the end, where "917000001n" ends the file.
+  // The first card's body is said to stand 12 bytes before the end, where "917000001n" ends the
+  // file.
   image.replace(1361, 4, pw::test::Word(static_cast<std::uint32_t>(image.size() - 12), 4));
   ASSERT_EQ(Load(image), 0);
   EXPECT_EQ(file.Card(0).timeStamp, 0) << "no marker is looked for";
   const std::size_t text = bytes.cards[0].text.size();
   EXPECT_EQ(file.Card(0).index.textLength, text);
-  EXPECT_EQ(Card(0)[0].substr(0, 12), "\n\x7F" "917000001n");
+  EXPECT_EQ(Card(0)[0].substr(0, 12),
+            "\n\x7F"
+            "917000001n");
   EXPECT_EQ(Card(1)[0], "Bo");
 }
 
@@ -192,6 +281,22 @@ TEST_F(CardFileLoadTest, IdsAreLearnedByDecodingOnly) {
   Card(0);
   file.AddCard(values);
   EXPECT_EQ(file.Card(5).index.id, 14) << "a smaller id changes nothing";
+}
+
+TEST_F(CardFileLoadTest, IdsAreSignedAndLearnedFromCardsWithoutABodyToo) {
+  CardFileBytes bytes = ThreeCards();
+  bytes.cards[0].id = -2;
+  bytes.cards[1].id = 40;
+  std::string image = bytes.Build();
+  image.replace(1361 + 64, 4, pw::test::Word(0, 4));  // the second card has no body
+  ASSERT_EQ(Load(image), 0);
+  Values values(4, "x");
+  Card(0);
+  file.AddCard(values);
+  EXPECT_EQ(file.Card(3).index.id, 1);
+  Card(1);
+  file.AddCard(values);
+  EXPECT_EQ(file.Card(4).index.id, 41);
 }
 
 TEST_F(CardFileLoadTest, FindsTheFirstCardOfAnIdThroughChanges) {

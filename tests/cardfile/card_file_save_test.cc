@@ -35,15 +35,24 @@ class CardFileSaveTest : public testing::Test {
 
 // A body as it should stand in the file, with the stamp of `kNow`.
 CardBytes Fresh(std::int32_t id, std::string title, std::string text, std::string notes) {
-  return {id, std::move(title), std::move(text) + "\x7F" "950000000", std::move(notes), 0, 0};
+  return {id,
+          std::move(title),
+          std::move(text) +
+              "\x7F"
+              "950000000",
+          std::move(notes),
+          0,
+          0};
 }
 
 TEST_F(CardFileSaveTest, AnUnchangedFileIsWrittenBackByteForByte) {
   CardFileBytes bytes = ThreeCards();
-  // All that a load changes on purpose: a card without a stamp gets one.
+  // All that a save changes on purpose: a card without a stamp gets one.
   bytes.cards.push_back({99, "Zed", "Zed\r\n\r\n\r\n", "no stamp", 0, 0});
   Load(bytes.Build());
-  bytes.cards.back().text += "\x7F" "0";
+  bytes.cards.back().text +=
+      "\x7F"
+      "0";
   EXPECT_EQ(Saved(), bytes.Build());
 }
 
@@ -58,9 +67,27 @@ TEST_F(CardFileSaveTest, OffsetsAndUnusedWordsAreSetAnew) {
 TEST_F(CardFileSaveTest, CardsAreWrittenInTheExchangeSortsOrder) {
   CardFileBytes bytes = ThreeCards();
   // Titles of untouched cards are sorted as they are, also where they don't fit the values.
-  const CardBytes b{1, "b", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
-  const CardBytes capitalB{2, "B", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
-  const CardBytes a{3, "a", "1\r\n2\r\n3\r\n\x7F" "1", "", 0, 0};
+  const CardBytes b{1,
+                    "b",
+                    "1\r\n2\r\n3\r\n\x7F"
+                    "1",
+                    "",
+                    0,
+                    0};
+  const CardBytes capitalB{2,
+                           "B",
+                           "1\r\n2\r\n3\r\n\x7F"
+                           "1",
+                           "",
+                           0,
+                           0};
+  const CardBytes a{3,
+                    "a",
+                    "1\r\n2\r\n3\r\n\x7F"
+                    "1",
+                    "",
+                    0,
+                    0};
   bytes.cards = {b, capitalB, a};
   Load(bytes.Build());
   bytes.cards = {a, capitalB, b};
@@ -73,9 +100,8 @@ TEST_F(CardFileSaveTest, AddedCardsStandInTheFileWithTitleAndStamp) {
   Values seen;
   file.DecodeCard(file.Card(2), seen);
   Add({"Cy", "Bond", "Bits\r\nand bytes", "log"});
-  bytes.cards.insert(bytes.cards.begin() + 1,
-                     Fresh(13, "Bond, Cy, Bits\r\nand bytes", "Cy\r\nBond\r\nBits\r\nand bytes\r\n",
-                           "log"));
+  bytes.cards.insert(bytes.cards.begin() + 1, Fresh(13, "Bond, Cy, Bits\r\nand bytes",
+                                                    "Cy\r\nBond\r\nBits\r\nand bytes\r\n", "log"));
   EXPECT_EQ(Saved(), bytes.Build());
 }
 
@@ -108,7 +134,7 @@ TEST_F(CardFileSaveTest, TitlesAreTheKeysInTheirOrder) {
       {"Last Name, First Name, Company", {"F", "L", "C", ""}, "L, F, C"},
       {"Last Name, First Name, Company", {"", "L", "C", ""}, "L, C"},
       {"Company", {"F", "L", "C", ""}, "C"},
-      {"last name", {"F", "L", "C", ""}, ""},          // case counts
+      {"last name", {"F", "L", "C", ""}, ""},  // case counts
       {"Contact Log, Company", {"F", "L", "C", "N"}, "N, C"},
       {"Company", {"F", "L", std::string(60, 'c'), ""}, std::string(47, 'c')},
       {"First Name", {"a\r\nb", "L", "C", ""}, "a b"},  // as it was folded
@@ -125,8 +151,9 @@ TEST_F(CardFileSaveTest, TitlesAreTheKeysInTheirOrder) {
   }
 }
 
-// A line break in a field before the last named one becomes a blank, but the lengths stay those of the
-// text as it came: the first byte of the notes is then saved before the stamp, and zeros end the body.
+// A line break in a field before the last named one becomes a blank, but the lengths stay those of
+// the text as it came: the first byte of the notes is then saved before the stamp, and zeros end
+// the body.
 TEST_F(CardFileSaveTest, FoldedValuesLeaveTheLengthsAsTheyWere) {
   CardFileBytes bytes;
   Load(bytes.Build());
@@ -163,7 +190,6 @@ TEST_F(CardFileSaveTest, ACardWithoutABodyIsSavedWithLengthsOfZero) {
   std::string image = bytes.Build();
   image.replace(1361 + 64, 4, pw::test::Word(0, 4));  // no body from the second card on
   Load(image);
-  const CardBytes first = bytes.cards[0];
   bytes.cards[1].text = bytes.cards[2].text = "";
   bytes.cards[1].notes = bytes.cards[2].notes = "";
   EXPECT_EQ(Saved(), bytes.Build());
@@ -183,25 +209,65 @@ TEST_F(CardFileSaveTest, FieldNamesEndBeforeTheFirstEmptyOne) {
 TEST_F(CardFileSaveTest, LengthsAreCutTo16BitsAndBodiesKeepToThem) {
   CardFileBytes bytes;
   Load(bytes.Build());
-  Add({"A", "long", std::string(65520, 't'), "n"});           // the stamp overflows the length
-  Add({"B", "longer", std::string(70000, 't'), "n"});         // so does the text
-  Add({"C", "notes", "", std::string(70000, 'n')});           // and the notes
+  Add({"A", "long", std::string(65520, 't'), "n"});    // the stamp overflows the length
+  Add({"B", "longer", std::string(70000, 't'), "n"});  // so does the text
+  Add({"C", "notes", "", std::string(70000, 'n')});    // and the notes
   Add({"D", "next", "", "still in its place"});
   const std::string saved = Saved();
   WMCardFile again;
   ASSERT_EQ(again.Load(kPath), 0);
   ASSERT_EQ(again.CardCount(), 4U);
+  // In the order of the titles. Of the first text and its stamp, 65,541 bytes, 5 are left.
+  const struct {
+    std::uint16_t text;
+    std::uint16_t notes;
+  } lengths[] = {{5, 1}, {4477 + 10, 1}, {11 + 10, 18}, {12 + 10, 4464}};
   std::uint64_t end = 1489 + 4 * 64 + 2 + bytes.names.size();
   for (std::uint32_t i = 0; i < 4; ++i) {
     EXPECT_EQ(again.Card(i).index.bodyOffset, end);
-    const std::string entry = saved.substr(1361 + 64 * i, 64);
-    end += pw::ByteReader(std::string_view(entry).substr(10, 2)).U16();
-    end += pw::ByteReader(std::string_view(entry).substr(12, 2)).U16();
+    EXPECT_EQ(saved.substr(1361 + 64 * i + 10, 4),
+              pw::test::Word(lengths[i].text, 2) + pw::test::Word(lengths[i].notes, 2));
+    end += lengths[i].text + lengths[i].notes;
   }
   EXPECT_EQ(end, saved.size());
   Values values;
   again.DecodeCard(again.Card(2), values);
   EXPECT_EQ(values, (Values{"D", "next", "", "still in its place"}));
+}
+
+TEST_F(CardFileSaveTest, AFileOfNoBytesIsSavedAsOneWithoutFields) {
+  Load("");
+  Add({});
+  CardFileBytes bytes;
+  bytes.names = bytes.keyLine = "";
+  bytes.cards = {Fresh(1, "", "", "")};
+  std::string expected = bytes.Build();
+  expected.replace(7, 3, std::string(3, '\0'));
+  expected.replace(12, 48, std::string(48, '\0'));
+  expected.replace(64, 1, std::string(1, '\0'));
+  expected.replace(73, 1288, std::string(1288, '\0'));
+  EXPECT_EQ(Saved(), expected);
+}
+
+TEST_F(CardFileSaveTest, ACountBeyond16BitsIsCutButTheOffsetsAreNot) {
+  CardFileBytes bytes;
+  bytes.names = "A\r\n";
+  Load(bytes.Build());
+  constexpr std::uint32_t kCards = 65537;
+  for (std::uint32_t i = 0; i < kCards; ++i) Add({"v", ""});
+  const std::string saved = Saved();
+  EXPECT_EQ(saved.substr(10, 2), pw::test::Word(1, 2));
+  EXPECT_EQ(saved.substr(60, 4), pw::test::Word(64 * kCards + 1489, 4));
+  EXPECT_EQ(saved.substr(65, 4), pw::test::Word(64 * kCards + 1489 + 2 + 3, 4));
+}
+
+TEST_F(CardFileSaveTest, OfTwoFieldsWithAKeysNameTheLaterMakesTheTitle) {
+  CardFileBytes bytes;
+  bytes.names = "A\r\nB\r\nA\r\n";
+  bytes.keyLine = "A";
+  Load(bytes.Build());
+  Add({"first", "", "second", ""});
+  EXPECT_EQ(pw::cardfile::TitleText(file.Card(0).index.title), "second");
 }
 
 TEST_F(CardFileSaveTest, NothingIsWrittenWhereTheFileCanNotBeOpened) {
@@ -212,7 +278,6 @@ TEST_F(CardFileSaveTest, NothingIsWrittenWhereTheFileCanNotBeOpened) {
   EXPECT_EQ(Saved(), bytes.Build());
 }
 
-// Ending of the whole body: a text whose zeros were filled in reads back as it stands in memory.
 TEST_F(CardFileSaveTest, AFoldedCardReadsBackAsTheOrganiserWouldReadIt) {
   CardFileBytes bytes;
   Load(bytes.Build());

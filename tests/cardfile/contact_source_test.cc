@@ -55,11 +55,100 @@ TEST_F(ContactSourceTest, WalksTheCards) {
   EXPECT_EQ(Field("Company"), "Acme\r\nSecond line");
   EXPECT_EQ(Field("Contact Log"), "met in May\r\nlikes tea");
   ASSERT_EQ(source->NextRecord(), 0);
+  EXPECT_EQ(Field("Last Name"),
+            "B\xFC"
+            "cher");
   ASSERT_EQ(source->NextRecord(), 0);
   EXPECT_EQ(Id(), "12");
   EXPECT_EQ(source->NextRecord(), 1);
   EXPECT_EQ(source->NextRecord(), 1) << "at the end the cursor stays";
   EXPECT_EQ(Id(), "");
+}
+
+TEST_F(ContactSourceTest, BeforeTheCursorIsPlacedThereIsNoCurrentCard) {
+  ASSERT_EQ(Open(ThreeCards().Build()), 0);
+  PWRecord record;
+  PWField field;
+  EXPECT_EQ(Id(), "");
+  EXPECT_EQ(source->RecordTimeStamp(), PWDateTimeStamp());
+  EXPECT_EQ(source->UpdateRecord(record), 1);
+  EXPECT_EQ(source->DeleteRecord(), 1);
+  EXPECT_EQ(source->GetField(0, field), 1);
+  EXPECT_EQ(source->NextRecord(), 0) << "which leaves the first card out";
+  EXPECT_EQ(Id(), "3");
+  // Nor is there one after the source was opened again.
+  source->CloseSource();
+  ASSERT_EQ(source->Open(0), 0);
+  EXPECT_EQ(source->UpdateRecord(record), 1);
+  EXPECT_EQ(Id(), "");
+}
+
+TEST_F(ContactSourceTest, ADeletedCardsValuesAreNeverWrittenOverTheNext) {
+  ASSERT_EQ(Open(ThreeCards().Build()), 0);
+  source->FirstRecord();
+  ASSERT_EQ(source->DeleteRecord(), 0);
+  PWRecord record;
+  EXPECT_EQ(source->UpdateRecord(record), 1);
+  source->CloseSource();
+  CardFileBytes expected = ThreeCards();
+  expected.cards.erase(expected.cards.begin());
+  EXPECT_EQ(platform.files.Get(kPath), expected.Build()) << "the deletion alone was saved";
+}
+
+TEST_F(ContactSourceTest, ANewCardTakesNothingFromTheCurrentOne) {
+  ASSERT_EQ(Open(ThreeCards().Build()), 0);
+  source->FirstRecord();
+  const PWDateTimeStamp stamp = source->RecordTimeStamp();
+  PWRecord record;
+  record.SetField("Last Name",
+                  "\x7F"
+                  "Bo\x7F"
+                  "nd");
+  ASSERT_EQ(source->AddRecord(record), 0);
+  EXPECT_EQ(Id(), "8") << "the id behind the one that was seen";
+  EXPECT_EQ(Field("Last Name"),
+            "\x80"
+            "Bo\x80"
+            "nd");
+  for (const char* name : {"First Name", "Company", "Contact Log"}) EXPECT_EQ(Field(name), "");
+  source->FirstRecord();
+  source->RecordTimeStamp();
+  EXPECT_EQ(source->FindRecord("99"), 1);
+  EXPECT_EQ(source->RecordTimeStamp(), stamp) << "off the cards it stays as it was";
+}
+
+// Without the names of the fields nothing can cross the border: no card is made or changed.
+TEST_F(ContactSourceTest, AMapThatCanNotBeHadFailsTheOperation) {
+  class Refusing : public WMSourceManager {
+   public:
+    using WMSourceManager::WMSourceManager;
+    PWRESULT CategoryFieldNames(const char* type, const char* location,
+                                PWStringVector& out) override {
+      ++calls;
+      if (calls <= made) return kResultCategoryMade;
+      return WMSourceManager::CategoryFieldNames(type, location, out);
+    }
+    int calls = 0;
+    int made = 2;  // how often a category's file is made first
+  };
+  Refusing refusing(0);
+  refusing.Config = &config;
+  source.reset(refusing.CreateSource("contact"));
+  source->Category = &category;
+  ASSERT_EQ(Open(ThreeCards().Build()), 0);
+  source->FirstRecord();
+  PWRecord record;
+  record.SetField("Last Name", "Bond");
+  EXPECT_EQ(source->AddRecord(record), 1);
+  EXPECT_EQ(source->RecordCount(), 3U);
+  refusing.made = 5;
+  EXPECT_EQ(source->UpdateRecord(record), 1);
+  EXPECT_EQ(source->ReadRecord(&record), 1);
+  refusing.calls = 0;
+  refusing.made = 1;
+  source->FirstRecord();
+  EXPECT_EQ(source->UpdateRecord(record), 0) << "asked once more, the manager answers";
+  EXPECT_EQ(Field("Last Name"), "Bond");
 }
 
 TEST_F(ContactSourceTest, AnOpenThatChangesNothingLeavesTheFileAlone) {
@@ -128,7 +217,9 @@ TEST_F(ContactSourceTest, AnUpdateKeepsWhatTheMapDoesNotTouch) {
 
   CardFileBytes expected = ThreeCards();
   expected.cards[0].title = "Abel, Anna, Acme\r\nSecond line";
-  expected.cards[0].text = "Anna\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F" "950000000";
+  expected.cards[0].text =
+      "Anna\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F"
+      "950000000";
   EXPECT_EQ(platform.files.Get(kPath), expected.Build());
 }
 

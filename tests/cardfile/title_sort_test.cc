@@ -51,7 +51,9 @@ TEST(TitleSortTest, GivesTheExchangeSortsOrderWithManyTies) {
       for (int i = 0; i < 700; ++i) {
         // Long common beginnings, both cases, bytes above 0x7F.
         const unsigned kind = random() % kinds;
-        std::string text = kind % 2 == 0 ? "Common Name, " : "\xDC" "ber";
+        std::string text = kind % 2 == 0 ? "Common Name, "
+                                         : "\xDC"
+                                           "ber";
         text += std::to_string(kind);
         if (random() % 2 == 0) text = AsciiLower(text);
         texts.push_back(text);

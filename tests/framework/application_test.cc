@@ -11,9 +11,11 @@ namespace {
 TEST(ApplicationTest, WalksTheEnginesTypes) {
   EXPECT_EQ(PWApplication::FirstType(), nullptr);
   EXPECT_EQ(PWApplication::NextType(), nullptr);
+  pw::ResetProcessWideState();
   auto& types = pw::Engine().types;
   types.push_back(std::make_unique<PWApplicationType>("contact", true));
   types.push_back(std::make_unique<PWApplicationType>("memo", false));
+  EXPECT_EQ(PWApplication::NextType(), nullptr) << "before the first";
   EXPECT_TRUE(PWApplication::FirstType()->Name() == "contact");
   EXPECT_FALSE(PWApplication::NextType()->IsSyncing());
   EXPECT_EQ(PWApplication::NextType(), nullptr);
@@ -34,6 +36,9 @@ TEST(ApplicationTest, KeepsRequestsAndTheMainWindow) {
   EXPECT_EQ(PWApplication::RefreshCategories(&source, true), 0);
   ASSERT_EQ(pw::Engine().pendingRefreshes.size(), 1U);
   EXPECT_EQ(pw::Engine().pendingRefreshes[0].source, &source);
+  EXPECT_TRUE(pw::Engine().pendingRefreshes[0].flag);
+  const PWApplicationSource copy(source);
+  EXPECT_NE(copy.FindTypeInfo("memo"), nullptr);
   pw::ResetProcessWideState();
 }
 

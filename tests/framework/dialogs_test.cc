@@ -22,6 +22,7 @@ TEST(BrowseFolderTest, TakesOnlyAFolderThatHoldsAllThatIsRequired) {
   EXPECT_TRUE(browse.Folder() == "C:\\All");
   ASSERT_EQ(platform.dialogs.folderChoices.size(), 1U);
   EXPECT_EQ(platform.dialogs.folderChoices[0].startFolder, "C:\\Start");
+  EXPECT_EQ(platform.dialogs.folderChoices[0].title, "PairWise Desktop");
   ASSERT_EQ(platform.dialogs.folderChoices[0].complaints.size(), 2U);
   EXPECT_NE(platform.dialogs.folderChoices[0].complaints[1].find("WMCard"), std::string::npos)
       << "a folder is no file";

@@ -101,6 +101,14 @@ TEST_F(BackupTest, OverwritesNothingAndNamesTheFile) {
   EXPECT_TRUE(out == "C:\\Data\\b.wmw");
   EXPECT_EQ(platform.files.Get("D:\\Backup\\b.wmw"), "older");
   EXPECT_EQ(manager.Backup("D:\\Nowhere", nullptr), 1);
+  EXPECT_EQ(manager.Backup("D:\\Nowhere", &out), 1);
+  EXPECT_TRUE(out == "D:\\Nowhere");
+  for (const char* folder : {"", "C:\\Gone"}) {
+    config.String(PWConfig::kDataFolder, folder);
+    EXPECT_EQ(manager.Backup("D:\\Backup", &out), 1);
+    EXPECT_TRUE(out == folder);
+  }
+  EXPECT_EQ(manager.Backup(nullptr, nullptr), 1);
 }
 
 TEST_F(BackupTest, ACopyThatDiffersIsAFailure) {
@@ -117,6 +125,7 @@ TEST_F(BackupTest, ACopyThatDiffersIsAFailure) {
   const pw::Platform before = pw::SetPlatform(services);
   EXPECT_EQ(manager.Backup("D:\\Backup", &out), 1);
   EXPECT_TRUE(out == "C:\\Data\\a.wmw");
+  EXPECT_FALSE(platform.files.Exists("D:\\Backup\\a.wmw")) << "a bad copy isn't left";
   pw::SetPlatform(before);
 }
 

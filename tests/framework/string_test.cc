@@ -57,6 +57,9 @@ TEST(StringTest, OnlyATerminatorIsEmptyAndAReservedBufferIsNot) {
   EXPECT_EQ(text.View(), "abc");
   text.length = 1;
   EXPECT_TRUE(text.IsEmpty());
+  EXPECT_TRUE(text == "") << "whatever stands in the buffer";
+  text.Reserve(0);
+  ExpectFresh(text);
 }
 
 TEST(StringTest, NumbersAreDecimal) {

@@ -1,5 +1,7 @@
 #include "framework/values.h"
 
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "framework/property.h"
@@ -52,17 +54,18 @@ TEST(ValuesTest, ZonesAreEqualInBiasesAndDatesButNotNames) {
   same.DaylightName[0] = u'D';
   EXPECT_TRUE(wrapped == same);
 
-  std::int32_t TIME_ZONE_INFORMATION::* const biases[] = {&TIME_ZONE_INFORMATION::Bias,
-                                                          &TIME_ZONE_INFORMATION::StandardBias,
-                                                          &TIME_ZONE_INFORMATION::DaylightBias};
+  std::int32_t TIME_ZONE_INFORMATION::*const biases[] = {&TIME_ZONE_INFORMATION::Bias,
+                                                         &TIME_ZONE_INFORMATION::StandardBias,
+                                                         &TIME_ZONE_INFORMATION::DaylightBias};
   for (const auto bias : biases) {
     TIME_ZONE_INFORMATION other = zone;
     ++(other.*bias);
     EXPECT_FALSE(wrapped == other);
   }
-  std::uint16_t SYSTEMTIME::* const words[] = {
-      &SYSTEMTIME::wYear, &SYSTEMTIME::wMonth,  &SYSTEMTIME::wDayOfWeek, &SYSTEMTIME::wDay,
-      &SYSTEMTIME::wHour, &SYSTEMTIME::wMinute, &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds};
+  std::uint16_t SYSTEMTIME::*const words[] = {&SYSTEMTIME::wYear,      &SYSTEMTIME::wMonth,
+                                              &SYSTEMTIME::wDayOfWeek, &SYSTEMTIME::wDay,
+                                              &SYSTEMTIME::wHour,      &SYSTEMTIME::wMinute,
+                                              &SYSTEMTIME::wSecond,    &SYSTEMTIME::wMilliseconds};
   for (const auto word : words) {
     TIME_ZONE_INFORMATION standard = zone;
     ++(standard.StandardDate.*word);
@@ -71,6 +74,21 @@ TEST(ValuesTest, ZonesAreEqualInBiasesAndDatesButNotNames) {
     ++(daylight.DaylightDate.*word);
     EXPECT_FALSE(wrapped == daylight);
   }
+}
+
+TEST(ValuesTest, ClonesHoldTheSame) {
+  PWNumber number(5);
+  PWBitField field(6);
+  TIME_ZONE_INFORMATION information;
+  information.Bias = 7;
+  PWTimeZone zone(information);
+  const std::unique_ptr<PWObject> clones[] = {std::unique_ptr<PWObject>(number.Clone()),
+                                              std::unique_ptr<PWObject>(field.Clone()),
+                                              std::unique_ptr<PWObject>(zone.Clone())};
+  EXPECT_EQ(static_cast<PWNumber*>(clones[0].get())->value, 5);
+  EXPECT_EQ(static_cast<PWBitField*>(clones[1].get())->bits, 6U);
+  EXPECT_TRUE(*static_cast<PWTimeZone*>(clones[2].get()) == information);
+  EXPECT_EQ(field.Compare(clones[1].get()), -1);
 }
 
 TEST(ValuesTest, ArchivesGiveBackTheirNumbers) {

@@ -69,6 +69,77 @@ TEST(VectorTest, AWalkGoesOnBehindADeletedObject) {
   EXPECT_TRUE(*static_cast<PWString*>(vector.Next()) == "d");
 }
 
+TEST(VectorTest, ObjectsComeBackThroughAnArchiveByTheirClass) {
+  PWObjectVector vector;
+  vector.Append(new PWString("text"), false);
+  vector.Append(new PWNumber(-7), false);
+  vector.Append(new PWBitField(0x80000001), false);
+  TIME_ZONE_INFORMATION zone;
+  zone.Bias = 300;
+  zone.DaylightDate.wMonth = 4;
+  zone.DaylightName[31] = u'\x2022';
+  vector.Append(new PWTimeZone(zone), false);
+  auto* category = new PWSourceCategory;
+  category->Name = "Friends";
+  category->Location = "C:\\Friends.WMCard";
+  category->AppID = 0xFFFFFFFF;
+  category->Word = 3;
+  category->Flag = true;
+  vector.Append(category, false);
+  PWArchive archive;
+  vector.Serialize(archive);
+
+  PWArchive stored(archive.Bytes());
+  PWObjectVector loaded;
+  loaded.Append(new PWNumber(1), false);
+  loaded.Serialize(stored);
+  ASSERT_EQ(loaded.Count(), 5U);
+  EXPECT_TRUE(*static_cast<PWString*>(loaded.At(0)) == "text");
+  EXPECT_EQ(static_cast<PWNumber*>(loaded.At(1))->value, -7);
+  EXPECT_EQ(static_cast<PWBitField*>(loaded.At(2))->bits, 0x80000001U);
+  EXPECT_TRUE(*static_cast<PWTimeZone*>(loaded.At(3)) == zone);
+  EXPECT_EQ(static_cast<PWTimeZone*>(loaded.At(3))->zone.DaylightName[31], u'\x2022');
+  const auto& copy = *static_cast<PWSourceCategory*>(loaded.At(4));
+  EXPECT_TRUE(copy.Name() == "Friends");
+  EXPECT_TRUE(copy.Location == "C:\\Friends.WMCard");
+  EXPECT_EQ(copy.AppID, 0xFFFFFFFFU);
+  EXPECT_EQ(copy.Word, 3U);
+  EXPECT_TRUE(copy.Flag);
+}
+
+TEST(VectorTest, AnArchiveThatIsCutOrOfUnknownClassesGivesWhatCameBefore) {
+  PWObjectVector vector;
+  vector.Append(new PWString("text"), false);
+  vector.Append(new PWSourceCategoryVector, false);  // a class without a record
+  vector.Append(new PWString("behind"), false);
+  PWArchive archive;
+  vector.Serialize(archive);
+  for (std::size_t size = 0; size <= archive.Bytes().size(); ++size) {
+    PWArchive stored(archive.Bytes().substr(0, size));
+    PWObjectVector loaded;
+    loaded.Serialize(stored);
+    EXPECT_LE(loaded.Count(), 1U);
+  }
+  PWArchive hostile(std::string("\xFF\xFF\xFF\x7F\xFF\xFF\xFF\xFFPWString", 16));
+  PWObjectVector loaded;
+  loaded.Serialize(hostile);
+  EXPECT_LE(loaded.Count(), 1U);
+}
+
+TEST(VectorTest, ARecordIsFoundByNameForAsLongAsItLives) {
+  EXPECT_EQ(PWRuntimeClass::Find("Short"), nullptr);
+  {
+    PWRuntimeClass record("Short", []() -> PWObject* { return nullptr; });
+    PWRuntimeClass later("Later", []() -> PWObject* { return new PWNumber(5); });
+    EXPECT_EQ(PWRuntimeClass::Find("Short"), &record);
+    EXPECT_EQ(record.Create(), nullptr);
+    EXPECT_STREQ(later.Name(), "Later");
+  }
+  EXPECT_EQ(PWRuntimeClass::Find("Short"), nullptr);
+  const std::unique_ptr<PWObject> made(PWRuntimeClass::Find("PWStringVector")->Create());
+  EXPECT_EQ(made->RuntimeClass()->Name(), std::string("PWStringVector"));
+}
+
 TEST(VectorTest, CategoriesCloneDeeplyAndAreFoundByTheirNumber) {
   PWSourceCategoryVector categories;
   for (const std::uint32_t id : {0U, 7U, 7U}) {

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-// What no compiler checks: that every test is built, that folders include only what lies below them,
-// and what the module shows to the outside.
+// What no compiler checks: that every test is built, that folders include only what lies below
+// them, and what the module shows to the outside.
 namespace {
 
 namespace fs = std::filesystem;

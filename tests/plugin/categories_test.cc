@@ -51,6 +51,7 @@ TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
   EXPECT_STREQ(categories.At(1)->Location, "C:\\Data\\work.wmcard");
   EXPECT_EQ(categories.At(0)->AppID, 0U);
   EXPECT_EQ(manager.ListCategories("no such type", categories), 1);
+  EXPECT_EQ(manager.ListCategories(nullptr, categories), 1);
 }
 
 TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
@@ -63,8 +64,14 @@ TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
 }
 
 TEST_F(CategoriesTest, TheInformationManagerReportsOneNameLess) {
-  SetProduct(0);
   platform.files.Put(kPath, pw::test::ThreeCards().Build());
+  for (const std::uint32_t other : {1U, 3U, 9U}) {
+    SetProduct(other);
+    manager.Product = -1;
+    EXPECT_EQ(FieldNames().size(), 4U) << other;
+  }
+  SetProduct(0);
+  manager.Product = -1;
   EXPECT_EQ(FieldNames(), (std::vector<std::string>{"First Name", "Last Name", "Company"}));
   platform.files.Put(kPath, "");
   EXPECT_TRUE(FieldNames().empty()) << "a file of no fields at all";
@@ -74,10 +81,13 @@ TEST_F(CategoriesTest, FieldNamesOfOtherTypesAndOfNoFile) {
   PWStringVector names;
   EXPECT_EQ(manager.CategoryFieldNames("memo", kPath, names), 0);
   EXPECT_EQ(manager.CategoryFieldNames("contact", kPath, names), 1);
+  EXPECT_EQ(manager.CategoryFieldNames("contact", nullptr, names), 1);
+  EXPECT_EQ(manager.CategoryFieldNames(nullptr, nullptr, names), 0);
   EXPECT_EQ(names.Count(), 0U);
 }
 
-// A category that the engine paired before it had a file is made first, and the caller starts again.
+// A category that the engine paired before it had a file is made first, and the caller starts
+// again.
 TEST_F(CategoriesTest, AMissingCardfileIsMadeFirst) {
   class Recording : public WMSourceManager {
    public:

@@ -41,7 +41,8 @@ TEST_F(DiscoveryTest, NamesAndIconsByProduct) {
     std::int32_t product;
     const char* name;
     std::int32_t icon;
-  } cases[] = {{0, "PairWise Information Manager", 131},
+  } cases[] = {{-1, "PairWise Information Manager", 131},
+               {0, "PairWise Information Manager", 131},
                {1, "Wingmate 98", 129},
                {2, "PairWise Desktop", 134},
                {3, "Wingmate 99", 138}};
@@ -115,13 +116,11 @@ TEST_F(DiscoveryTest, LaunchesTheProgramOfTheEdition) {
     const char* key;
     const char* program;
   } cases[] = {
-      {0, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install",
-       "ORBPIM.EXE"},
+      {0, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install", "ORBPIM.EXE"},
       {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Install", "Wingmate.EXE"},
       {2, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Install", "PWDesktop.EXE"},
       {3, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Install", "Wingmate.EXE"},
-      {9, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install",
-       "ORBPIM.EXE"},
+      {9, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install", "ORBPIM.EXE"},
   };
   for (const auto& c : cases) {
     for (const char* folder : {"D:\\Prog", "D:\\Prog\\"}) {
@@ -134,6 +133,8 @@ TEST_F(DiscoveryTest, LaunchesTheProgramOfTheEdition) {
       EXPECT_EQ(platform.shell.commands[0].verb, "open");
       EXPECT_EQ(platform.shell.commands[0].file, std::string("D:\\Prog\\Program\\") + c.program);
       EXPECT_EQ(platform.shell.commands[0].folder, "D:\\Prog\\Program\\");
+      EXPECT_EQ(platform.shell.commands[0].parameters, "");
+      EXPECT_EQ(platform.shell.commands[0].show, 1);
     }
   }
 }
@@ -159,6 +160,7 @@ TEST_F(DiscoveryTest, TheDefaultCalendarGivesFolderAndStem) {
       {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Calendar-Task"},
       {2, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task"},
       {3, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task"},
+      {8, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Calendar-Task"},
   };
   for (const auto& c : cases) {
     pw::TestPlatform own;
@@ -185,6 +187,8 @@ TEST_F(DiscoveryTest, ADefaultCalendarThatCanNotBeReadChangesNothing) {
   EXPECT_STREQ(config.String(PWConfig::kDataFolder), "C:\\Data");
   platform.registry.Set(key, "DefUserName", pw::TextValue(std::string(255, 'x')));
   EXPECT_TRUE(manager.FindDefaultCalendar(out)) << "a product that isn't known has the desktop's";
+  EXPECT_STREQ(config.String(PWConfig::kDataFolder), "C:\\Data") << "a path without a folder";
+  EXPECT_EQ(config.String(PWConfig::kCalendarStem).View().size(), 255U);
 }
 
 }  // namespace

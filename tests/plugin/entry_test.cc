@@ -39,6 +39,8 @@ TEST(EntryTest, TheImportPathIsOneForAllTypes) {
       static_cast<PWImportManager*>(createObject("Object_ImportManager")));
   const std::unique_ptr<PWSourceManager> manager(imports->SourceManager);
   PWString path("before");
+  PWStringVector names;
+  EXPECT_EQ(imports->PrepareImport("memo", names), 0);
   EXPECT_EQ(imports->GetImportPath("contact", path), 0);
   EXPECT_EQ(path.buffer, nullptr);
   EXPECT_EQ(imports->SetImportPath("C:\\New.WMCard"), 0);

@@ -14,7 +14,9 @@ class HandshakeTest : public testing::Test {
  protected:
   std::string Note(const char* name) {
     const auto value = platform.registry.Get(kNotes, name);
-    return value ? value->data : "(none)";
+    if (!value) return "(none)";
+    EXPECT_EQ(value->type, pw::RegistryType::kText) << name;
+    return value->data;
   }
   std::vector<std::uint32_t> Steps() {
     std::vector<std::uint32_t> steps;
@@ -48,6 +50,7 @@ TEST_F(HandshakeTest, SkippedNothingHappens) {
   EXPECT_TRUE(NotifyOrganiserLock(0, true));
   EXPECT_TRUE(NotifyOrganiserEnd(false, 0, true));
   EXPECT_TRUE(platform.windows.sent.empty());
+  EXPECT_EQ(Note("Write Binder"), "(none)");
 }
 
 TEST_F(HandshakeTest, StepsAndRepliesPass) {
@@ -78,12 +81,14 @@ TEST_F(HandshakeTest, EachKindWritesItsNotes) {
     const char* path;
     std::vector<std::pair<const char*, const char*>> notes;
   } cases[] = {
-      {kTodoFiles, "C:\\Data\\AnnTASK.WMW",
+      {kTodoFiles,
+       "C:\\Data\\AnnTASK.WMW",
        {{"To Do", "C:\\Data\\AnnTASK.WMW"},
         {"Calls", "C:\\Data\\Anncall.wmw"},
         {"Calendar", "C:\\Data\\Anneven.wmw"}}},
       // The event file's name is never found in a path of small letters.
-      {kCalendarFiles, "C:\\Data\\Even.WMW",
+      {kCalendarFiles,
+       "C:\\Data\\Even.WMW",
        {{"Calendar", "C:\\Data\\Even.WMW"}, {"Multiday", "c:\\data\\even.wmw"}}},
       {kContactFiles, "C:\\F.WMCard", {{"Cardfile", "C:\\F.WMCard"}}},
       {kTimezoneFiles, "C:\\CLOCKS.DAT", {{"Clocks", "C:\\CLOCKS.DAT"}}},
@@ -145,7 +150,9 @@ TEST_F(HandshakeTest, ADisabledOrganiserIsBusyBehindAWholeChainOfWindows) {
 
   pw::Engine().mainWindow = PWWindow(platform.windows.Add("Main", true, parent));
   const std::size_t sent = platform.windows.sent.size();
+  platform.registry.Set(kNotes, "Write Binder", pw::TextValue("untouched"));
   EXPECT_EQ(open(), 0);
+  EXPECT_EQ(Note("Write Binder"), "untouched");
   EXPECT_EQ(platform.windows.sent.size(), sent) << "it isn't asked";
   platform.windows.SetEnabled(organiser, true);
   EXPECT_EQ(open(), 2);

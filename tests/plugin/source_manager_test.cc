@@ -64,6 +64,10 @@ TEST_F(SourceManagerTest, AnswersWithItsConstants) {
 TEST_F(SourceManagerTest, ClearsTheNamesOfNewCardfiles) {
   EXPECT_EQ(manager.ClearSyncCategoryNames(), 0) << "also without the key";
   EXPECT_EQ(platform.registry.Get(kDesktopMain, "SyncCatNames"), std::nullopt);
+  platform.registry.AddKey(kDesktopMain);
+  EXPECT_EQ(manager.ClearSyncCategoryNames(), 0);
+  EXPECT_EQ(platform.registry.Get(kDesktopMain, "SyncCatNames"), pw::TextValue(""))
+      << "it is written where none was";
   platform.registry.Set(kDesktopMain, "SyncCatNames", pw::TextValue("A.WMCard\tB.WMCard"));
   EXPECT_EQ(manager.ClearSyncCategoryNames(), 0);
   EXPECT_EQ(platform.registry.Get(kDesktopMain, "SyncCatNames"), pw::TextValue(""));

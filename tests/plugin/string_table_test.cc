@@ -1,8 +1,11 @@
 #include "plugin/string_table.h"
 
 #include <set>
+#include <string>
 
 #include <gtest/gtest.h>
+
+#include "framework/crc.h"
 
 namespace {
 
@@ -20,6 +23,16 @@ TEST(StringTableTest, HoldsItsNumbersInOrder) {
     PWString text;
     EXPECT_EQ(text.Load(ModuleInstance(), number), numbers.count(number) != 0) << number;
   }
+}
+
+// Over "number=text" and a zero byte for each, in their order: no letter of the table may change.
+TEST(StringTableTest, EveryTextIsAsItWas) {
+  std::uint32_t crc = 0;
+  for (std::size_t i = 0; i < ModuleInstance()->stringCount; ++i) {
+    const PWModuleString& entry = ModuleInstance()->strings[i];
+    crc = pw::FoldText(crc, std::to_string(entry.number) + "=" + entry.text);
+  }
+  EXPECT_EQ(crc, 0xACEF206EU);
 }
 
 // What the files and keys hang on, and texts with something in them that is easily lost.
@@ -51,6 +64,7 @@ TEST(StringTableTest, ValuesAreFilledInAsTheyStand) {
             "PWDesktop-E0001: All dialogs in 100 %s must be closed before PairWise can synchronize "
             "its data.");
   EXPECT_EQ(FormatString(2102, nullptr), " data");
+  EXPECT_EQ(FormatString(1, "x"), "");
 }
 
 }  // namespace

@@ -33,9 +33,7 @@ struct CardFileBytes {
   std::string keyLine = "Last Name, First Name, Company";
   std::vector<CardBytes> cards;
 
-  std::uint32_t NamesOffset() const {
-    return static_cast<std::uint32_t>(1489 + 64 * cards.size());
-  }
+  std::uint32_t NamesOffset() const { return static_cast<std::uint32_t>(1489 + 64 * cards.size()); }
   std::uint32_t FirstBody() const {
     return static_cast<std::uint32_t>(NamesOffset() + 2 + names.size());
   }
@@ -68,14 +66,25 @@ struct CardFileBytes {
 };
 
 // Three cards in the order of their titles, with values that hold what a cardfile can hold: line
-// breaks in the last named field and the notes, bytes above 0x7F, empty fields, a card without a stamp.
+// breaks in the last named field and the notes, bytes above 0x7F, empty fields, a card without a
+// stamp.
 inline CardFileBytes ThreeCards() {
   CardFileBytes file;
   file.cards = {
-      {7, "Abel, Ann, Acme", "Ann\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F" "917000000",
+      {7, "Abel, Ann, Acme",
+       "Ann\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F"
+       "917000000",
        "met in May\r\nlikes tea", 0x1111, 0x2222},
-      {3, "B\xFC" "cher, Bo", "Bo\r\nB\xFC" "cher\r\n\r\n\x7F-5", "", 0, 0},
-      {12, "Corp", "\r\n\r\nCorp\r\n\x7F" "917000001", "n", 0, 9},
+      {3,
+       "B\xFC"
+       "cher, Bo",
+       "Bo\r\nB\xFC"
+       "cher\r\n\r\n\x7F-5",
+       "", 0, 0},
+      {12, "Corp",
+       "\r\n\r\nCorp\r\n\x7F"
+       "917000001",
+       "n", 0, 9},
   };
   return file;
 }
