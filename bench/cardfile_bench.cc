@@ -86,8 +86,25 @@ class Bench {
   fs::path File() const { return folder / "bench.WMCard"; }
   const std::string& Bytes() const { return original; }
 
-  // Puts the file back, its cards in no order.
+  // Puts the file back as it was made.
   void Restore() const { std::ofstream(File(), std::ios::binary) << original; }
+
+  // The same cards in no order, as after a change of every title.
+  std::unique_ptr<WMCardFile> LoadShuffled() {
+    const auto sorted = LoadFile();
+    std::vector<std::uint32_t> order(sorted->CardCount());
+    std::iota(order.begin(), order.end(), 0U);
+    std::shuffle(order.begin(), order.end(), std::mt19937(4));
+    std::ofstream(File(), std::ios::binary)
+        << pw::NewCardFile(FieldNames(), {"Last Name", "First Name", "Company"});
+    auto shuffled = LoadFile();
+    std::vector<std::string> values;
+    for (const std::uint32_t index : order) {
+      sorted->DecodeCard(sorted->Card(index), values);
+      shuffled->AddCard(values);
+    }
+    return shuffled;
+  }
 
  private:
   pw::MachineOptions Options() const {
@@ -98,7 +115,7 @@ class Bench {
     return options;
   }
 
-  // Made by the store, then put out of order: a file that was saved is sorted.
+  // Made by the store, which leaves the cards in the order of their titles.
   std::string MakeFile(std::uint32_t cards) {
     std::ofstream(File(), std::ios::binary)
         << pw::NewCardFile(FieldNames(), {"Last Name", "First Name", "Company"});
@@ -110,24 +127,7 @@ class Bench {
       file.AddCard(values);
     }
     file.Save();
-    std::string bytes = ReadPlainly();
-    ShuffleIndex(bytes, cards, random);
-    return bytes;
-  }
-
-  static void ShuffleIndex(std::string& bytes, std::uint32_t cards, std::mt19937& random) {
-    namespace cardfile = pw::cardfile;
-    constexpr std::size_t kIndex =
-        cardfile::kHeaderSize + cardfile::kNamePointerSize + cardfile::kLayoutSize;
-    std::vector<std::string> entries;
-    for (std::uint32_t i = 0; i < cards; ++i) {
-      entries.push_back(
-          bytes.substr(kIndex + i * cardfile::kIndexEntrySize, cardfile::kIndexEntrySize));
-    }
-    std::shuffle(entries.begin(), entries.end(), random);
-    for (std::uint32_t i = 0; i < cards; ++i) {
-      bytes.replace(kIndex + i * cardfile::kIndexEntrySize, cardfile::kIndexEntrySize, entries[i]);
-    }
+    return ReadPlainly();
   }
 
   std::string ReadPlainly() const {
@@ -165,12 +165,17 @@ void BM_OpenAndWalk(benchmark::State& state) {
 
 void BM_FindEveryId(benchmark::State& state) {
   Bench bench(Cards(state));
+  std::vector<std::string> ids;
+  const auto walked = bench.OpenSource();
+  for (PWRESULT more = walked->FirstRecord(); more == kResultOk; more = walked->NextRecord()) {
+    ids.push_back(walked->RecordID().Str());
+  }
   for (auto _ : state) {
     state.PauseTiming();
     const auto source = bench.OpenSource();
     state.ResumeTiming();
-    for (std::uint32_t id = 1; id <= Cards(state); ++id) {
-      if (source->FindRecord(std::to_string(id).c_str()) != kResultOk) std::abort();
+    for (const std::string& id : ids) {
+      if (source->FindRecord(id.c_str()) != kResultOk) std::abort();
     }
   }
 }
@@ -201,7 +206,7 @@ void BM_DeleteEveryCard(benchmark::State& state) {
 
 void BM_Save(benchmark::State& state) {
   Bench bench(Cards(state));
-  const auto file = bench.LoadFile();
+  const auto file = bench.LoadShuffled();
   for (auto _ : state) file->Save();
 }
 
@@ -219,7 +224,7 @@ void BM_ReferencePlainWrite(benchmark::State& state) {
 
 void BM_ReferenceStableSort(benchmark::State& state) {
   Bench bench(Cards(state));
-  const auto file = bench.LoadFile();
+  const auto file = bench.LoadShuffled();
   std::vector<std::string_view> titles;
   for (std::uint32_t i = 0; i < file->CardCount(); ++i) {
     titles.push_back(pw::cardfile::TitleText(file->Card(i).index.title));

@@ -231,7 +231,7 @@ std::int32_t WMCardFile::AddCard(std::vector<std::string>& values) {
   EncodeCard(entry, values);
 
   const auto slot = static_cast<std::uint32_t>(ranks.Append());
-  if (idsIndexed) idIndex.emplace(entry.index.id, slot);
+  if (idIndex) idIndex->Add(entry.index.id, slot);
   cards.push_back(std::move(entry));
   return 0;
 }
@@ -239,23 +239,24 @@ std::int32_t WMCardFile::AddCard(std::vector<std::string>& values) {
 void WMCardFile::DeleteCard(std::uint32_t index) {
   if (index >= ranks.Count()) return;
   const auto slot = static_cast<std::uint32_t>(ranks.SlotAt(index));
-  if (idsIndexed) idIndex.erase({cards[slot].index.id, slot});
+  if (idIndex) idIndex->Remove(cards[slot].index.id, slot);
   cards[slot] = WMCardEntry();
   ranks.Remove(index);
   dirty = true;
 }
 
 std::optional<std::uint32_t> WMCardFile::FindCard(std::int32_t id) {
-  if (!idsIndexed) {
+  if (!idIndex) {
+    idIndex.emplace();
+    idIndex->Reserve(cards.size());
     for (std::size_t i = 0; i < ranks.Count(); ++i) {
       const std::size_t slot = ranks.SlotAt(i);
-      idIndex.emplace(cards[slot].index.id, static_cast<std::uint32_t>(slot));
+      idIndex->Add(cards[slot].index.id, static_cast<std::uint32_t>(slot));
     }
-    idsIndexed = true;
   }
-  const auto found = idIndex.lower_bound({id, 0});
-  if (found == idIndex.end() || found->first != id) return std::nullopt;
-  return static_cast<std::uint32_t>(ranks.RankOf(found->second));
+  const auto slot = idIndex->First(id);
+  if (!slot) return std::nullopt;
+  return static_cast<std::uint32_t>(ranks.RankOf(*slot));
 }
 
 std::vector<const WMCardEntry*> WMCardFile::CardsByTitle() const {

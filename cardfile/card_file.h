@@ -4,14 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "base/slot_ranks.h"
 #include "cardfile/format.h"
+#include "cardfile/id_index.h"
 #include "framework/object.h"
 
 // One card in memory. Its body is the text, `index.textLength` bytes without the time stamp, and
@@ -94,8 +93,7 @@ class WMCardFile : public PWObject {
   std::vector<std::string> fieldNames;
   std::vector<WMCardEntry> cards;  // by slot; a deleted card's slot stays
   pw::SlotRanks ranks;
-  std::set<std::pair<std::int32_t, std::uint32_t>> idIndex;  // id and slot, built on first need
-  bool idsIndexed = false;
+  std::optional<pw::cardfile::IdIndex> idIndex;  // built on first need
   std::int32_t nextId = 1;
   bool dirty = false;
   bool blank = false;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/text.h"
 #include "framework/object.h"
 
 // The picture of a log line.
@@ -16,6 +17,10 @@ class PWLog : public PWObject {
   // Takes one line, which is copied.
   virtual void Add(const char* text, ELogItemImage image) = 0;
 
-  // Formats a line of any length as `printf` does, and adds it.
-  [[gnu::format(printf, 2, 4)]] void Addf(const char* format, ELogItemImage image, ...);
+  // Formats a line of any length as `printf` does, and adds it. The values are numbers and
+  // `const char*`.
+  template <class... Values>
+  void Addf(const char* format, ELogItemImage image, Values... values) {
+    Add(pw::Format(format, values...).c_str(), image);
+  }
 };

@@ -29,7 +29,9 @@ class PWString : public PWObject {
   PWString& operator=(const char* text) { return Assign(Text(text)); }
   PWString& operator=(std::string_view text) { return Assign(text); }
   PWString& operator=(const std::string& text) { return Assign(text); }
-  PWString& operator=(const PWString& other) { return Assign(other.View()); }
+  PWString& operator=(const PWString& other) {
+    return this == &other ? *this : Assign(other.View());
+  }
   PWString& operator=(PWString&& other) noexcept {
     Swap(other);
     return *this;

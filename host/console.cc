@@ -21,8 +21,9 @@ Console StandardConsole() {
   Console console{std::cin, std::cout, std::cerr};
   winsize size{};
   console.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     console.width = size.ws_col;
+  }
   return console;
 }
 

@@ -84,8 +84,9 @@ class Reader {
       return At(where, "'" + std::string(key) +
                            "' is neither a drive like C nor a folder like 'C:\\Data'");
     }
-    if (folder.empty())
+    if (folder.empty()) {
       return At(folderWhere, "the folder of drive " + std::string(key) + " is empty");
+    }
     profile.drives.push_back({name->size() == 1 ? *name + ":" : *name, Native(folder)});
     return {};
   }
@@ -98,9 +99,10 @@ class Reader {
       return At(where, "'" + std::string(key) + "' is not the number of an entry");
     }
     const auto text = Utf8ToCodePage(value);
-    if (!text)
+    if (!text) {
       return At(valueWhere,
                 "entry " + std::string(key) + " has characters outside of code page 1252");
+    }
     profile.config[id] = *text;
     return {};
   }

@@ -45,8 +45,7 @@ Outcome<Done> ClearFolder(const fs::path& folder) {
 
 Outcome<Done> WriteFiles(const SampleProfile& sample) {
   const Product& product = kProducts[0];
-  std::vector<std::string> names;
-  for (const char* name : kSampleFields) names.emplace_back(name);
+  const std::vector<std::string> names(kSampleFields.begin(), kSampleFields.end());
   const std::vector<std::string> keys = {"Last Name", "First Name", "Company"};
   const std::pair<fs::path, std::string> files[] = {
       {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},

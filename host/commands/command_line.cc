@@ -43,8 +43,7 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
     const int code = app.exit(error, console.out, console.messages);
     return code == 0 ? kExitDone : kExitUsage;
   }
-  if (!line.chosen)
-    return console.FailUsage("what is to be done? `pairwise --help` tells what can be");
+  if (!line.chosen) return console.FailUsage("what is to be done? See `pairwise --help`");
   const int code = line.chosen();
   console.out.flush();
   if (!console.out) return console.Fail({"the output could not be written"});

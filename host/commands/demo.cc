@@ -136,6 +136,7 @@ class Walk {
 
     words.insert(words.begin(), {"pairwise", "-p", folder});
     std::vector<const char*> arguments;
+    arguments.reserve(words.size());
     for (const std::string& word : words) arguments.push_back(word.c_str());
     std::ostringstream out;
     const Console inner{in == nullptr ? console.in : *in, out, console.messages, false,

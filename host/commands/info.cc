@@ -48,8 +48,9 @@ int Info(EngineRun& run, const CommandLine& line) {
                        (manager.IsInstalled() ? " (installed)" : " (not installed here)"));
   const std::string folder = run.Objects().config.String(PWConfig::kDataFolder).Str();
   print("Data", CodePageToUtf8(folder) + ", which is " + run.NativePathOf(folder));
-  for (const std::string& type : TypeNames(manager))
+  for (const std::string& type : TypeNames(manager)) {
     print(type, TypeSummary(run, line.console, type));
+  }
   return kExitDone;
 }
 

@@ -43,6 +43,7 @@ Process::Process(const std::vector<std::string>& arguments, uid_t user) {
   std::vector<std::string> words = {PAIRWISE};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   id = ::fork();
