@@ -14,13 +14,18 @@ using cardfile::kLineEnd;
 
 namespace {
 
-// The cursor's bytes are padded to the size of the entry: one that is cut by the file's end keeps
-// what there is of it.
+// An entry that is cut by the file's end keeps what there is of it.
 cardfile::IndexEntry TakeIndexEntry(pw::ByteReader& in) {
+  if (in.Remaining() >= cardfile::kIndexEntrySize) return cardfile::DecodeIndexEntry(in);
   std::string bytes(in.Take(cardfile::kIndexEntrySize));
   bytes.resize(cardfile::kIndexEntrySize);
   pw::ByteReader entry(bytes);
   return cardfile::DecodeIndexEntry(entry);
+}
+
+// A new cardfile's one card has no notes, and no more text than the line ends of its fields.
+bool IsBlankCard(const cardfile::IndexEntry& entry, std::size_t namedFields) {
+  return entry.notesLength == 0 && entry.textLength <= namedFields * kLineEnd.size();
 }
 
 std::int32_t PresentTime() {
@@ -31,33 +36,43 @@ std::uint16_t Low16(std::size_t value) {
   return static_cast<std::uint16_t>(value & 0xFFFF);
 }
 
-// `count` bytes of a card's body from a position on, zeros where there are none.
-void AppendBody(std::string& out, const WMCardEntry& entry, std::size_t position,
-                std::size_t count) {
+// A card's body: the text, as long as it is said to be, and behind it the notes.
+struct CardBody {
+  std::string_view text;
+  std::string_view notes;
+  std::size_t textLength;
+};
+
+CardBody BodyOf(const WMCardEntry& entry) {
+  return {entry.text, entry.notes, entry.index.textLength};
+}
+
+// `count` bytes of a body from a position on, zeros where there are none.
+void AppendBody(std::string& out, const CardBody& body, std::size_t position, std::size_t count) {
   const std::size_t end = out.size() + count;
-  const std::size_t textLength = entry.index.textLength;
-  if (position < textLength) {
-    const std::size_t fromText = std::min(count, textLength - position);
+  if (position < body.textLength) {
+    const std::size_t fromText = std::min(count, body.textLength - position);
     const std::size_t textEnd = out.size() + fromText;
-    if (position < entry.text.size()) out += entry.text.substr(position, fromText);
+    if (position < body.text.size()) out += body.text.substr(position, fromText);
     out.resize(textEnd);
     position += fromText;
     count -= fromText;
   }
-  const std::size_t inNotes = position - textLength;
-  if (count > 0 && inNotes < entry.notes.size()) out += entry.notes.substr(inNotes, count);
+  const std::size_t inNotes = position - body.textLength;
+  if (count > 0 && inNotes < body.notes.size()) out += body.notes.substr(inNotes, count);
   out.resize(end);
 }
 
 // A card as it is saved: its index entry, and how its body's bytes are made up.
 struct SavedCard {
   cardfile::IndexEntry index;
+  CardBody body;
   std::string stamp;
   std::size_t textBytes = 0;  // of the body's text, before the stamp
 };
 
 SavedCard PrepareCard(const WMCardEntry& entry) {
-  SavedCard saved{entry.index, {}, 0};
+  SavedCard saved{entry.index, BodyOf(entry), {}, 0};
   if (!entry.hasBody) {
     saved.index.textLength = 0;
     saved.index.notesLength = 0;
@@ -92,18 +107,17 @@ std::int32_t WMCardFile::Load(const std::string& filePath) {
 
   pw::ByteReader in(image);
   header = cardfile::DecodeHeader(in);
-  cards.resize(header.cards);
-  ranks = pw::SlotRanks(header.cards);
   namePointer = cardfile::DecodeNamePointer(in);
   layout = cardfile::DecodeLayout(in);
-  if (in.Short()) return 0;
-
-  for (WMCardEntry& card : cards) card.index = TakeIndexEntry(in);
+  if (in.Short()) {
+    cards.resize(header.cards);
+    ranks = pw::SlotRanks(header.cards);
+    return 0;
+  }
+  fieldNames = cardfile::DecodeFieldNames(LoadFieldNames());
+  LoadCards(in);
   const std::string_view keyLine = in.Take(cardfile::kKeyLineSize);
   if (!in.Short()) sortKeys = cardfile::DecodeKeyLine(keyLine);
-
-  fieldNames = cardfile::DecodeFieldNames(LoadFieldNames());
-  LoadBodies(fieldNames.size());
   fieldNames.push_back(LoadString(strings::kContactLog).Str());
   return 0;
 }
@@ -115,18 +129,18 @@ std::string WMCardFile::LoadFieldNames() const {
   return std::string(in.Take(size));
 }
 
-void WMCardFile::LoadBodies(std::size_t namedFields) {
-  if (cards.empty()) return;
-  // A new cardfile holds one card, whose text has nothing but the line ends.
-  const cardfile::IndexEntry& first = cards.front().index;
-  const std::size_t lineEnds = namedFields * kLineEnd.size();
-  if (cards.size() == 1 && first.notesLength == 0 && first.textLength <= lineEnds) {
-    blank = true;
-    return;
-  }
-  for (WMCardEntry& card : cards) {
-    if (card.index.bodyOffset == 0 || card.index.textLength == 0) return;
-    LoadBody(card);
+// Each index entry with its body, in one pass. A card without offset or text ends the bodies, so
+// that none behind it has one.
+void WMCardFile::LoadCards(pw::ByteReader& in) {
+  cards.reserve(header.cards);
+  ranks = pw::SlotRanks(header.cards);
+  bool bodies = true;
+  for (std::size_t i = 0; i < header.cards; ++i) {
+    WMCardEntry& card = cards.emplace_back();
+    card.index = TakeIndexEntry(in);
+    blank = header.cards == 1 && IsBlankCard(card.index, fieldNames.size());
+    bodies = bodies && !blank && card.index.bodyOffset != 0 && card.index.textLength != 0;
+    if (bodies) LoadBody(card);
   }
 }
 
@@ -157,7 +171,7 @@ void WMCardFile::DecodeCard(const WMCardEntry& entry, std::vector<std::string>& 
 
   const std::size_t textLength = entry.index.textLength;
   scratch.clear();
-  AppendBody(scratch, entry, 0, textLength + entry.index.notesLength);
+  AppendBody(scratch, BodyOf(entry), 0, textLength + entry.index.notesLength);
   const std::string_view body = scratch;
 
   // Values before the last named one end at a line end, wherever that is: a text with too few of
@@ -221,10 +235,7 @@ std::string WMCardFile::MakeTitle(const std::vector<std::string>& values) const 
 }
 
 std::int32_t WMCardFile::AddCard(std::vector<std::string>& values) {
-  if (blank) {
-    blank = false;
-    DeleteCard(0);
-  }
+  if (blank) RemoveBlankCard();
   WMCardEntry entry;
   entry.index.id = nextId;
   nextId = static_cast<std::int32_t>(static_cast<std::uint32_t>(nextId) + 1);
@@ -234,6 +245,15 @@ std::int32_t WMCardFile::AddCard(std::vector<std::string>& values) {
   if (idIndex) idIndex->Add(entry.index.id, slot);
   cards.push_back(std::move(entry));
   return 0;
+}
+
+// It is the only card, so that the slots start afresh.
+void WMCardFile::RemoveBlankCard() {
+  blank = false;
+  cards.clear();
+  ranks = pw::SlotRanks();
+  idIndex.reset();
+  dirty = true;
 }
 
 void WMCardFile::DeleteCard(std::uint32_t index) {
@@ -312,10 +332,10 @@ std::optional<std::string> WMCardFile::Encode() const {
   out.Bytes(names);
 
   std::string bytes = out.Release();
-  for (std::size_t i = 0; i < saved.size(); ++i) {
-    AppendBody(bytes, *sorted[i], 0, saved[i].textBytes);
-    bytes += saved[i].stamp;
-    AppendBody(bytes, *sorted[i], saved[i].textBytes, saved[i].index.notesLength);
+  for (const SavedCard& card : saved) {
+    AppendBody(bytes, card.body, 0, card.textBytes);
+    bytes += card.stamp;
+    AppendBody(bytes, card.body, card.textBytes, card.index.notesLength);
   }
   return bytes;
 }

@@ -76,9 +76,10 @@ class WMCardFile : public PWObject {
   bool IsBlank() const { return blank; }
 
  private:
-  void LoadBodies(std::size_t namedFields);
+  void LoadCards(pw::ByteReader& in);
   void LoadBody(WMCardEntry& entry) const;
   std::string LoadFieldNames() const;
+  void RemoveBlankCard();
   void SetBody(WMCardEntry& entry, std::vector<std::string>& values);
   std::string MakeTitle(const std::vector<std::string>& values) const;
   std::vector<const WMCardEntry*> CardsByTitle() const;

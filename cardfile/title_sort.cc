@@ -10,42 +10,41 @@
 namespace pw::cardfile {
 namespace {
 
-// A title with its first eight bytes, folded, as one number: it decides nearly every compare.
+// The first sixteen bytes of a title, folded, as two numbers: they order nearly all titles, so that
+// the sort seldom goes back to the titles themselves, which lie anywhere in memory.
+struct Prefix {
+  std::uint64_t high = 0;
+  std::uint64_t low = 0;
+
+  friend bool operator==(const Prefix&, const Prefix&) = default;
+  bool operator<(const Prefix& other) const {
+    return high != other.high ? high < other.high : low < other.low;
+  }
+};
+constexpr std::size_t kPrefixSize = sizeof(Prefix);
+
 struct Key {
-  std::uint64_t prefix;
+  Prefix prefix;
   std::uint32_t index;
 };
-constexpr std::size_t kPrefixSize = 8;
 
-std::uint64_t FoldedPrefix(std::string_view title) {
-  std::uint64_t prefix = 0;
-  for (std::size_t i = 0; i < kPrefixSize; ++i) {
-    prefix = (prefix << 8) | (i < title.size() ? AsciiLower(title[i]) : 0U);
+std::uint64_t FoldedBytes(std::string_view title, std::size_t from) {
+  std::uint64_t bytes = 0;
+  for (std::size_t i = from; i < from + sizeof(bytes); ++i) {
+    bytes = (bytes << 8) | (i < title.size() ? AsciiLower(title[i]) : 0U);
   }
-  return prefix;
+  return bytes;
 }
 
-class TitleOrder {
- public:
-  explicit TitleOrder(const std::vector<std::string_view>& titles) : titles(titles) {}
+Prefix FoldedPrefix(std::string_view title) {
+  return {FoldedBytes(title, 0), FoldedBytes(title, sizeof(std::uint64_t))};
+}
 
-  bool Less(const Key& a, const Key& b) const {
-    if (a.prefix != b.prefix) return a.prefix < b.prefix;
-    return CompareIgnoringCase(Rest(a), Rest(b)) < 0;
-  }
-  bool Equal(const Key& a, const Key& b) const {
-    return a.prefix == b.prefix && EqualIgnoringCase(Rest(a), Rest(b));
-  }
-
- private:
-  // No title holds a zero byte, so that equal prefixes mean equal lengths up to their end.
-  std::string_view Rest(const Key& key) const {
-    const std::string_view title = titles[key.index];
-    return title.substr(std::min(kPrefixSize, title.size()));
-  }
-
-  const std::vector<std::string_view>& titles;
-};
+// What a title has behind its prefix. No title holds a zero byte, so that the same prefix means the
+// same length up to its end.
+std::string_view Rest(std::string_view title) {
+  return title.substr(std::min(kPrefixSize, title.size()));
+}
 
 bool InOrder(const std::vector<std::string_view>& titles) {
   for (std::size_t i = 1; i < titles.size(); ++i) {
@@ -54,12 +53,52 @@ bool InOrder(const std::vector<std::string_view>& titles) {
   return true;
 }
 
-std::vector<Key> StableOrder(const std::vector<std::string_view>& titles, const TitleOrder& order) {
-  std::vector<Key> keys(titles.size());
+// Titles in their stable order, and which of them equal the one before.
+struct Sorted {
+  std::vector<Key> keys;
+  std::vector<bool> tied;
+  bool anyTied = false;
+};
+
+// Orders keys of one prefix by the rest of their titles, and marks the ties among them. They are
+// mostly of one title, or in order, which one look at each shows.
+void SortRun(Sorted& sorted, std::size_t first, std::size_t end,
+             const std::vector<std::string_view>& titles) {
+  const auto compare = [&](const Key& a, const Key& b) {
+    return CompareIgnoringCase(Rest(titles[a.index]), Rest(titles[b.index]));
+  };
+  bool inOrder = true;
+  const auto markTies = [&] {
+    for (std::size_t i = first + 1; i < end && inOrder; ++i) {
+      const int order = compare(sorted.keys[i - 1], sorted.keys[i]);
+      inOrder = order <= 0;
+      sorted.tied[i] = order == 0;
+      sorted.anyTied |= order == 0;
+    }
+  };
+  markTies();
+  if (inOrder) return;
+  std::stable_sort(&sorted.keys[first], &sorted.keys[first] + (end - first),
+                   [&](const Key& a, const Key& b) { return compare(a, b) < 0; });
+  inOrder = true;
+  markTies();
+}
+
+Sorted SortStably(const std::vector<std::string_view>& titles) {
+  Sorted sorted;
+  std::vector<Key>& keys = sorted.keys;
+  keys.resize(titles.size());
+  sorted.tied.resize(titles.size());
   for (std::uint32_t i = 0; i < keys.size(); ++i) keys[i] = {FoldedPrefix(titles[i]), i};
   std::stable_sort(keys.begin(), keys.end(),
-                   [&](const Key& a, const Key& b) { return order.Less(a, b); });
-  return keys;
+                   [](const Key& a, const Key& b) { return a.prefix < b.prefix; });
+  for (std::size_t first = 0; first < keys.size();) {
+    std::size_t end = first + 1;
+    while (end < keys.size() && keys[end].prefix == keys[first].prefix) ++end;
+    SortRun(sorted, first, end, titles);
+    first = end;
+  }
+  return sorted;
 }
 
 // Counts, for places taken one by one, how many lie before a given one.
@@ -105,15 +144,13 @@ void PlaceEqualTitles(Key* group, const std::vector<std::size_t>& smallerBetween
 
 // Gives each run of equal titles, now in its first order, the exchange sort's. Larger titles never
 // matter to it.
-void ReorderEqualTitles(std::vector<Key>& keys, const TitleOrder& order) {
+void ReorderEqualTitles(Sorted& sorted) {
+  std::vector<Key>& keys = sorted.keys;
   PlaceCounter smaller(keys.size());
   std::vector<std::size_t> between;
-  std::size_t start = 0;
-  while (start < keys.size()) {
-    std::size_t end = start + 1;
-    while (end < keys.size() && order.Equal(keys[start], keys[end])) ++end;
-    const std::size_t first = start;
-    start = end;
+  for (std::size_t first = 0; first < keys.size();) {
+    std::size_t end = first + 1;
+    while (end < keys.size() && sorted.tied[end]) ++end;
     if (end - first > 1) {
       between.clear();
       for (std::size_t i = first; i < end; ++i) {
@@ -123,14 +160,8 @@ void ReorderEqualTitles(std::vector<Key>& keys, const TitleOrder& order) {
     }
     for (std::size_t i = first; i < end; ++i) smaller.Take(keys[i].index);
     if (end - first > 1) PlaceEqualTitles(&keys[first], between);
+    first = end;
   }
-}
-
-bool AnyEqual(const std::vector<Key>& keys, const TitleOrder& order) {
-  for (std::size_t i = 1; i < keys.size(); ++i) {
-    if (order.Equal(keys[i - 1], keys[i])) return true;
-  }
-  return false;
 }
 
 }  // namespace
@@ -140,10 +171,9 @@ std::vector<std::uint32_t> ExchangeSortOrder(const std::vector<std::string_view>
   std::iota(result.begin(), result.end(), 0U);
   if (InOrder(titles)) return result;
 
-  const TitleOrder order(titles);
-  std::vector<Key> keys = StableOrder(titles, order);
-  if (AnyEqual(keys, order)) ReorderEqualTitles(keys, order);
-  for (std::size_t i = 0; i < keys.size(); ++i) result[i] = keys[i].index;
+  Sorted sorted = SortStably(titles);
+  if (sorted.anyTied) ReorderEqualTitles(sorted);
+  for (std::size_t i = 0; i < result.size(); ++i) result[i] = sorted.keys[i].index;
   return result;
 }
 

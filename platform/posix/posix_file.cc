@@ -19,22 +19,26 @@ std::optional<struct stat> StatusOf(const Descriptor& descriptor) {
 
 }  // namespace
 
+// In blocks, so that a file's apparent size alone takes no memory: it may be nearly all holes, or
+// shrink meanwhile.
 std::string PosixFile::Read(std::size_t count) {
+  constexpr std::size_t kBlock = 256 << 10;
+  constexpr std::size_t kReservedAtOnce = 64 << 20;
   const auto size = Size();
   if (!size || *size <= position) return {};
-  std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, *size - position)),
-                    '\0');
-  std::size_t done = 0;
-  while (done < bytes.size()) {
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, *size - position));
+  std::string bytes;
+  bytes.reserve(std::min(wanted, kReservedAtOnce));
+  std::string block(std::min(wanted, kBlock), '\0');
+  while (bytes.size() < wanted) {
     const ssize_t got = Uninterrupted([&] {
-      return pread(descriptor.Number(), bytes.data() + done, bytes.size() - done,
+      return pread(descriptor.Number(), block.data(), std::min(block.size(), wanted - bytes.size()),
                    static_cast<off_t>(position));
     });
     if (got <= 0) break;
-    done += static_cast<std::size_t>(got);
+    bytes.append(block, 0, static_cast<std::size_t>(got));
     position += static_cast<std::uint64_t>(got);
   }
-  bytes.resize(done);
   return bytes;
 }
 
