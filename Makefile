@@ -40,7 +40,7 @@ fuzz: setup
 format:
 	@scripts/sources.sh | xargs clang-format -i
 
-lint: setup build/default/build.ninja
+lint: setup
 	@scripts/lint.sh
 
 clean:
