@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-// The machine's time.
+// The machine's time. All operations are called on the engine's one thread.
 namespace pw {
 
 // A date and time of the Gregorian calendar, without a zone.

@@ -8,7 +8,8 @@
 
 #include "platform/windows.h"
 
-// All that asks the person at the machine something, or shows them a picture.
+// All that asks the person at the machine something, or shows them a picture. All operations are
+// called on the engine's one thread, also those by which a dialog asks back.
 namespace pw {
 
 // Flags of a message box: one of the sets of buttons, one of the pictures, which button is the

@@ -9,16 +9,6 @@ bool ComesBefore(const FoundFile& a, const FoundFile& b) {
   return order != 0 ? order < 0 : a.name < b.name;
 }
 
-std::optional<std::string> ReadWholeFile(Files& files, const std::string& path) {
-  const auto file = files.Open(path, OpenMode::kRead, Sharing::kReadWrite);
-  if (file == nullptr) return std::nullopt;
-  const auto size = file->Size();
-  if (!size) return std::nullopt;
-  std::string bytes = file->Read(static_cast<std::size_t>(*size));
-  if (bytes.size() != *size) return std::nullopt;
-  return bytes;
-}
-
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
   std::size_t at = 0;
   std::size_t inPattern = 0;

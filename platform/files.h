@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // Files and folders, as the organiser's machine has them.
@@ -128,9 +129,6 @@ class FileWrapper : public File {
  private:
   std::unique_ptr<File> target;
 };
-
-// The whole file, or nothing if it can't be opened for reading or read to its size.
-std::optional<std::string> ReadWholeFile(Files& files, const std::string& path);
 
 // Whether a name matches a pattern of "*" and "?", letter case ignored. Time is at most the product
 // of the two lengths.

@@ -6,8 +6,8 @@
 namespace pw {
 namespace {
 
-// Not a `ProcessWide`: a test's platform stays for as long as its owner, over any reset of the state
-// that runs on it.
+// Not a `ProcessWide`: a test's platform stays for as long as its owner, over any reset of the
+// state that runs on it.
 Platform current;
 
 }  // namespace

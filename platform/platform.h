@@ -10,8 +10,8 @@
 
 namespace pw {
 
-// The services that everything above this layer runs on. Nothing here is owned. Each must be there but
-// `richText`, which is null on a platform that can't convert.
+// The services that everything above this layer runs on. Nothing here is owned. Each must be there
+// but `richText`, which is null on a platform that can't convert.
 struct Platform {
   Files* files = nullptr;
   Registry* registry = nullptr;
@@ -22,9 +22,9 @@ struct Platform {
   RichText* richText = nullptr;
 };
 
-// The platform of this process. Whoever runs the module sets it before the module is loaded, and the
-// services must live until the module is unloaded or another platform is set. Using it before one was
-// set ends the process with a message.
+// The platform of this process. Whoever runs the module sets it before the module is loaded, and
+// the services must live until the module is unloaded or another platform is set. Using it before
+// one was set ends the process with a message.
 const Platform& CurrentPlatform();
 
 // Sets the platform and returns what was set before.

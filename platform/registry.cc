@@ -1,5 +1,7 @@
 #include "platform/registry.h"
 
+#include <algorithm>
+
 #include "base/cursor.h"
 #include "base/text.h"
 
@@ -13,6 +15,11 @@ RegistryValue NumberValue(std::uint32_t number) {
   ByteWriter bytes;
   bytes.U32(number);
   return {RegistryType::kNumber, bytes.Release()};
+}
+
+bool IsRegistryLine(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\t'; });
 }
 
 std::optional<std::string> ReadText(RegistryKey& key, const std::string& name, std::size_t limit) {

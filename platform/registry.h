@@ -5,12 +5,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 // The registry's local-machine part: keys that hold named, typed values.
 //
 // Key paths have backslashes between their parts ("SOFTWARE\Gullwing\..."), without the name of the
-// root. Key and value names ignore letter case and keep the one that they were made with. No
-// operation throws; all are called on the engine's one thread.
+// root. Key and value names ignore letter case and keep the one that they were made with. A store
+// that can't hold a name, as one with a line break in a text file, refuses to make it. No operation
+// throws; all are called on the engine's one thread.
 namespace pw {
 
 // The registry's own type numbers. A value may have one that isn't listed here.
@@ -32,9 +34,14 @@ struct RegistryValue {
 RegistryValue TextValue(std::string_view text);
 RegistryValue NumberValue(std::uint32_t number);
 
+// Whether a text can be kept in one line: it holds no control character but the tab. Names of keys
+// and values that can't are refused by the stores here.
+bool IsRegistryLine(std::string_view text);
+
 enum class RegistryAccess { kRead, kReadWrite };
 
-// An open key. Destruction closes it; what was written is then in the store for other processes to see.
+// An open key. Destruction closes it; what was written is then in the store for other processes to
+// see.
 class RegistryKey {
  public:
   virtual ~RegistryKey() = default;
@@ -42,7 +49,7 @@ class RegistryKey {
   // Nothing if there is no value of that name. The empty name is the key's default value.
   virtual std::optional<RegistryValue> Read(const std::string& name) = 0;
 
-  // False if the key was opened for reading only, or the store didn't take the value.
+  // False if the key was opened for reading only, or the store didn't take the value or its name.
   virtual bool Write(const std::string& name, const RegistryValue& value) = 0;
 };
 
@@ -54,13 +61,13 @@ class Registry {
   // caller owns the key, and closes it before the registry goes.
   virtual std::unique_ptr<RegistryKey> Open(const std::string& path, RegistryAccess access) = 0;
 
-  // Opens a key for reading and writing, and makes it, with those above it, where it is missing. Null
-  // if the store can only be read.
+  // Opens a key for reading and writing, and makes it, with those above it, where it is missing.
+  // Null if the store can only be read, or can't hold the name.
   virtual std::unique_ptr<RegistryKey> Create(const std::string& path) = 0;
 };
 
-// A text value of at most `limit` bytes, up to its first zero byte; nothing if there is none, it is of
-// another type, or it is longer.
+// A text value of at most `limit` bytes, up to its first zero byte; nothing if there is none, it is
+// of another type, or it is longer.
 std::optional<std::string> ReadText(RegistryKey& key, const std::string& name,
                                     std::size_t limit = SIZE_MAX);
 
@@ -81,6 +88,20 @@ class RegistryWrapper : public Registry {
 
  private:
   Registry& target;
+};
+
+// The same for one open key, which it owns.
+class RegistryKeyWrapper : public RegistryKey {
+ public:
+  explicit RegistryKeyWrapper(std::unique_ptr<RegistryKey> target) : target(std::move(target)) {}
+
+  std::optional<RegistryValue> Read(const std::string& name) override { return target->Read(name); }
+  bool Write(const std::string& name, const RegistryValue& value) override {
+    return target->Write(name, value);
+  }
+
+ private:
+  std::unique_ptr<RegistryKey> target;
 };
 
 }  // namespace pw

@@ -4,7 +4,8 @@
 #include <optional>
 #include <string>
 
-// Other programs, and the version of this one.
+// Other programs, and the version of this one. All operations are called on the engine's one
+// thread.
 namespace pw {
 
 struct ShellCommand {

@@ -4,6 +4,10 @@
 #include <string>
 
 // Top-level windows of this user's programs, and the messages that pass between them.
+//
+// How a window is can be asked at any time: nothing but `Send` waits for a window to handle its
+// messages, so that one that shows a dialog from within a message tells that it is disabled. All
+// operations are called on the engine's one thread.
 namespace pw {
 
 // Names a window within this process; 0 is no window. A window that has gone keeps its number and
@@ -37,8 +41,8 @@ class Windows {
   // isn't there.
   virtual bool IsEnabled(WindowId window) = 0;
 
-  // Blocks until the window has answered, without a time-out, and returns its answer; 0 if the window
-  // isn't there or dies over it.
+  // Blocks until the window has answered, without a time-out, and returns its answer; 0 if the
+  // window isn't there or dies over it.
   virtual std::int32_t Send(WindowId window, const WindowMessage& message) = 0;
 
   // Hands the message over and doesn't wait for it to be handled. False if the window isn't there.

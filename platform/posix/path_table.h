@@ -13,10 +13,10 @@ namespace pw {
 
 // A part of the organiser's file tree and the folder of this machine that stands for it.
 struct Mount {
-  std::string
-      prefix;  // "C:" for a drive, "C:\Data" or "\Data" for a folder, also in another's place
+  // "C:" for a drive, "C:\Data" or "\Data" for a folder, also in another's place.
+  std::string prefix;
   std::filesystem::path folder;
-  bool readOnly = false;  // nothing under it may be changed
+  bool readOnly = false;  // nothing may be changed by a path under the prefix
 };
 
 struct NativePath {
@@ -28,13 +28,12 @@ struct NativePath {
 //
 // Where a path starts:
 // - The mount with the longest prefix, in whole names and whatever their case, takes it; of two
-// mounts
-//   with one prefix the later. ".." is worked out before, and so leads out of a mounted folder to
-//   its neighbours as the organiser sees them, but never above the drive, nor above the current
-//   folder.
+//   mounts with one prefix the later. ".." is worked out before, and so leads out of a mounted
+//   folder to its neighbours as the organiser sees them, but never above the drive, nor above the
+//   current folder.
 // - A drive that nothing is mounted for doesn't exist.
-// - A path that starts with a separator of either kind, but no drive, starts at this machine's
-// root.
+// - A path that starts with a separator of either kind, but no drive, starts at the root of this
+//   machine.
 // - Any other path starts at the current folder.
 //
 // Each name is taken as it is written if that is in its folder, and else as the first, in byte
@@ -42,6 +41,10 @@ struct NativePath {
 // there on, the path keeps the spelling given. Names of this machine that aren't UTF-8, have
 // characters outside of code page 1252, or hold a backslash, are never met. Dots and blanks at a
 // name's end count.
+//
+// Links of this machine are followed, wherever they lead. `readOnly` therefore protects what lies
+// below the organiser's path: a link elsewhere can lead to the same file and change it, and a link
+// below the path protects what it leads to by that path only.
 //
 // Nothing is remembered of the folders, so that the answer is always true now.
 class PathTable {

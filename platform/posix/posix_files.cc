@@ -12,12 +12,12 @@
 #include "platform/posix/descriptor.h"
 #include "platform/posix/folder_reader.h"
 #include "platform/posix/posix_file.h"
+#include "platform/posix/regular_file.h"
 #include "platform/posix/sharing_lock.h"
 
 namespace pw {
 namespace {
 
-constexpr mode_t kNewFileRights = 0666;  // less what the user's mask takes away
 constexpr mode_t kRightsMask = 0777;
 constexpr std::size_t kCopyBlock = 65536;
 
@@ -46,16 +46,6 @@ std::optional<struct stat> StatusOf(const std::string& path) {
   return StatusAt(AT_FDCWD, path.c_str());
 }
 
-// Opens a regular file; anything else is closed again. Never waits for a pipe's other end.
-Descriptor OpenRegular(const std::string& path, int flags, mode_t rights = kNewFileRights) {
-  Descriptor descriptor(Uninterrupted(
-      [&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, rights); }));
-  struct stat status {};
-  const bool regular =
-      descriptor.IsOpen() && fstat(descriptor.Number(), &status) == 0 && S_ISREG(status.st_mode);
-  return regular ? std::move(descriptor) : Descriptor();
-}
-
 bool MayWrite(const std::string& path) {
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
@@ -80,7 +70,7 @@ std::unique_ptr<File> PosixFiles::Open(const std::string& path, OpenMode mode, S
   const auto native = table.Translate(path);
   const bool writes = mode != OpenMode::kRead;
   if (!native || (writes && native->readOnly)) return nullptr;
-  Descriptor descriptor = OpenRegular(native->path, FlagsFor(mode));
+  Descriptor descriptor = OpenRegularFile(native->path, FlagsFor(mode));
   if (!descriptor.IsOpen() || !TakeSharing(descriptor.Number(), writes, sharing)) return nullptr;
   auto file = std::make_unique<PosixFile>(std::move(descriptor));
   // Only now: a file that may not be opened must keep its content.
@@ -104,7 +94,7 @@ bool PosixFiles::Delete(const std::string& path) {
   if (!native || native->readOnly) return false;
   const auto status = StatusOf(native->path);
   if (!status || S_ISDIR(status->st_mode) || !MayWrite(native->path)) return false;
-  const Descriptor descriptor = OpenRegular(native->path, O_RDONLY);
+  const Descriptor descriptor = OpenRegularFile(native->path, O_RDONLY);
   if (descriptor.IsOpen() && IsOpenElsewhere(descriptor.Number())) return false;
   return unlink(native->path.c_str()) == 0;
 }
@@ -113,12 +103,12 @@ bool PosixFiles::CopyWithoutOverwriting(const std::string& from, const std::stri
   const auto source = table.Translate(from);
   const auto target = table.Translate(to);
   if (!source || !target || target->readOnly) return false;
-  const Descriptor reading = OpenRegular(source->path, O_RDONLY);
+  const Descriptor reading = OpenRegularFile(source->path, O_RDONLY);
   if (!reading.IsOpen() || !TakeSharing(reading.Number(), false, Sharing::kReadWrite)) return false;
   struct stat status {};
   if (fstat(reading.Number(), &status) != 0) return false;
   Descriptor writing =
-      OpenRegular(target->path, O_RDWR | O_CREAT | O_EXCL, status.st_mode & kRightsMask);
+      OpenRegularFile(target->path, O_RDWR | O_CREAT | O_EXCL, status.st_mode & kRightsMask);
   if (!writing.IsOpen()) return false;
   if (CopyBytes(reading, std::move(writing))) return true;
   unlink(target->path.c_str());

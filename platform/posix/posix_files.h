@@ -11,9 +11,10 @@ namespace pw {
 
 // The files of this machine, as the organiser's paths name them (see `PathTable`).
 //
-// Only regular files and folders are there: a pipe, a device or a broken link is none, and opening
-// one never blocks. What sharing forbids is told in sharing_lock.h; a file that this program has
-// open, here or in another process, isn't deleted. A copy has the rights of its original.
+// Only regular files and folders are there: a pipe, a device or a broken link is none, and is never
+// opened. What sharing forbids is told in sharing_lock.h; a file that this program has open, here
+// or in another process, isn't deleted. A copy has the rights of its original, less what the user's
+// mask takes away.
 class PosixFiles : public Files {
  public:
   // The table isn't owned. The path of the module is one of the organiser's.

@@ -1,6 +1,7 @@
 #include "platform/posix/posix_registry.h"
 
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "base/codepage.h"
@@ -11,10 +12,15 @@ namespace {
 // Far more than any registry's export; what is larger is something else.
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 
+constexpr int kMostTries = 5;
+constexpr std::chrono::milliseconds kPause{10};
+
 std::filesystem::path RealPath(const std::filesystem::path& file) {
   std::error_code failure;
-  std::filesystem::path real = std::filesystem::weakly_canonical(file, failure);
-  return failure ? file : real;
+  const std::filesystem::path absolute = std::filesystem::absolute(file, failure);
+  if (failure) return file;
+  std::filesystem::path real = std::filesystem::weakly_canonical(absolute, failure);
+  return failure ? absolute : real;
 }
 
 // The same for all spellings of a key and a value.
@@ -53,7 +59,7 @@ class PosixRegistry::Key : public RegistryKey {
 };
 
 PosixRegistry::PosixRegistry(RegistryStoreOptions given)
-    : options(std::move(given)), file(RealPath(options.file)), stamp(StampOf(file)) {
+    : options(std::move(given)), file(RealPath(options.file)) {
   Read();
 }
 
@@ -72,17 +78,31 @@ std::unique_ptr<RegistryKey> PosixRegistry::Create(const std::string& path) {
   return std::make_unique<Key>(*this, plain, RegistryAccess::kReadWrite);
 }
 
+// What couldn't be used may be another time, though the file hasn't changed.
 void PosixRegistry::Refresh() {
-  const std::optional<FileStamp> now = StampOf(file);
-  if (now == stamp) return;
-  stamp = now;
-  Read();
+  if (error || StampOf(file) != stamp) Read();
+}
+
+// An editor that writes a file in place, or moves the old one aside first, leaves a moment in which
+// it has no content.
+SharedFileContent PosixRegistry::ReadFile() const {
+  for (int tries = 1;; ++tries) {
+    SharedFileContent content = ReadSharedFile(file, kLargestFile);
+    if (content.error || !content.bytes.empty() || !heldRegistry) return content;
+    if (tries == kMostTries) {
+      content.error = content.stamp ? "it is empty, though it has held a registry before"
+                                    : "it is gone, though it was there before";
+      return content;
+    }
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 // An older content stays where the new one can't be used, for the keys that are open.
 void PosixRegistry::Read() {
   const std::string name = options.file.string();
-  const SharedFileContent content = ReadSharedFile(file, kLargestFile);
+  const SharedFileContent content = ReadFile();
+  stamp = content.stamp;
   error = std::nullopt;
   if (content.error) {
     error = name + ": " + *content.error;
@@ -98,6 +118,7 @@ void PosixRegistry::Read() {
     return;
   }
   text = std::move(*parsed);
+  heldRegistry = !content.bytes.empty();
   for (const auto& [index, change] : changes) Apply(change);
 }
 
@@ -118,8 +139,9 @@ bool PosixRegistry::Set(const Change& change) {
 
 void PosixRegistry::Flush() {
   if (changes.empty() || options.mode != RegistryMode::kReadWrite) return;
-  if (const auto failure = Save()) {
-    Warn(*failure + "; the changes made to it aren't saved");
+  saveFailure = Save();
+  if (saveFailure) {
+    Warn(*saveFailure + "; the changes made to it aren't saved");
     return;
   }
   changes.clear();
@@ -127,19 +149,25 @@ void PosixRegistry::Flush() {
 }
 
 std::optional<std::string> PosixRegistry::Save() {
-  const SharedFileLock lock(file);
-  if (!lock.IsHeld()) return options.file.string() + ": it can't be locked";
-  // Whatever the stamp says: it could miss a change of the last few milliseconds, and this would
-  // undo it.
-  stamp = StampOf(file);
-  Read();
-  if (error) return error;
-  if (!text.IsAltered()) return std::nullopt;
-  if (const auto failure = ReplaceSharedFile(file, text.Render())) {
-    return options.file.string() + ": " + *failure;
+  const std::string name = options.file.string();
+  const SharedFileLock lock(file, options.lockWait);
+  if (lock.Error()) return name + ": " + *lock.Error();
+  for (int tries = 1;; ++tries) {
+    // Whatever the stamp says: it could miss a change of the last few milliseconds, and this would
+    // undo it.
+    Read();
+    if (error) return error;
+    if (!text.IsAltered()) return std::nullopt;
+    const auto failure = ReplaceSharedFile(file, text.Render(), stamp);
+    const auto now = StampOf(file);
+    if (!failure) {
+      stamp = now;
+      heldRegistry = true;
+      return std::nullopt;
+    }
+    // Somebody who knows nothing of the lock may have changed it in the meantime.
+    if (now == stamp || tries == kMostTries) return name + ": " + *failure;
   }
-  stamp = StampOf(file);
-  return std::nullopt;
 }
 
 void PosixRegistry::Warn(const std::string& line) {

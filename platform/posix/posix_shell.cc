@@ -88,7 +88,10 @@ bool StartDetached(const Start& start) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return false;
   const Descriptor reading(ends[0]);
-  Descriptor writing(ends[1]);
+  // Not in a standard place, should one of these be free: the program's process fills them.
+  Descriptor writing(fcntl(ends[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  close(ends[1]);
+  if (!writing.IsOpen()) return false;
   const pid_t child = fork();
   if (child == 0) {
     setsid();

@@ -14,9 +14,9 @@ namespace pw {
 
 // Windows that this user's processes serve, each at a socket in one folder (window_server.h).
 //
-// Whether a window is there shows by its process taking connections, which it does also while it
-// handles a message. To learn its parent or whether it is enabled it must be asked, and that waits,
-// as sending does, until it has handled what came before.
+// Whether a window is there shows by its process taking connections. To learn its parent or whether
+// it is enabled it must be asked, which it answers while it handles a message too, as long as its
+// process runs. Only where hundreds of messages wait for it an answer waits for one to be handled.
 class PosixWindows : public Windows {
  public:
   // In an empty folder name, and in a folder that isn't this user's alone, there are no windows.

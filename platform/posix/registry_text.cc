@@ -221,13 +221,13 @@ RegistryText::KeyId RegistryText::MakeKey(std::string_view path) {
 }
 
 bool RegistryText::AddKey(std::string_view path) {
-  if (!FitsRegistryLine(path)) return false;
+  if (!IsRegistryLine(path)) return false;
   if (!HasKey(path)) SectionOf(MakeKey(path), path);
   return true;
 }
 
 bool RegistryText::Set(std::string_view path, std::string_view name, const RegistryValue& value) {
-  if (!FitsRegistryLine(path) || !FitsRegistryLine(name)) return false;
+  if (!IsRegistryLine(path) || !IsRegistryLine(name)) return false;
   const KeyId key = MakeKey(path);
   const std::string index = IndexOf(static_cast<std::uint32_t>(key), name);
   const auto found = values.find(index);

@@ -52,8 +52,8 @@ class RegistryText {
 
   // Make a key, or set a value and its key, where it isn't so already. A value's new data takes the
   // place of the old; a new value goes to the end of its key's last section; a new key to the end
-  // of the text. False, and nothing changes, if a name has a control character (the tab apart),
-  // which no line can hold.
+  // of the text. False, and nothing changes, if a name can't be kept in a line
+  // (`IsRegistryLine`).
   bool AddKey(std::string_view path);
   bool Set(std::string_view path, std::string_view name, const RegistryValue& value);
 

@@ -1,6 +1,5 @@
 #include "platform/posix/registry_text_line.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "base/cursor.h"
@@ -246,7 +245,7 @@ std::string FormatRegistryName(std::string_view name, const RegistryFormat& form
 
 std::string FormatRegistryData(const RegistryValue& value, const RegistryFormat& format,
                                std::size_t column) {
-  if (value.type == RegistryType::kText && FitsRegistryLine(value.data)) {
+  if (value.type == RegistryType::kText && IsRegistryLine(value.data)) {
     return Quoted(value.data, format.encoding);
   }
   if (value.type == RegistryType::kNumber && value.data.size() == 4) {
@@ -268,11 +267,6 @@ std::string FormatRegistryData(const RegistryValue& value, const RegistryFormat&
     column += 3;
   }
   return out;
-}
-
-bool FitsRegistryLine(std::string_view text) {
-  return std::none_of(text.begin(), text.end(),
-                      [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\t'; });
 }
 
 }  // namespace pw

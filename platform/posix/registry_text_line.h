@@ -57,8 +57,4 @@ std::string FormatRegistryName(std::string_view name, const RegistryFormat& form
 std::string FormatRegistryData(const RegistryValue& value, const RegistryFormat& format,
                                std::size_t column);
 
-// Whether a text can stand in a line as it is, between quotation marks or brackets: it holds no
-// control character but the tab.
-bool FitsRegistryLine(std::string_view text);
-
 }  // namespace pw

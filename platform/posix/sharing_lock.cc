@@ -14,26 +14,30 @@ namespace {
 
 enum class Mark : std::int8_t { kIsRead, kIsWritten, kNoReading, kNoWriting };
 
+constexpr off_t kFirstMark = std::numeric_limits<off_t>::max() - 16;
+
 struct flock LockOf(Mark mark, short type) {
   struct flock lock {};
   lock.l_type = type;
   lock.l_whence = SEEK_SET;
-  lock.l_start = std::numeric_limits<off_t>::max() - 16 + static_cast<off_t>(mark);
+  lock.l_start = kFirstMark + static_cast<off_t>(mark);
   lock.l_len = 1;
   return lock;
 }
 
 void Take(int descriptor, Mark mark) {
   struct flock lock = LockOf(mark, F_RDLCK);
-  // A shared lock is never in another's way, as nobody takes the other kind. If it can't be had the
-  // file system has none.
+  // A shared lock is never in another's way, as no mark is ever of the other kind. If it can't be
+  // had the file system has none, or a program that isn't this one has locked the whole file.
   Uninterrupted([&] { return fcntl(descriptor, F_OFD_SETLK, &lock); });
 }
 
+// A lock that starts farther in front isn't one of the marks, though it reaches over them: some
+// program has locked the whole file for a purpose of its own.
 bool IsTakenElsewhere(int descriptor, Mark mark) {
   struct flock lock = LockOf(mark, F_WRLCK);
   const int asked = Uninterrupted([&] { return fcntl(descriptor, F_OFD_GETLK, &lock); });
-  return asked == 0 && lock.l_type != F_UNLCK;
+  return asked == 0 && lock.l_type != F_UNLCK && lock.l_start >= kFirstMark;
 }
 
 }  // namespace

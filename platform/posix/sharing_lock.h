@@ -11,8 +11,9 @@
 // moment, neither is. The locks belong to the open file, not the process, and go with its last
 // descriptor. The file's bytes and times aren't touched.
 //
-// Programs that know nothing of this aren't held off. Where the file system has no such locks
-// nothing is shared or refused.
+// Programs that know nothing of this aren't held off, nor are their locks heeded. Where one of them
+// locked the whole file first the marks behind its lock can't be told, and where the file system
+// has no such locks there are none: nothing is refused then.
 namespace pw {
 
 // Takes the locks for a file that is opened for reading, and for writing too if `writes`. False if

@@ -153,6 +153,11 @@ void TerminalDialogs::TellNotAsked(const std::string& question, const std::strin
   out.flush();
 }
 
+void TerminalDialogs::TellEnded(std::string_view taken) {
+  Tell("the input has ended, taken as \"" + std::string(taken) + "\"");
+  out.flush();
+}
+
 std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt) {
   while (true) {
     out << Printable(prompt) << std::flush;
@@ -187,7 +192,10 @@ BoxAnswer TerminalDialogs::ShowMessage(WindowId /*parent*/, const std::string& t
   Tell(text);
   while (true) {
     const auto line = Ask(BoxPrompt(buttons, byDefault));
-    if (!line) return safe;
+    if (!line) {
+      TellEnded(WordFor(buttons, safe));
+      return safe;
+    }
     if (line->empty()) return byDefault.answer;
     for (const Button& button : buttons) {
       if (Tells(*line, button.word)) return button.answer;
@@ -224,6 +232,7 @@ TerminalDialogs::Turn TerminalDialogs::ShowPage(PageModel& page, bool first, boo
   ListControls(page);
   const auto line = Ask(std::string("A number to work it, Enter for ") + (last ? "OK" : "more") +
                         (first ? "" : ", b to go back") + ", c to cancel: ");
+  if (!line) TellEnded("cancel");
   if (!line || EqualIgnoringCase(*line, "c")) return Turn::kCancel;
   if (line->empty()) return page.Leave() ? Turn::kNext : Turn::kStay;
   if (!first && EqualIgnoringCase(*line, "b")) return page.Leave() ? Turn::kBack : Turn::kStay;
@@ -286,6 +295,7 @@ std::optional<std::string> TerminalDialogs::ChooseFolder(WindowId /*parent*/,
   Tell(title);
   while (true) {
     const auto line = Ask("Folder (Enter for " + startFolder + ", c to cancel): ");
+    if (!line) TellEnded("cancel");
     if (!line || EqualIgnoringCase(*line, "c")) return std::nullopt;
     std::string folder = line->empty() ? startFolder : *line;
     const auto wrong = complaint ? complaint(folder) : std::nullopt;

@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -16,9 +17,10 @@ bool TerminalIsThere();
 // Asks in plain text, line by line.
 //
 // Each question takes one line; "?" shows the help context that stands, and the end of the input is
-// the safe answer, as if nobody were there. Where nobody is there nothing is asked, and one line
-// tells what was not asked and how it was taken. The program's texts are of the organiser's code
-// page, the terminal's of UTF-8; control characters of a text don't reach the terminal.
+// the safe answer, as if nobody were there, and is told. Where nobody is there nothing is asked,
+// and one line tells what was not asked and how it was taken. The program's texts are of the
+// organiser's code page, the terminal's of UTF-8; control characters of a text don't reach the
+// terminal.
 class TerminalDialogs : public Dialogs {
  public:
   // The streams aren't owned.
@@ -50,6 +52,7 @@ class TerminalDialogs : public Dialogs {
   std::optional<std::string> Ask(const std::string& prompt);
   void Tell(const std::string& text);
   void TellNotAsked(const std::string& question, const std::string& taken);
+  void TellEnded(std::string_view taken);
 
   Turn ShowPage(PageModel& page, bool first, bool last);
   void ListControls(PageModel& page);

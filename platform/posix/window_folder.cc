@@ -71,11 +71,18 @@ std::optional<std::uint32_t> TakeNumber(std::string_view& name) {
   return number;
 }
 
+// A user who becomes another, root say, may well keep the environment.
+bool BelongsToThisUser(const char* folder) {
+  struct stat status {};
+  return stat(folder, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
+}
+
 }  // namespace
 
 std::filesystem::path DefaultWindowsFolder() {
   const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-  if (runtime != nullptr && runtime[0] == '/') return std::filesystem::path(runtime) / "pairwise";
+  const bool usable = runtime != nullptr && runtime[0] == '/' && BelongsToThisUser(runtime);
+  if (usable) return std::filesystem::path(runtime) / "pairwise";
   return "/tmp/pairwise-" + std::to_string(geteuid());
 }
 

@@ -19,7 +19,8 @@
 // made.
 namespace pw {
 
-// `$XDG_RUNTIME_DIR/pairwise`, or `/tmp/pairwise-` and the user's number where that isn't set.
+// `$XDG_RUNTIME_DIR/pairwise`, or `/tmp/pairwise-` and the user's number where that isn't set, or
+// names no folder of this user.
 std::filesystem::path DefaultWindowsFolder();
 
 // Whether it is a folder, not a link to one, that belongs to this user and is closed to all others.

@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "platform/posix/window_folder.h"
@@ -20,10 +22,32 @@ constexpr std::size_t kMostClients = 64;
 // Windows of one class in one process.
 constexpr std::uint32_t kMostWindows = 1000;
 
+// Messages that wait for the window. It is a limit to the descriptors that senders hold here; for
+// one round of clients there is still room.
+constexpr std::size_t kLongestQueue = 256;
+
 constexpr int kPauseMilliseconds = 10;
 
 std::string LastError(const std::string& what) {
   return what + ": " + std::generic_category().message(errno);
+}
+
+// The process's signals go on to the threads that it had before. Not joinable if the system gives no
+// thread.
+template <class Work>
+std::thread StartWithoutSignals(Work work) {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  std::thread thread;
+  try {
+    thread = std::thread(std::move(work));
+  } catch (const std::system_error&) {
+    thread = {};
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return thread;
 }
 
 }  // namespace
@@ -89,25 +113,78 @@ bool WindowServer::Bind() {
 }
 
 void WindowServer::Serve() {
-  std::vector<pollfd> waits;
-  while (!error) {
-    waits = {{stopReader.Number(), POLLIN, 0}, {listener.Number(), POLLIN, 0}};
-    for (const Client& client : clients) waits.push_back({client.connection.Number(), POLLIN, 0});
-    if (Uninterrupted([&] { return poll(waits.data(), waits.size(), -1); }) < 0) return;
-    if (waits[0].revents != 0) return;
-
-    std::vector<Client> silent;
-    for (std::size_t i = 0; i < clients.size(); ++i) {
-      if (waits[i + 2].revents == 0 || Read(clients[i])) silent.push_back(std::move(clients[i]));
-    }
-    clients = std::move(silent);
-    if (waits[1].revents != 0) Accept();
+  if (error) return;
+  std::thread hearing = StartWithoutSignals([this] { Hear(); });
+  if (!hearing.joinable()) {
+    error = "no thread can be made to hear who comes";
+    return;
   }
+  while (const auto message = NextMessage()) Handle(*message);
+  hearing.join();
 }
 
 void WindowServer::Stop() {
+  const int before = errno;
   // A full pipe was written to before, which is enough.
   if (stopWriter.IsOpen()) (void)!write(stopWriter.Number(), "", 1);
+  errno = before;
+}
+
+bool WindowServer::IsStopped() const {
+  pollfd stop{stopReader.Number(), POLLIN, 0};
+  return Uninterrupted([&] { return poll(&stop, 1, 0); }) != 0;
+}
+
+// Nothing once it is over. Whether it is must be looked up here too, since the other thread learns
+// it only after the next message could already be out of the queue.
+std::optional<WindowServer::Message> WindowServer::NextMessage() {
+  std::unique_lock<std::mutex> lock(mutex);
+  changed.wait(lock, [&] { return ended || !queue.empty(); });
+  ended = ended || IsStopped();
+  std::optional<Message> next;
+  if (!ended) {
+    next = std::move(queue.front());
+    queue.pop_front();
+  }
+  changed.notify_all();
+  return next;
+}
+
+void WindowServer::Handle(const Message& message) {
+  WindowReply reply;
+  reply.answer = handler.Answer(message.message);
+  // A reply always fits into the buffer of a fresh connection, so this waits for nobody.
+  if (message.sender.IsOpen()) SendBytes(message.sender, EncodeReply(reply));
+}
+
+void WindowServer::Hear() {
+  while (WaitForRoom() && HearOnce()) {
+  }
+  const std::lock_guard<std::mutex> lock(mutex);
+  ended = true;
+  changed.notify_all();
+}
+
+// False once it is over.
+bool WindowServer::WaitForRoom() {
+  std::unique_lock<std::mutex> lock(mutex);
+  changed.wait(lock, [&] { return ended || queue.size() < kLongestQueue; });
+  return !ended;
+}
+
+bool WindowServer::HearOnce() {
+  std::vector<pollfd> waits = {{stopReader.Number(), POLLIN, 0}, {listener.Number(), POLLIN, 0}};
+  for (const Client& client : clients) waits.push_back({client.connection.Number(), POLLIN, 0});
+  if (Uninterrupted([&] { return poll(waits.data(), waits.size(), -1); }) < 0) return false;
+  if (waits[0].revents != 0) return false;
+
+  std::vector<Client> silent;
+  for (std::size_t i = 0; i < clients.size(); ++i) {
+    if (waits[i + 2].revents == 0 || Read(clients[i])) silent.push_back(std::move(clients[i]));
+  }
+  clients = std::move(silent);
+  if (waits[1].revents != 0) Accept();
+  return true;
 }
 
 // As many as can be heard, and one at least. Those that are there already have just been found
@@ -137,22 +214,23 @@ bool WindowServer::Read(Client& client) {
   if (got == 0) return false;
   client.received.append(bytes, static_cast<std::size_t>(got));
   if (client.received.size() < kWindowRequestSize) return true;
-  Handle(client);
+  Take(client);
   return false;
 }
 
-void WindowServer::Handle(const Client& client) {
+// A request that has come as a whole.
+void WindowServer::Take(Client& client) {
   const auto request = DecodeRequest(client.received);
   if (!request) return;
-  WindowReply reply;
   if (request->kind == WindowRequestKind::kAsk) {
-    reply.enabled = handler.Enabled();
-    reply.parent = handler.Parent();
-  } else {
-    reply.answer = handler.Answer(request->message);
+    SendBytes(client.connection, EncodeReply({0, handler.Enabled(), handler.Parent()}));
+    return;
   }
-  // A reply always fits into the buffer of a fresh connection, so this waits for nobody.
-  if (request->kind != WindowRequestKind::kPost) SendBytes(client.connection, EncodeReply(reply));
+  Message message{request->message, {}};
+  if (request->kind == WindowRequestKind::kSend) message.sender = std::move(client.connection);
+  const std::lock_guard<std::mutex> lock(mutex);
+  queue.push_back(std::move(message));
+  changed.notify_all();
 }
 
 }  // namespace pw

@@ -34,7 +34,7 @@ class MemoryRegistry::Key : public RegistryKey {
   }
 
   bool Write(const std::string& name, const RegistryValue& value) override {
-    if (access == RegistryAccess::kRead) return false;
+    if (access == RegistryAccess::kRead || !IsRegistryLine(name)) return false;
     owner.Set(path, name, value);
     return true;
   }
@@ -81,7 +81,7 @@ std::unique_ptr<RegistryKey> MemoryRegistry::Open(const std::string& path, Regis
 
 std::unique_ptr<RegistryKey> MemoryRegistry::Create(const std::string& path) {
   ++opens;
-  if (readOnly || failCreate) return nullptr;
+  if (readOnly || failCreate || !IsRegistryLine(path)) return nullptr;
   AddKey(path);
   return std::make_unique<Key>(*this, path, RegistryAccess::kReadWrite);
 }

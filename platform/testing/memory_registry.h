@@ -9,7 +9,8 @@
 
 namespace pw {
 
-// A registry without a file, for tests.
+// A registry without a file, for tests. As in a file, names must be
+// lines (`IsRegistryLine`).
 class MemoryRegistry : public Registry {
  public:
   bool readOnly = false;    // nothing can be opened for writing

@@ -13,6 +13,7 @@
 #include "platform/testing/fake_clock.h"
 #include "platform/testing/memory_files.h"
 #include "tests/platform/temp_folder.h"
+#include "tests/platform/whole_file.h"
 
 namespace pw {
 namespace {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/temp_folder.h"
+#include "tests/platform/whole_file.h"
 
 namespace pw {
 namespace {

@@ -1,5 +1,7 @@
 #include "platform/posix/posix_files.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -11,7 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/posix/descriptor.h"
 #include "tests/platform/temp_folder.h"
+#include "tests/platform/whole_file.h"
 
 namespace pw {
 namespace {
@@ -60,6 +64,58 @@ TEST_F(PosixFilesTest, WhatIsNeitherFileNorFolderIsNotThere) {
   ASSERT_EQ(files.Find("C:\\*").size(), 2U);
   EXPECT_EQ(files.Find("C:\\*")[1].name, "link");
   EXPECT_EQ(ReadWholeFile(files, "C:\\link"), "1");
+}
+
+// Who has a pipe's other end would hear of it.
+TEST_F(PosixFilesTest, WhatIsNoFileIsntEvenOpenedForALook) {
+  const std::string pipe = folder.Path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const Descriptor reader(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  for (const OpenMode mode : {OpenMode::kReadWriteExisting, OpenMode::kCreateAlways}) {
+    EXPECT_EQ(files.Open("C:\\pipe", mode, Sharing::kReadWrite), nullptr);
+  }
+  pollfd wait{reader.Number(), POLLIN, 0};
+  EXPECT_EQ(poll(&wait, 1, 0), 0);
+}
+
+// A program that holds the file until it is asked for it.
+int leased = -1;
+
+TEST_F(PosixFilesTest, AFileThatAnotherProgramMustLetGoFirstIsWaitedFor) {
+  folder.Put("file", "1");
+  const Descriptor holder(open((folder.Path() / "file").c_str(), O_RDWR | O_CLOEXEC));
+  leased = holder.Number();
+  const auto before = signal(SIGIO, [](int) { fcntl(leased, F_SETLEASE, F_UNLCK); });
+  if (fcntl(leased, F_SETLEASE, F_WRLCK) == 0) {
+    EXPECT_EQ(ReadWholeFile(files, "C:\\file"), "1");
+  }
+  signal(SIGIO, before);
+}
+
+TEST_F(PosixFilesTest, LocksOfOtherProgramsRefuseNothing) {
+  folder.Put("file", "1");
+  const auto opens = [&](OpenMode mode) {
+    return files.Open("C:\\file", mode, Sharing::kReadWrite) != nullptr;
+  };
+  const std::string name = folder.Path() / "file";
+  for (const short type : {F_RDLCK, F_WRLCK}) {
+    const Descriptor other(open(name.c_str(), O_RDWR | O_CLOEXEC));
+    struct flock whole {};
+    whole.l_type = type;
+    whole.l_whence = SEEK_SET;
+    ASSERT_EQ(fcntl(other.Number(), F_OFD_SETLK, &whole), 0);
+    EXPECT_TRUE(opens(OpenMode::kRead));
+    EXPECT_TRUE(opens(OpenMode::kReadWriteExisting));
+    EXPECT_NE(files.Open("C:\\file", OpenMode::kRead, Sharing::kRead), nullptr);
+  }
+  // Nor do they let in whom this program's own would keep out.
+  const auto alone = files.Open("C:\\file", OpenMode::kRead, Sharing::kNone);
+  const Descriptor other(open(name.c_str(), O_RDWR | O_CLOEXEC));
+  struct flock whole {};
+  whole.l_type = F_RDLCK;
+  whole.l_whence = SEEK_SET;
+  ASSERT_EQ(fcntl(other.Number(), F_OFD_SETLK, &whole), 0);
+  EXPECT_FALSE(opens(OpenMode::kRead));
 }
 
 TEST_F(PosixFilesTest, NeverFindsNamesThatTheOrganiserCannotHave) {

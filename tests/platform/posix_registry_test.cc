@@ -1,10 +1,12 @@
 #include "platform/posix/posix_registry.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -24,7 +26,7 @@ class PosixRegistryTest : public ::testing::Test {
  protected:
   PosixRegistry Store(RegistryMode mode = RegistryMode::kReadWrite) {
     return PosixRegistry(
-        {file, mode, [this](const std::string& text) { warnings.push_back(text); }});
+        {file, mode, [this](const std::string& text) { warnings.push_back(text); }, lockWait});
   }
   void Put(std::string_view bytes) const { folder.Put("r.reg", bytes); }
   std::string Get() const { return folder.Get("r.reg"); }
@@ -52,6 +54,7 @@ class PosixRegistryTest : public ::testing::Test {
 
   TempFolder folder;
   std::filesystem::path file = folder.Path() / "r.reg";
+  std::chrono::milliseconds lockWait = SharedFileLock::kLongestWait;
   std::vector<std::string> warnings;
 };
 
@@ -169,14 +172,12 @@ TEST_F(PosixRegistryTest, TheFileKeepsItsModeAndItsPlace) {
   ASSERT_EQ(chmod(file.c_str(), 0640), 0);
   std::filesystem::rename(file, folder.Path() / "real.reg");
   std::filesystem::create_symlink("real.reg", file);
-  folder.Put("real.reg.new", "left by a process that died");
   auto store = Store();
   Write(store, "K", "x", 2);
   EXPECT_TRUE(std::filesystem::is_symlink(file));
   struct stat status {};
   ASSERT_EQ(stat(file.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 07777U, 0640U);
-  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "real.reg.new"));
 }
 
 TEST_F(PosixRegistryTest, AnOverlayKeepsChangesToItself) {
@@ -234,12 +235,79 @@ TEST_F(PosixRegistryTest, ChangesThatCantBeSavedAreToldAndTriedAgain) {
   Put("something else\n");
   key.reset();
   ASSERT_EQ(warnings.size(), 1U);
+  ASSERT_NE(store.SaveFailure(), std::nullopt);
+  EXPECT_EQ(warnings[0].find(*store.SaveFailure()), 0U);
   EXPECT_EQ(warnings[0].find(file.string() + ": "), 0U);
   EXPECT_EQ(Get(), "something else\n");
 
   Put(kOneValue);
   store.Open("K", RegistryAccess::kReadWrite);
+  EXPECT_EQ(store.SaveFailure(), std::nullopt);
   EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
+}
+
+// As while somebody else writes it in place, or has moved it aside.
+TEST_F(PosixRegistryTest, NothingIsSavedOverARegistryThatIsJustNotThere) {
+  for (const bool missing : {false, true}) {
+    SCOPED_TRACE(missing);
+    Put(kOneValue);
+    auto store = Store();
+    auto key = store.Open("K", RegistryAccess::kReadWrite);
+    EXPECT_TRUE(key->Write("y", NumberValue(2)));
+    Put("");
+    if (missing) std::filesystem::remove(file);
+    key.reset();
+    EXPECT_NE(store.SaveFailure(), std::nullopt);
+    EXPECT_EQ(std::filesystem::exists(file), !missing);
+    EXPECT_EQ(Get(), "");
+    EXPECT_NE(store.Error(), std::nullopt);
+    EXPECT_EQ(store.Create("K"), nullptr);
+
+    Put(kOneValue);
+    store.Open("K", RegistryAccess::kReadWrite);
+    EXPECT_EQ(store.SaveFailure(), std::nullopt);
+    EXPECT_EQ(Get(), kOneValue + "\"y\"=dword:00000002\n");
+  }
+}
+
+TEST_F(PosixRegistryTest, ALockThatIsntLetGoMakesSavingFail) {
+  Put(kOneValue);
+  lockWait = std::chrono::milliseconds(0);
+  auto store = Store();
+  auto lock = std::make_unique<SharedFileLock>(file);
+  Write(store, "K", "x", 2);
+  ASSERT_NE(store.SaveFailure(), std::nullopt);
+  EXPECT_EQ(store.SaveFailure()->find(file.string() + ": "), 0U);
+  EXPECT_EQ(Get(), kOneValue);
+  lock.reset();
+  store.Open("K", RegistryAccess::kReadWrite);
+  EXPECT_EQ(store.SaveFailure(), std::nullopt);
+  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
+}
+
+TEST_F(PosixRegistryTest, WhereTheLockCantBeOpenedNothingOpensForWriting) {
+  Put(kOneValue);
+  std::filesystem::create_directory(file.native() + ".lock");
+  auto store = Store();
+  EXPECT_EQ(Read(store, "K", "x"), 1U);
+  EXPECT_EQ(store.Open("K", RegistryAccess::kReadWrite), nullptr);
+  EXPECT_EQ(store.Create("K"), nullptr);
+}
+
+TEST_F(PosixRegistryTest, WhatCouldntBeReadForAMomentIsReadAgain) {
+  Put(kOneValue);
+  auto store = Store();
+  Put("REGEDIT4\n[HKLM\\K]\n\"x\"=dword:22\n");
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  const auto read = Read(store, "K", "x");
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(read, std::nullopt);
+  EXPECT_NE(store.Error(), std::nullopt);
+  EXPECT_EQ(Read(store, "K", "x"), 0x22U);
+  EXPECT_EQ(store.Error(), std::nullopt);
 }
 
 TEST_F(PosixRegistryTest, BadLinesAreToldOnceWithFileAndLine) {

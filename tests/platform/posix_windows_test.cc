@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -173,11 +174,17 @@ TEST_F(PosixWindowsTest, TheFolderIsMadeForThisUserAlone) {
 TEST_F(PosixWindowsTest, TheUsersFolderIsThatOfTheSession) {
   const char* const before = std::getenv("XDG_RUNTIME_DIR");
   const std::string kept = before == nullptr ? "" : before;
-  setenv("XDG_RUNTIME_DIR", "/run/user/5", 1);
-  EXPECT_EQ(DefaultWindowsFolder(), "/run/user/5/pairwise");
-  for (const char* const unusable : {"", "relative"}) {
-    setenv("XDG_RUNTIME_DIR", unusable, 1);
-    EXPECT_EQ(DefaultWindowsFolder(), "/tmp/pairwise-" + std::to_string(geteuid()));
+  setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
+  EXPECT_EQ(DefaultWindowsFolder(), folder.Path() / "pairwise");
+  folder.Put("file", "");
+  const std::string strangers = folder.Path() / "strangers";
+  ASSERT_EQ(mkdir(strangers.c_str(), 0700), 0);
+  // Only root can make it somebody else's.
+  const bool isStrangers = chown(strangers.c_str(), 1, 1) == 0;
+  for (const std::string& unusable :
+       {""s, "."s, folder.Path() / "none", folder.Path() / "file", isStrangers ? strangers : ""s}) {
+    setenv("XDG_RUNTIME_DIR", unusable.c_str(), 1);
+    EXPECT_EQ(DefaultWindowsFolder(), "/tmp/pairwise-" + std::to_string(geteuid())) << unusable;
   }
   unsetenv("XDG_RUNTIME_DIR");
   EXPECT_EQ(DefaultWindowsFolder(), "/tmp/pairwise-" + std::to_string(geteuid()));
@@ -236,6 +243,53 @@ TEST_F(PosixWindowsTest, PostingDoesntWaitWhereNobodyHandles) {
   EXPECT_GT(taken, 0);
   EXPECT_LT(taken, 1000) << "at some point it takes no more";
   EXPECT_EQ(windows.Find("W"), window) << "and is there all the same";
+}
+
+// As the organiser does that opens a dialog when it is sent a message: it doesn't come back from it
+// before the dialog is closed.
+TEST_F(PosixWindowsTest, AWindowTellsHowItIsWhileItHandlesAMessage) {
+  const WindowThread parent(folder.Path(), "Parent");
+  WindowThread window(folder.Path(), "W", true, parent.SocketName());
+  window.SetAnswer([&](const WindowMessage&) {
+    PosixWindows asking(folder.Path());
+    const WindowId asked = asking.Find("W");
+    const bool before = asking.IsEnabled(asked);
+    window.SetEnabled(false);
+    const bool during = asking.IsEnabled(asked);
+    const bool hasParent = asking.Parent(asked) == asking.Find("Parent");
+    return (before ? 1 : 0) + (during ? 2 : 0) + (hasParent ? 4 : 0);
+  });
+  EXPECT_EQ(windows.Send(windows.Find("W"), {1, 2, 3}), 1 + 4);
+}
+
+TEST_F(PosixWindowsTest, SoManyMessagesWaitForABusyWindowAndNoneIsLost) {
+  std::promise<void> free;
+  WindowThread window(folder.Path(), "W");
+  window.SetAnswer([&, waits = free.get_future().share()](const WindowMessage&) {
+    waits.wait();
+    return 7;
+  });
+  const WindowId id = windows.Find("W");
+  constexpr std::uint32_t kMany = 20'000;
+  std::vector<WindowMessage> expected;
+  while (expected.size() < kMany) {
+    const WindowMessage message{1, static_cast<std::uint32_t>(expected.size()), 0};
+    if (!windows.Post(id, message)) break;
+    expected.push_back(message);
+  }
+  EXPECT_LT(expected.size(), kMany) << "at some point it takes no more";
+  free.set_value();
+  EXPECT_EQ(windows.Send(id, {2, 0, 0}), 7);
+  expected.push_back({2, 0, 0});
+  EXPECT_EQ(window.Received(), expected);
+}
+
+TEST_F(PosixWindowsTest, StoppingLeavesTheErrorNumberAlone) {
+  Organiser organiser;
+  WindowServer server(folder.Path(), organiser);
+  errno = 0;
+  for (int i = 0; i < 100'000; ++i) server.Stop();
+  EXPECT_EQ(errno, 0);
 }
 
 // What a malformed or dying window says for an answer.

@@ -116,6 +116,20 @@ TEST_P(RegistryContractTest, ValuesComeBackAsTheyWereSet) {
   }
 }
 
+TEST_P(RegistryContractTest, NamesThatDontFitALineAreRefused) {
+  const auto key = registry().Create("K");
+  ASSERT_NE(key, nullptr);
+  for (const std::string& name : {"a\nb"s, "\r"s, "a\0"s, "\x1F"s}) {
+    EXPECT_EQ(registry().Create("K\\" + name), nullptr);
+    EXPECT_FALSE(IsThere("K\\" + name));
+    EXPECT_FALSE(key->Write(name, NumberValue(1)));
+    EXPECT_EQ(key->Read(name), std::nullopt);
+  }
+  EXPECT_NE(registry().Create("K\\a\tb"), nullptr);
+  EXPECT_TRUE(key->Write("\x7F\t", NumberValue(1)));
+  EXPECT_EQ(Read("K", "\x7F\t"), NumberValue(1));
+}
+
 TEST_P(RegistryContractTest, KeysKeepTheirValuesApart) {
   registry().Create("A\\B")->Write("x", NumberValue(1));
   registry().Create("A")->Write("x", NumberValue(2));

@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string>
@@ -54,6 +55,24 @@ TEST_F(PosixShellTest, TellsWhatCannotBeStarted) {
   }
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(shell.ModuleVersion(), 0x0001'0002'0003'0004U);
+}
+
+// As where a service was started without its standard files.
+TEST_F(PosixShellTest, TellsSoWithoutStandardFilesToo) {
+  folder.Put("bin/lost", "#!/no/such/interpreter\n");
+  chmod((folder.Path() / "bin/lost").c_str(), 0700);
+  folder.Put("bin/calm", "#!/bin/sh\n");
+  chmod((folder.Path() / "bin/calm").c_str(), 0700);
+  const pid_t child = fork();
+  if (child == 0) {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(standard);
+    const bool lost = shell.Execute({"open", "C:\\bin\\lost", "", "", 1});
+    const bool calm = shell.Execute({"open", "C:\\bin\\calm", "", "", 1});
+    _exit((lost ? 1 : 0) + (calm ? 0 : 2));
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
 }
 
 }  // namespace

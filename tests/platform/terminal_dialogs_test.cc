@@ -56,6 +56,24 @@ TEST_F(TerminalDialogsTest, BoxesTakeWordsTheDefaultAndAtTheEndTheSafeAnswer) {
   }
 }
 
+TEST_F(TerminalDialogsTest, TellsWhatTheEndOfTheInputWasTakenAs) {
+  const auto ends = [&](const char* taken) {
+    return out.str().ends_with(std::string("\nthe input has ended, taken as \"") + taken + "\"\n");
+  };
+  Type("what\n");
+  dialogs.ShowMessage(kNoWindow, "Well?", kBoxYesNo);
+  EXPECT_TRUE(ends("no")) << out.str();
+  Type("");
+  dialogs.ShowMessage(kNoWindow, "Well?", kBoxOk);
+  EXPECT_TRUE(ends("ok")) << out.str();
+  Type("");
+  dialogs.ChooseFolder(kNoWindow, "Where?", "C:\\Data", nullptr);
+  EXPECT_TRUE(ends("cancel")) << out.str();
+  Type("c\n");
+  dialogs.ChooseFolder(kNoWindow, "Where?", "C:\\Data", nullptr);
+  EXPECT_FALSE(ends("cancel")) << out.str();
+}
+
 TEST_F(TerminalDialogsTest, WithNobodyThereOneLineTellsTheSafeAnswer) {
   Type("yes\nyes\n");
   EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "Delete\r\nall?", kBoxYesNo), BoxAnswer::kNo);
@@ -202,6 +220,9 @@ TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
     EXPECT_EQ(sheet.second.leaves, c.secondLeaves) << c.typed;
     EXPECT_EQ(sheet.first.controls[1].text, "C:\\Old") << c.typed;
     EXPECT_EQ(sheet.first.controls[5].text, "one") << c.typed;
+    const bool ended = out.str().ends_with("the input has ended, taken as \"cancel\"\n");
+    EXPECT_EQ(ended, c.answer == SheetAnswer::kCancel && !std::string(c.typed).ends_with("c\n"))
+        << c.typed;
   }
   TestSheet sheet;
   Type("\n\n");

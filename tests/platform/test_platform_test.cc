@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "base/process_wide.h"
+#include "tests/platform/whole_file.h"
 
 namespace pw {
 namespace {
