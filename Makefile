@@ -34,7 +34,7 @@ bench: setup
 FUZZ_SECONDS ?= 60
 fuzz: setup
 	@cmake --preset fuzz
-	@cmake --build --preset fuzz
+	@cmake --build --preset fuzz --target fuzzers
 	@scripts/fuzz.sh $(FUZZ_SECONDS)
 
 format:
