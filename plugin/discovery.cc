@@ -47,9 +47,12 @@ const Edition* FindEdition(std::int32_t code) {
 }
 
 // As above, an unlisted code going as the information manager's.
+constexpr std::size_t kInformationManagerRow = 1;
+static_assert(kEditions[kInformationManagerRow].code == product::kInformationManager);
+
 const Edition& EditionOf(std::int32_t code) {
   const Edition* edition = FindEdition(code);
-  return edition != nullptr ? *edition : *FindEdition(product::kInformationManager);
+  return edition != nullptr ? *edition : kEditions[kInformationManagerRow];
 }
 
 constexpr const char* kWingmate98Key = R"(SOFTWARE\GULLWING\Wingmate 98)";

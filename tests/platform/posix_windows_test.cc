@@ -181,8 +181,9 @@ TEST_F(PosixWindowsTest, TheUsersFolderIsThatOfTheSession) {
   ASSERT_EQ(mkdir(strangers.c_str(), 0700), 0);
   // Only root can make it somebody else's.
   const bool isStrangers = chown(strangers.c_str(), 1, 1) == 0;
-  for (const std::string& unusable :
-       {""s, "."s, folder.Path() / "none", folder.Path() / "file", isStrangers ? strangers : ""s}) {
+  const std::filesystem::path unusables[] = {"", ".", folder.Path() / "none",
+                                             folder.Path() / "file", isStrangers ? strangers : ""};
+  for (const std::filesystem::path& unusable : unusables) {
     setenv("XDG_RUNTIME_DIR", unusable.c_str(), 1);
     EXPECT_EQ(DefaultWindowsFolder(), "/tmp/pairwise-" + std::to_string(geteuid())) << unusable;
   }
