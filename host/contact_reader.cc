@@ -1,11 +1,43 @@
 #include "host/contact_reader.h"
 
+#include <cstdint>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "base/codepage.h"
+#include "base/cursor.h"
+#include "cardfile/format.h"
 #include "host/json_fields.h"
+#include "platform/platform.h"
 
 namespace pw {
+namespace {
+
+constexpr std::uint64_t kLargestCardfile = UINT32_MAX;
+constexpr const char* kContactLog = "Contact Log";
+
+// The field names that stand in the cardfile itself, and the contact log behind them. The module
+// names each but once, which doesn't tell the columns of two fields of one name apart. Empty where
+// there are none.
+std::vector<std::string> NamesInFile(const std::string& location) {
+  const auto file = CurrentPlatform().files->Open(location, OpenMode::kRead, Sharing::kReadWrite);
+  const auto size = file == nullptr ? std::nullopt : file->Size();
+  if (!size || *size > kLargestCardfile) return {};
+  const std::string bytes = file->Read(static_cast<std::size_t>(*size));
+  ByteReader in(bytes);
+  cardfile::DecodeHeader(in);
+  const std::uint32_t offset = cardfile::DecodeNamePointer(in).namesOffset;
+  in.Seek(offset);
+  const std::uint16_t length = in.U16();
+  const std::string_view block = in.Take(length);
+  if (in.Short()) return {};
+  std::vector<std::string> names = cardfile::DecodeFieldNames(block);
+  names.emplace_back(kContactLog);
+  return names;
+}
+
+}  // namespace
 
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category) {
@@ -21,15 +53,30 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                  (result == kResultFileMissing ? ": not there" : ": damaged, or unreadable")};
 }
 
-std::optional<Contact> ReadContact(PWSource& source) {
+std::vector<std::string> FieldNames(EngineRun& run, const PWSourceCategory& category) {
+  PWStringVector names;
+  run.Manager().CategoryFieldNames(kContactType, category.Location, names);
+  std::vector<std::string> known;
+  for (std::uint32_t i = 0; i < names.Count(); ++i) known.push_back(names.At(i)->Str());
+  std::vector<std::string> all = NamesInFile(category.Location.Str());
+  if (all.empty()) all = known;
+  // Not every edition takes part in the contact log.
+  if (known.empty() || known.back() != kContactLog) {
+    if (!all.empty() && all.back() == kContactLog) all.pop_back();
+  }
+  for (std::string& name : all) name = CodePageToUtf8(name);
+  return all;
+}
+
+std::optional<Contact> ReadContact(PWSource& source, const std::vector<std::string>& names) {
   Contact contact;
   contact.id = CodePageToUtf8(source.RecordID().View());
   const PWDateTimeStamp stamp = source.RecordTimeStamp();
   if (!(stamp == PWDateTimeStamp())) contact.stamp = StampText(stamp);
-  PWRecord record;
-  if (source.ReadRecord(&record) != kResultOk) return {};
-  for (const PWRecord::Field& field : record.Fields()) {
-    contact.fields.emplace_back(CodePageToUtf8(field.name), CodePageToUtf8(field.value.View()));
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    PWField field;
+    if (source.GetField(static_cast<std::int32_t>(i), field) != kResultOk) return {};
+    contact.fields.emplace_back(names[i], CodePageToUtf8(field.text.View()));
   }
   return contact;
 }
@@ -40,14 +87,10 @@ Outcome<CategoryContacts> ReadContacts(EngineRun& run, const PWSourceCategory& c
   CategoryContacts read;
   read.name = CodePageToUtf8(category.Name.View());
   read.location = CodePageToUtf8(category.Location.View());
-  PWStringVector names;
-  run.Manager().CategoryFieldNames(kContactType, category.Location, names);
-  for (std::uint32_t i = 0; i < names.Count(); ++i) {
-    read.fieldNames.push_back(CodePageToUtf8(names.At(i)->View()));
-  }
+  read.fieldNames = FieldNames(run, category);
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
-    auto contact = ReadContact(source);
+    auto contact = ReadContact(source, read.fieldNames);
     if (contact) read.contacts.push_back(std::move(*contact));
     if (!contact) ++read.unreadable;
   }

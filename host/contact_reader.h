@@ -23,8 +23,12 @@ struct OpenedSource {
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);
 
-// The current record; nothing if it can't be read.
-std::optional<Contact> ReadContact(PWSource& source);
+// The names of a cardfile's columns, in their order; a name may stand for several.
+std::vector<std::string> FieldNames(EngineRun& run, const PWSourceCategory& category);
+
+// The current record, its columns under those names; nothing if it can't be read. It is read by
+// column, as a record of the engine has room for one field of a name only.
+std::optional<Contact> ReadContact(PWSource& source, const std::vector<std::string>& names);
 
 struct CategoryContacts {
   std::string name;                     // the category's

@@ -103,7 +103,7 @@ std::string Drive::Answer(std::string_view line) {
   if (IsTooDeep(line)) {
     problem = "nested too deeply";
   } else {
-    const Json parsed = Json::parse(line, nullptr, false);
+    const JsonInput parsed = JsonInput::parse(line, nullptr, false);
     problem = parsed.is_discarded() ? "not valid JSON" : Run(parsed, answer);
   }
   if (!problem.empty()) {
@@ -113,7 +113,7 @@ std::string Drive::Answer(std::string_view line) {
   return JsonLine(answer);
 }
 
-std::string Drive::Run(const Json& line, Json& answer) {
+std::string Drive::Run(const JsonInput& line, Json& answer) {
   JsonFields fields(line);
   const std::string name = fields.Text("op");
   if (fields.Failed()) return fields.Problem();

@@ -39,7 +39,7 @@ class Drive {
   static const Call* FindCall(std::string_view name);
 
   // What is wrong with the line, or nothing.
-  std::string Run(const Json& line, Json& answer);
+  std::string Run(const JsonInput& line, Json& answer);
 
   void Now(JsonFields& line, Json& answer);
   void Ticks(JsonFields& line, Json& answer);

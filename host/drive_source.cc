@@ -15,16 +15,17 @@ constexpr const char* kResult = "result";
 void Drive::Open(JsonFields& line, Json& answer) {
   const std::string type = line.Text("type");
   // The clocks have no categories, and so no location.
-  const bool placeless = type == "timezone" && !line.Has("location");
+  const bool placeless = type == "timezone";
   const std::string location = placeless ? std::string() : line.Text("location");
   if (line.Failed()) return;
+  // The source looks at its category to its end, so the category goes after it.
+  auto place = std::make_unique<PWSourceCategory>();
+  place->Location = location;
   std::unique_ptr<PWSource> opened(objects.manager.CreateSource(type.c_str()));
   if (opened == nullptr) {
     line.Fail("there is no source for type \"" + CodePageToUtf8(type) + "\"");
     return;
   }
-  auto place = std::make_unique<PWSourceCategory>();
-  place->Location = location;
   opened->Category = place.get();
   const PWRESULT result = opened->Open(0);
   answer[kResult] = result;
@@ -121,7 +122,7 @@ const RecordForm* Drive::Form(JsonFields& line) const {
 
 void Drive::ReadRecord(JsonFields& line, PWRecord& record) const {
   const RecordForm* form = Form(line);
-  const Json& object = line.Object("record");
+  const JsonInput& object = line.Object("record");
   if (line.Failed()) return;
   JsonFields fields(object);
   form->fromJson(fields, record);

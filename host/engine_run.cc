@@ -26,8 +26,10 @@ EngineRun::EngineRun(const Profile& given, std::ostream& messages)
     : profile(given), messages(messages), originals(Mounts(profile, false), profile.folder) {}
 
 Outcome<std::unique_ptr<EngineRun>> EngineRun::Start(const Profile& profile, RunMode mode,
-                                                     std::ostream& messages) {
+                                                     std::ostream& messages,
+                                                     std::optional<ProfileLock> held) {
   std::unique_ptr<EngineRun> run(new EngineRun(profile, messages));
+  run->lock = std::move(held);
   if (auto failure = run->PreparePlaces(mode)) return *failure;
   if (auto failure = run->StartMachine(mode)) return *failure;
   if (auto failure = run->LoadModule()) return *failure;
@@ -53,6 +55,7 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
   options.mounts = Mounts(profile, mode == RunMode::kReading);
   options.somebodyThere = false;
   if (mode == RunMode::kWriting) {
+    if (lock) return {};
     auto taken = ProfileLock::Take(profile);
     if (!taken) return taken.Why();
     lock = std::move(*taken);
@@ -90,8 +93,7 @@ std::optional<Failure> EngineRun::StartMachine(RunMode mode) {
   dialogs = std::make_unique<UnattendedDialogs>(*services.dialogs, messages);
   services.dialogs = dialogs.get();
   previousPlatform = SetPlatform(services);
-  if (const auto error = machine->Registry().Error()) return Failure{*error};
-  return {};
+  return RegistryFailure();
 }
 
 std::optional<Failure> EngineRun::LoadModule() {
@@ -128,6 +130,13 @@ std::string EngineRun::NativePathOf(const std::string& location) const {
   if (!native) return CodePageToUtf8(location);
   const bool endsInSlash = native->path.size() > 1 && native->path.back() == '/';
   return native->path.substr(0, native->path.size() - (endsInSlash ? 1 : 0));
+}
+
+std::optional<Failure> EngineRun::RegistryFailure() const {
+  const PosixRegistry& registry = machine->Registry();
+  if (const auto error = registry.Error()) return Failure{*error};
+  if (const auto error = registry.SaveFailure()) return Failure{*error};
+  return {};
 }
 
 void EngineRun::ShowLog() {

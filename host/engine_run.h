@@ -20,8 +20,7 @@ namespace pw {
 
 enum class RunMode {
   // Nothing that is there is changed: the module works on a private copy of the data folder and
-  // with a
-  // registry whose changes are forgotten, and no running organiser hears of it.
+  // with a registry whose changes are forgotten, and no running organiser hears of it.
   kReading,
   // In place, with the profile locked.
   kWriting,
@@ -30,9 +29,11 @@ enum class RunMode {
 // One run of the module over a profile, with the engine's part played. There is one at a time.
 class EngineRun {
  public:
-  // `messages` takes what the person should know of; it isn't owned.
+  // `messages` takes what the person should know of; it isn't owned. A writing run takes the
+  // profile's lock, unless it is given one that is held already.
   static Outcome<std::unique_ptr<EngineRun>> Start(const Profile& profile, RunMode mode,
-                                                   std::ostream& messages);
+                                                   std::ostream& messages,
+                                                   std::optional<ProfileLock> held = {});
 
   ~EngineRun();
   EngineRun(const EngineRun&) = delete;
@@ -44,6 +45,9 @@ class EngineRun {
   // The file of this machine that a location of the organiser's stands for, not the private copy of
   // it; the location itself if it stands for none.
   std::string NativePathOf(const std::string& location) const;
+
+  // Why the registry's file can't be used, or lacks what was changed; nothing if all is well.
+  std::optional<Failure> RegistryFailure() const;
 
   // Shows the lines of the log so far to the person, and drops them.
   void ShowLog();

@@ -1,5 +1,6 @@
 #include "host/json_fields.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -13,14 +14,14 @@ std::string Quoted(const char* name) {
   return "\"" + std::string(name) + "\"";
 }
 
-const Json& EmptyObject() {
-  static const Json empty = Json::object();
+const JsonInput& EmptyObject() {
+  static const JsonInput empty = JsonInput::object();
   return empty;
 }
 
 }  // namespace
 
-JsonFields::JsonFields(const Json& object) : object(object) {
+JsonFields::JsonFields(const JsonInput& object) : object(object) {
   if (!object.is_object()) Fail("not a JSON object");
 }
 
@@ -28,7 +29,7 @@ void JsonFields::Fail(std::string what) {
   if (problem.empty()) problem = std::move(what);
 }
 
-const Json* JsonFields::Member(const char* name) {
+const JsonInput* JsonFields::Member(const char* name) {
   if (Failed()) return nullptr;
   const auto found = object.find(name);
   if (found != object.end()) return &*found;
@@ -36,7 +37,7 @@ const Json* JsonFields::Member(const char* name) {
   return nullptr;
 }
 
-std::string JsonFields::ToText(const Json& value, const char* name) {
+std::string JsonFields::ToText(const JsonInput& value, const char* name) {
   if (!value.is_string()) {
     Fail(Quoted(name) + " must be a text");
     return {};
@@ -56,24 +57,30 @@ std::string JsonFields::ToText(const Json& value, const char* name) {
 }
 
 std::string JsonFields::Text(const char* name) {
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   return value == nullptr ? std::string() : ToText(*value, name);
 }
 
 std::vector<std::string> JsonFields::Texts(const char* name) {
   std::vector<std::string> texts;
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   if (value == nullptr) return texts;
   if (!value->is_array()) {
     Fail(Quoted(name) + " must be an array of texts");
     return texts;
   }
-  for (const Json& item : *value) texts.push_back(ToText(item, name));
+  const bool allTexts = std::all_of(value->begin(), value->end(),
+                                    [](const JsonInput& item) { return item.is_string(); });
+  if (!allTexts) {
+    Fail(Quoted(name) + " must be an array of texts");
+    return texts;
+  }
+  for (const JsonInput& item : *value) texts.push_back(ToText(item, name));
   return texts;
 }
 
 bool JsonFields::Bool(const char* name) {
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   if (value == nullptr) return false;
   if (!value->is_boolean()) {
     Fail(Quoted(name) + " must be true or false");
@@ -83,7 +90,7 @@ bool JsonFields::Bool(const char* name) {
 }
 
 std::int32_t JsonFields::Signed(const char* name) {
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   if (value == nullptr) return 0;
   constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
@@ -99,7 +106,7 @@ std::int32_t JsonFields::Signed(const char* name) {
 }
 
 std::uint32_t JsonFields::Unsigned(const char* name) {
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   if (value == nullptr) return 0;
   if (value->is_number_unsigned()) {
     const auto number = value->get<std::uint64_t>();
@@ -114,8 +121,8 @@ std::uint32_t JsonFields::Unsigned(const char* name) {
   return 0;
 }
 
-const Json& JsonFields::Object(const char* name) {
-  const Json* value = Member(name);
+const JsonInput& JsonFields::Object(const char* name) {
+  const JsonInput* value = Member(name);
   if (value == nullptr) return EmptyObject();
   if (value->is_object()) return *value;
   Fail(Quoted(name) + " must be an object");
@@ -124,13 +131,13 @@ const Json& JsonFields::Object(const char* name) {
 
 std::vector<std::pair<std::string, std::string>> JsonFields::Pairs(const char* name) {
   std::vector<std::pair<std::string, std::string>> pairs;
-  const Json* value = Member(name);
+  const JsonInput* value = Member(name);
   if (value == nullptr) return pairs;
   if (!value->is_array()) {
     Fail(Quoted(name) + " must be an array of pairs");
     return pairs;
   }
-  for (const Json& pair : *value) {
+  for (const JsonInput& pair : *value) {
     if (!pair.is_array() || pair.size() != 2) {
       Fail("each of " + Quoted(name) + " must be a pair of texts");
       return pairs;

@@ -13,6 +13,10 @@ namespace pw {
 
 using Json = nlohmann::ordered_json;
 
+// What was read. Its members have no order, as finding a place for each in one would take a time
+// that grows with the square of their number.
+using JsonInput = nlohmann::json;
+
 // Reads the members of one JSON object as the engine's values.
 //
 // The first member that is missing or isn't what it should be is remembered, and that read and all
@@ -20,7 +24,7 @@ using Json = nlohmann::ordered_json;
 // organiser's code page. The object isn't owned and must outlive the reader.
 class JsonFields {
  public:
-  explicit JsonFields(const Json& object);
+  explicit JsonFields(const JsonInput& object);
 
   bool Has(const char* name) const { return object.is_object() && object.contains(name); }
 
@@ -33,7 +37,7 @@ class JsonFields {
   std::uint32_t Unsigned(const char* name);
 
   // The object of that name, or an empty one.
-  const Json& Object(const char* name);
+  const JsonInput& Object(const char* name);
 
   // Pairs of texts, each written as an array of two.
   std::vector<std::pair<std::string, std::string>> Pairs(const char* name);
@@ -44,10 +48,10 @@ class JsonFields {
 
  private:
   // Null if it is missing, or something has failed before.
-  const Json* Member(const char* name);
-  std::string ToText(const Json& value, const char* name);
+  const JsonInput* Member(const char* name);
+  std::string ToText(const JsonInput& value, const char* name);
 
-  const Json& object;
+  const JsonInput& object;
   std::string problem;
 };
 

@@ -33,7 +33,25 @@ mode_t RightsFor(const std::filesystem::path& file) {
   return 0666 & ~mask;
 }
 
-// 0, or the error that stopped it.
+// What the links of that name lead to, whether it is there or not.
+std::filesystem::path BehindLinks(std::filesystem::path file) {
+  constexpr int kMostLinks = 40;
+  for (int i = 0; i < kMostLinks; ++i) {
+    std::error_code notALink;
+    const std::filesystem::path target = std::filesystem::read_symlink(file, notALink);
+    if (notALink) break;
+    file = file.parent_path() / target;
+  }
+  return file;
+}
+
+// Both give 0, or the error that stopped them.
+int WriteInto(const std::filesystem::path& special, std::string_view bytes) {
+  Descriptor descriptor(::open(special.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+  if (!descriptor.IsOpen() || !WriteAll(descriptor.Number(), bytes)) return errno;
+  return descriptor.Close() ? 0 : errno;
+}
+
 int WriteBeside(const std::string& pattern, const std::filesystem::path& target,
                 std::string_view bytes) {
   std::string temporary = pattern;
@@ -77,11 +95,17 @@ Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uint
 }
 
 Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes) {
-  std::error_code ignored;
-  const std::filesystem::path resolved = std::filesystem::weakly_canonical(file, ignored);
-  const std::filesystem::path target = ignored || resolved.empty() ? file : resolved;
-  if (std::filesystem::is_directory(target, ignored)) return SystemFailure(file, EISDIR);
-  const int error = WriteBeside(target.string() + ".XXXXXX", target, bytes);
+  struct stat status {};
+  const bool isThere = ::stat(file.c_str(), &status) == 0;
+  if (!isThere && errno != ENOENT) return SystemFailure(file, errno);
+  if (isThere && S_ISDIR(status.st_mode)) return SystemFailure(file, EISDIR);
+  int error = 0;
+  if (isThere && !S_ISREG(status.st_mode)) {
+    error = WriteInto(file, bytes);
+  } else {
+    const std::filesystem::path target = BehindLinks(file);
+    error = WriteBeside(target.string() + ".XXXXXX", target, bytes);
+  }
   if (error != 0) return SystemFailure(file, error);
   return Done{};
 }

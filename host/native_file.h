@@ -14,7 +14,7 @@ Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uint
 
 // Puts the bytes into a file beside the target, which then takes the target's place in one step:
 // there is never half a file under that name. A target that is a symbolic link stays one, and the
-// file that it leads to is replaced.
+// file that it leads to is replaced or made. A device or a pipe is written into.
 Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes);
 
 // What the last system call complained of: "FILE: No such file or directory".

@@ -1,6 +1,7 @@
 #include "host/profile.h"
 
 #define TOML_EXCEPTIONS 0
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -87,13 +88,18 @@ class Reader {
     if (folder.empty()) {
       return At(folderWhere, "the folder of drive " + std::string(key) + " is empty");
     }
-    profile.drives.push_back({name->size() == 1 ? *name + ":" : *name, Native(folder)});
+    const std::string prefix = name->size() == 1 ? *name + ":" : *name;
+    const bool isTwice = std::any_of(
+        profile.drives.begin(), profile.drives.end(),
+        [&](const ProfileDrive& drive) { return EqualFileNames(drive.prefix, prefix); });
+    if (isTwice) return At(where, "'" + std::string(key) + "' is there twice");
+    profile.drives.push_back({prefix, Native(folder)});
     return {};
   }
 
   Complaint ConfigEntry(std::string_view key, const toml::source_region& where,
                         const std::string& value, const toml::source_region& valueWhere) {
-    std::uint32_t id = 0;
+    std::int32_t id = 0;
     const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), id);
     if (error != std::errc() || end != key.data() + key.size()) {
       return At(where, "'" + std::string(key) + "' is not the number of an entry");
@@ -103,7 +109,9 @@ class Reader {
       return At(valueWhere,
                 "entry " + std::string(key) + " has characters outside of code page 1252");
     }
-    profile.config[id] = *text;
+    if (!profile.config.emplace(static_cast<std::uint32_t>(id), *text).second) {
+      return At(where, "entry " + std::string(key) + " is there twice");
+    }
     return {};
   }
 

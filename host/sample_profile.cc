@@ -10,6 +10,7 @@
 #include "host/engine_run.h"
 #include "host/native_file.h"
 #include "host/products.h"
+#include "host/profile_lock.h"
 #include "host/sample_cards.h"
 
 namespace pw {
@@ -22,8 +23,10 @@ constexpr const char* kDataFolder = "C:\\Data";
 constexpr const char* kLocation = "C:\\Data\\Friends.WMCard";
 constexpr std::int64_t kSecondsBetweenCards = 98'765;
 
-// Empties the folder of an earlier sample.
-Outcome<Done> ClearFolder(const fs::path& folder) {
+constexpr const char* kLockFile = "profile.lock";
+
+// Whether the folder is missing, empty, or an earlier sample's.
+Outcome<Done> CheckFolder(const fs::path& folder) {
   std::error_code error;
   const bool isThere = fs::exists(folder, error);
   if (isThere && !fs::is_directory(folder, error)) {
@@ -32,12 +35,21 @@ Outcome<Done> ClearFolder(const fs::path& folder) {
   if (isThere && !fs::is_empty(folder, error) && !fs::exists(folder / kMark, error)) {
     return Failure{folder.string() + ": already there, and not made by an earlier demo"};
   }
-  if (isThere) {
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-      fs::remove_all(entry.path(), error);
-      if (error) return SystemFailure(entry.path(), error.value());
-    }
+  return Done{};
+}
+
+// Empties the folder of an earlier sample, which is locked. The lock's file must stay, as a lock on
+// one that is no longer there keeps nobody away; and so the mark, for the next demo.
+Outcome<Done> ClearFolder(const fs::path& folder) {
+  std::error_code error;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
+    const fs::path name = entry.path().filename();
+    if (name == kLockFile || name == kMark) continue;
+    std::error_code failed;
+    fs::remove_all(entry.path(), failed);
+    if (failed) return SystemFailure(entry.path(), failed.value());
   }
+  if (error) return SystemFailure(folder, error.value());
   fs::create_directories(folder / "data", error);
   if (error) return SystemFailure(folder, error.value());
   return Done{};
@@ -105,14 +117,21 @@ Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& m
                            {PWConfig::kProductKey, kProducts[0].mainKey}};
   sample.cardfile = sample.profile.folder / "data" / "Friends.WMCard";
 
+  const auto free = CheckFolder(sample.profile.folder);
+  if (!free) return free.Why();
+  fs::create_directories(sample.profile.folder, error);
+  if (error) return SystemFailure(sample.profile.folder, error.value());
+  auto lock = ProfileLock::Take(sample.profile);
+  if (!lock) return lock.Why();
   const auto cleared = ClearFolder(sample.profile.folder);
   if (!cleared) return cleared.Why();
   const auto written = WriteFiles(sample);
   if (!written) return written.Why();
-  const auto run = EngineRun::Start(sample.profile, RunMode::kWriting, messages);
+  const auto run = EngineRun::Start(sample.profile, RunMode::kWriting, messages, std::move(*lock));
   if (!run) return run.Why();
   const auto added = AddCards(**run, sample);
   if (!added) return added.Why();
+  if (const auto lost = (*run)->RegistryFailure()) return *lost;
   return sample;
 }
 

@@ -20,10 +20,15 @@ Watched& TheWatched() {
   return *watched;
 }
 
+// Without those that are ignored, as SIGHUP is by what is to outlive its terminal.
 sigset_t EndingSignals() {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action {};
+    const bool ignored = ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+    if (!ignored) sigaddset(&signals, signal);
+  }
   return signals;
 }
 
@@ -60,9 +65,12 @@ void Watch() {
 }  // namespace
 
 void WatchForSignals() {
-  const sigset_t signals = EndingSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread(Watch).detach();
+  static std::once_flag once;
+  std::call_once(once, [] {
+    const sigset_t signals = EndingSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread(Watch).detach();
+  });
 }
 
 void RemoveOnSignal(const std::filesystem::path& folder) {

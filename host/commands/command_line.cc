@@ -14,6 +14,9 @@ constexpr const char* kAbout =
 constexpr const char* kAfterword =
     "Exit codes: 0 done, 1 failed, 2 called in a wrong way, 4 some records could not be read.";
 
+constexpr const char* kProfileHint =
+    "The profile is given by -p,--profile DIR, or by PAIRWISE_PROFILE.";
+
 }  // namespace
 
 int RunCommandLine(int argc, const char* const* argv, const Console& console) {
@@ -36,6 +39,11 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddExportCommand(app, line);
   AddDriveCommand(app, line);
   AddOrganiserCommand(app, line);
+  // Their own help doesn't list the program's options.
+  for (CLI::App* command : app.get_subcommands({})) {
+    const std::string own = command->get_footer();
+    command->footer((own.empty() ? "" : own + "\n") + kProfileHint);
+  }
 
   try {
     app.parse(argc, argv);

@@ -1,9 +1,15 @@
 #include "host/drive.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+#include <iostream>
+
 #include <CLI/CLI.hpp>
 
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
+#include "host/native_file.h"
 
 // `pairwise drive`: the engine's calls as JSON lines.
 namespace pw {
@@ -14,6 +20,11 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
   command->callback([&line] {
     line.chosen = [&line] {
       const Console& console = line.console;
+      // A closed or unreadable input is no empty one: nothing of what was meant would be done.
+      char nothing = 0;
+      if (&console.in == &std::cin && ::read(STDIN_FILENO, &nothing, 0) != 0) {
+        return console.Fail(SystemFailure("standard input", errno));
+      }
       return WithRun(line, RunMode::kWriting, [&](EngineRun& run) {
         return RunDrive(run.Objects(), console.in, console.out);
       });

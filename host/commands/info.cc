@@ -20,7 +20,8 @@ std::string Counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-std::string TypeSummary(EngineRun& run, const Console& console, const std::string& type) {
+std::string TypeSummary(EngineRun& run, const Console& console, const std::string& type,
+                        bool& anyLeftOut) {
   PWSourceCategoryVector categories;
   if (run.Manager().ListCategories(type.c_str(), categories) != kResultOk) return "not served yet";
   std::size_t records = 0;
@@ -33,6 +34,7 @@ std::string TypeSummary(EngineRun& run, const Console& console, const std::strin
   }
   std::string text = Counted(categories.Count(), "category", "categories") + ", " +
                      Counted(records, "record", "records");
+  if (unreadable > 0) anyLeftOut = true;
   if (unreadable > 0) text += ", " + Counted(unreadable, "file", "files") + " unreadable";
   return text;
 }
@@ -48,10 +50,11 @@ int Info(EngineRun& run, const CommandLine& line) {
                        (manager.IsInstalled() ? " (installed)" : " (not installed here)"));
   const std::string folder = run.Objects().config.String(PWConfig::kDataFolder).Str();
   print("Data", CodePageToUtf8(folder) + ", which is " + run.NativePathOf(folder));
+  bool anyLeftOut = false;
   for (const std::string& type : TypeNames(manager)) {
-    print(type, TypeSummary(run, line.console, type));
+    print(type, TypeSummary(run, line.console, type, anyLeftOut));
   }
-  return kExitDone;
+  return anyLeftOut ? kExitSomeSkipped : kExitDone;
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ std::optional<std::uint32_t> ProductNumber(Registry& registry, const Product& pr
 std::optional<std::string> OldDataFolder(Registry& registry, const Product& product) {
   const auto key = registry.Open(InstallKey(product), RegistryAccess::kRead);
   auto folder = key == nullptr ? std::nullopt : ReadText(*key, "InstallDir");
-  if (!folder || folder->size() < 2 || (*folder)[1] != ':') return {};
+  if (!folder || folder->size() < 3 || folder->compare(1, 2, ":\\") != 0) return {};
   if (folder->back() == '\\') folder->pop_back();
   return *folder + "\\UserData";
 }
@@ -65,6 +65,9 @@ Outcome<OldMachine> AskRegistry(const fs::path& file, const Product* wanted) {
 }
 
 Outcome<Done> WriteProfile(const Profile& profile, std::string_view registry) {
+  const std::string description = RenderProfile(profile);
+  const auto readable = ParseProfile(description, profile.folder);
+  if (!readable) return Failure{"no profile can be made of this: " + readable.Why().message};
   std::error_code error;
   for (const fs::path& file : {profile.DescriptionFile(), profile.RegistryFile()}) {
     if (fs::exists(file, error)) return Failure{file.string() + ": already there"};
@@ -74,7 +77,7 @@ Outcome<Done> WriteProfile(const Profile& profile, std::string_view registry) {
   // The description comes last: with it the profile is one.
   auto written = WriteNativeFile(profile.RegistryFile(), registry);
   if (!written) return written;
-  return WriteNativeFile(profile.DescriptionFile(), RenderProfile(profile));
+  return WriteNativeFile(profile.DescriptionFile(), description);
 }
 
 int Init(const CommandLine& line, const InitOptions& options) {

@@ -24,34 +24,53 @@ struct ListOptions {
   bool table = false;
 };
 
-// All field names of the categories, in the order in which they first occur, each with its column.
-struct Columns {
-  std::vector<std::string> names;
-  std::unordered_map<std::string, std::size_t> places;
-
-  void Add(const std::string& name) {
-    if (places.try_emplace(name, names.size()).second) names.push_back(name);
+// The columns of all categories' fields, in the order in which they first occur. Where a category
+// has several fields of a name, each has a column.
+class Columns {
+ public:
+  // Where each of a category's fields stands.
+  std::vector<std::size_t> Add(const std::vector<std::string>& fields) {
+    std::vector<std::size_t> columns;
+    std::unordered_map<std::string, std::size_t> seen;
+    for (const std::string& name : fields) {
+      std::vector<std::size_t>& ofName = places[name];
+      const std::size_t before = seen[name]++;
+      if (before == ofName.size()) {
+        ofName.push_back(names.size());
+        names.push_back(name);
+      }
+      columns.push_back(ofName[before]);
+    }
+    return columns;
   }
+
+  const std::vector<std::string>& Names() const { return names; }
+
+ private:
+  std::vector<std::string> names;
+  std::unordered_map<std::string, std::vector<std::size_t>> places;
 };
 
 TextTable ContactTable(const std::vector<CategoryContacts>& categories, bool withCategory) {
   Columns columns;
+  std::vector<std::vector<std::size_t>> places;
+  places.reserve(categories.size());
   for (const CategoryContacts& category : categories) {
-    for (const std::string& name : category.fieldNames) columns.Add(name);
+    places.push_back(columns.Add(category.fieldNames));
   }
   TextTable table;
   if (withCategory) table.heading.emplace_back("Category");
   table.heading.emplace_back("ID");
   const std::size_t fixed = table.heading.size();
-  table.heading.insert(table.heading.end(), columns.names.begin(), columns.names.end());
-  for (const CategoryContacts& category : categories) {
+  table.heading.insert(table.heading.end(), columns.Names().begin(), columns.Names().end());
+  for (std::size_t at = 0; at < categories.size(); ++at) {
+    const CategoryContacts& category = categories[at];
     for (const Contact& contact : category.contacts) {
       std::vector<std::string> row(table.heading.size());
       if (withCategory) row[0] = category.name;
       row[fixed - 1] = contact.id;
-      for (const auto& [name, value] : contact.fields) {
-        const auto column = columns.places.find(name);
-        if (column != columns.places.end()) row[fixed + column->second] = value;
+      for (std::size_t i = 0; i < contact.fields.size(); ++i) {
+        row[fixed + places[at][i]] = contact.fields[i].second;
       }
       table.rows.push_back(std::move(row));
     }

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -109,13 +110,33 @@ class StandIn : public WindowHandler {
 // What a signal ends.
 WindowServer* runningServer = nullptr;
 
-void StopOnSignals(WindowServer& server) {
-  runningServer = &server;
-  struct sigaction action {};
-  action.sa_handler = [](int) { runningServer->Stop(); };
-  sigemptyset(&action.sa_mask);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(signal, &action, nullptr);
-}
+// As long as it lives, a signal that would end the process stops the server. It must go before the
+// server does.
+class StopOnSignals {
+ public:
+  explicit StopOnSignals(WindowServer& server) {
+    runningServer = &server;
+    struct sigaction action {};
+    action.sa_handler = [](int) { runningServer->Stop(); };
+    sigemptyset(&action.sa_mask);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+      struct sigaction before {};
+      ::sigaction(signal, nullptr, &before);
+      if (before.sa_handler == SIG_IGN) continue;
+      ::sigaction(signal, &action, nullptr);
+      replaced.emplace_back(signal, before);
+    }
+  }
+  ~StopOnSignals() {
+    for (const auto& [signal, before] : replaced) ::sigaction(signal, &before, nullptr);
+    runningServer = nullptr;
+  }
+  StopOnSignals(const StopOnSignals&) = delete;
+  StopOnSignals& operator=(const StopOnSignals&) = delete;
+
+ private:
+  std::vector<std::pair<int, struct sigaction>> replaced;
+};
 
 int Organiser(const CommandLine& line, const OrganiserOptions& options) {
   const Console& console = line.console;
@@ -137,7 +158,7 @@ int Organiser(const CommandLine& line, const OrganiserOptions& options) {
   WindowServer server(DefaultWindowsFolder(), window);
   if (const auto error = server.Error()) return console.Fail({*error});
   window.SetServer(server);
-  StopOnSignals(server);
+  const StopOnSignals stopOnSignals(server);
   console.out << "ready" << std::endl;
   server.Serve();
   return kExitDone;
@@ -161,7 +182,9 @@ void AddOrganiserCommand(CLI::App& app, CommandLine& line) {
       ->allow_extra_args(false)
       ->type_name("STEP=N");
   command->add_flag("--disabled", options->disabled, "Be as if a dialog were open");
-  command->add_option("--count", options->count, "End after that many messages")->type_name("N");
+  command->add_option("--count", options->count, "End after that many messages")
+      ->check(CLI::PositiveNumber)
+      ->type_name("N");
   command->callback(
       [&line, options] { line.chosen = [&line, options] { return Organiser(line, *options); }; });
 }

@@ -15,6 +15,7 @@ int WithRun(const CommandLine& line, RunMode mode, const std::function<int(Engin
   if (!run) return console.Fail(run.Why());
   const int code = work(**run);
   (*run)->ShowLog();
+  if (const auto lost = (*run)->RegistryFailure()) return console.Fail(*lost);
   return code;
 }
 

@@ -74,8 +74,11 @@ Outcome<std::optional<Found>> FindIn(EngineRun& run, const PWSourceCategory& cat
   if (!opened) return opened.Why();
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
-  auto contact = ReadContact(*opened->source);
-  if (!contact) return Failure{"record " + options.id + " can't be read"};
+  auto contact = ReadContact(*opened->source, FieldNames(run, category));
+  if (!contact) {
+    return Failure{run.NativePathOf(category.Location.Str()) + ": record " + options.id +
+                   " can't be read"};
+  }
   return std::optional<Found>(Found{CodePageToUtf8(category.Name.View()), std::move(*contact)});
 }
 
@@ -83,9 +86,15 @@ int Show(EngineRun& run, const Console& console, const ShowOptions& options) {
   const auto categories = ChooseCategories(run.Manager(), options.type, options.category);
   if (!categories) return console.Fail(categories.Why());
   std::optional<Found> found;
+  bool anyLeftOut = false;
   for (std::uint32_t i = 0; i < categories->Count(); ++i) {
     auto here = FindIn(run, *categories->At(i), options);
-    if (!here) return console.Fail(here.Why());
+    if (!here) {
+      const int failed = console.Fail(here.Why());
+      if (categories->Count() == 1) return failed;
+      anyLeftOut = true;
+      continue;
+    }
     if (*here && found) {
       return console.Fail({"record " + options.id + " is in '" + found->category + "' and in '" +
                            (*here)->category + "'; say which by --category"});
@@ -94,7 +103,7 @@ int Show(EngineRun& run, const Console& console, const ShowOptions& options) {
   }
   if (!found) return console.Fail({"there is no " + options.type + " record " + options.id});
   Print(console.out, *found);
-  return kExitDone;
+  return anyLeftOut ? kExitSomeSkipped : kExitDone;
 }
 
 }  // namespace

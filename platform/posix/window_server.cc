@@ -32,8 +32,8 @@ std::string LastError(const std::string& what) {
   return what + ": " + std::generic_category().message(errno);
 }
 
-// The process's signals go on to the threads that it had before. Not joinable if the system gives no
-// thread.
+// The process's signals go on to the threads that it had before. Not joinable if the system gives
+// no thread.
 template <class Work>
 std::thread StartWithoutSignals(Work work) {
   sigset_t all;

@@ -138,6 +138,18 @@ TEST(Commands, ShowWhatTheCardfileHolds) {
   EXPECT_NE(csv.out.find("Bücher"), std::string::npos) << csv.out;
 }
 
+TEST(Commands, KeepFieldsOfOneNameApart) {
+  const Sample sample;
+  auto cards = test::ThreeCards();
+  cards.names = "First Name\r\nPhone\r\nPhone\r\n";
+  sample.folder.Put("c/Data/Friends.WMCard", cards.Build());
+  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact"});
+  EXPECT_NE(list.out.find("\tPhone\tPhone\tContact Log\n"), std::string::npos) << list.out;
+  EXPECT_NE(list.out.find("\t7\tAnn\tAbel\tAcme Second line\t"), std::string::npos) << list.out;
+  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
+  EXPECT_NE(show.out.find("Abel\nPhone        Acme\n"), std::string::npos) << show.out;
+}
+
 TEST(Commands, ExitAsTheyEndAndSayWhyInOneLine) {
   const Sample sample;
   sample.folder.Put("bad/profile.toml", "codepage = 1\n");
@@ -159,6 +171,7 @@ TEST(Commands, ExitAsTheyEndAndSayWhyInOneLine) {
       {{"-p", profile, "show", "contact", "8"}, 1, "no contact record 8"},
       {{"-p", profile, "export", "contact", "-o", profile + "/none/x"}, 1, profile + "/none/x: No"},
       {{"organiser", "--answer-to", "1"}, 2, "STEP=N"},
+      {{"organiser", "--count", "0"}, 2, "--count"},
       {{"--profile", profile, "init", "--data", profile}, 1, "profile.toml: already there"},
       {{"demo", profile}, 1, profile + ": already there"},
   };
@@ -179,6 +192,11 @@ TEST(Commands, NameADamagedFileAndGoOnWithTheOthers) {
   EXPECT_EQ(all.code, 4);
   EXPECT_NE(all.messages.find(complaint), std::string::npos) << all.messages;
   EXPECT_NE(all.out.find("Abel"), std::string::npos);
+  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "info"}).code, 4);
+  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
+  EXPECT_EQ(show.code, 4);
+  EXPECT_NE(show.messages.find(complaint), std::string::npos) << show.messages;
+  EXPECT_NE(show.out.find("Abel"), std::string::npos);
   const Finished one = RunPairwise({"-p", sample.Folder(), "list", "contact", "Broken"});
   EXPECT_EQ(one.code, 1);
   EXPECT_NE(one.messages.find(complaint), std::string::npos) << one.messages;

@@ -110,6 +110,9 @@ TEST(Drive, KeepsASecondWriterAwayButNoReader) {
   EXPECT_EQ(second.messages,
             "pairwise: " + sample.Folder() + ": another run is changing this profile's data\n");
   EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "list", "contact"}).code, 0);
+  sample.folder.Put(".pairwise-demo", "");
+  EXPECT_EQ(RunPairwise({"demo", sample.Folder()}).messages, second.messages);
+  EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), test::ThreeCards().Build());
   first.Write("{\"op\":\"close\"}\n");
   EXPECT_EQ(first.Finish().code, 0);
   EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "drive"}, "").code, 0);

@@ -299,7 +299,7 @@ TEST_F(DriveTest, HasOneSourceOrNone) {
       {R"({"op":"open","type":"memo","location":"x"})",
        R"({"error":"there is no source for type \"memo\""})"},
       {R"({"op":"open","type":"contact"})", R"({"error":"\"location\" is missing"})"},
-      {R"({"op":"open","type":"timezone"})", R"({"result":0})"},
+      {R"({"op":"open","type":"timezone","location":5})", R"({"result":0})"},
       {R"({"op":"open","type":"contact","location":"x"})",
        R"({"error":"a source is already open"})"},
       {R"({"op":"read"})", R"({"error":"records of type \"timezone\" can't be passed"})"},

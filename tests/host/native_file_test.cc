@@ -1,6 +1,8 @@
 #include "host/native_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +29,22 @@ TEST(NativeFile, IsReplacedWholeAndKeepsItsRights) {
   EXPECT_TRUE(fs::is_symlink(folder.Path() / "link.vcf"));
   EXPECT_EQ(fs::status(folder.Path() / "out.vcf").permissions(), fs::perms(0640));
   EXPECT_EQ(FilesIn(folder.Path()), 2U);
+}
+
+TEST(NativeFile, ThatIsAPipeOrADanglingLinkStaysOne) {
+  const TempFolder folder;
+  const fs::path pipe = folder.Path() / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const Descriptor reader(::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  ASSERT_TRUE(WriteNativeFile(pipe, "bytes"));
+  char got[8] = {};
+  EXPECT_EQ(::read(reader.Number(), got, sizeof got), 5);
+  EXPECT_EQ(std::string(got), "bytes");
+  EXPECT_TRUE(fs::is_fifo(pipe));
+  fs::create_symlink("new.vcf", folder.Path() / "link.vcf");
+  ASSERT_TRUE(WriteNativeFile(folder.Path() / "link.vcf", "x"));
+  EXPECT_TRUE(fs::is_symlink(folder.Path() / "link.vcf"));
+  EXPECT_EQ(folder.Get("new.vcf"), "x");
 }
 
 TEST(NativeFile, ThatCannotBeWrittenLeavesNothingBehind) {
