@@ -7,9 +7,9 @@
 
 namespace pw::cardfile {
 
-// Finds cards by their id. Cards are known by their slot, which never changes; the slots added come in
-// rising order. A damaged or foreign file may give one id to many cards, of which the first counts.
-// Every operation takes constant time.
+// Finds cards by their id. Cards are known by their slot, which never changes; the slots added come
+// in rising order. A damaged or foreign file may give one id to many cards, of which the first
+// counts. Every operation takes constant time.
 class IdIndex {
  public:
   void Reserve(std::size_t cards);
