@@ -85,6 +85,9 @@ std::optional<Failure> EngineRun::StartMachine(RunMode mode) {
   options.registry.file = profile.RegistryFile();
   options.registry.mode = writing ? RegistryMode::kReadWrite : RegistryMode::kOverlay;
   options.registry.warn = [this](const std::string& warning) {
+    // What can't be saved is told once, by whoever asks at the end of the run.
+    const auto lost = machine == nullptr ? std::nullopt : machine->Registry().SaveFailure();
+    if (lost && warning.starts_with(*lost)) return;
     messages << "pairwise: " << warning << "\n";
   };
   if (writing) options.windowsFolder = DefaultWindowsFolder();

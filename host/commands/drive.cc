@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
@@ -26,7 +27,12 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
         return console.Fail(SystemFailure("standard input", errno));
       }
       return WithRun(line, RunMode::kWriting, [&](EngineRun& run) {
-        return RunDrive(run.Objects(), console.in, console.out);
+        const int code = RunDrive(run.Objects(), console.in, console.out);
+        // Nor is one that fails half-way an input that ended.
+        if (&console.in == &std::cin && std::ferror(stdin) != 0) {
+          return console.Fail(SystemFailure("standard input", EIO));
+        }
+        return code;
       });
     };
   });

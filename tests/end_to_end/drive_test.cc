@@ -1,3 +1,6 @@
+#include <signal.h>
+#include <sys/resource.h>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -81,6 +84,32 @@ TEST(Drive, MakesTheCallsOfARunOnACardfile) {
   EXPECT_EQ(Talked(sample, talk).code, 0);
 }
 
+TEST(Drive, TellsTimesInTheZoneOfTZ) {
+  const Sample sample;
+  const struct {
+    const char* zone;
+    const char* first;
+    const char* changed;
+  } cases[] = {
+      {"UTC0", "1999-01-22T10:13:20", "1999-07-01T00:00:00"},
+      {"<+0545>-5:45", "1999-01-22T15:58:20", "1999-07-01T05:45:00"},
+      {"EST5EDT,M4.1.0,M10.5.0", "1999-01-22T05:13:20", "1999-06-30T20:00:00"},
+  };
+  for (const auto& each : cases) {
+    ::setenv("TZ", each.zone, 1);
+    const auto stamp = [](const std::string& time) { return R"({"stamp":")" + time + "\"}"; };
+    Talked(sample, {
+                       {R"({"op":"now","seconds":930787200})", "{}"},
+                       {kOpen, kOk},
+                       {R"({"op":"first"})", kOk},
+                       {R"({"op":"stamp"})", stamp(each.first)},
+                       {R"({"op":"update","record":{}})", kOk},
+                       {R"({"op":"stamp"})", stamp(each.changed)},
+                   });
+  }
+  ::unsetenv("TZ");
+}
+
 TEST(Drive, GoesOnAfterAnErrorAndDropsWhatIsNotClosed) {
   const Sample sample;
   const Finished run = Talked(sample, {
@@ -98,6 +127,39 @@ TEST(Drive, WritesTheRegistryOfTheProfile) {
   const Sample sample;
   EXPECT_EQ(Talked(sample, {{R"({"op":"clearnames"})", kOk}}).code, 0);
   EXPECT_NE(sample.folder.Get("registry.reg").find("\"SyncCatNames\"=\"\""), std::string::npos);
+}
+
+// The disk is as good as full for this process and those that it starts, for files of that size.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t size) {
+    ::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{size, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before); }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit before{};
+};
+
+TEST(Drive, FailsWhereTheRegistryCannotBeSaved) {
+  const Sample sample;
+  const std::string registry =
+      sample.folder.Get("registry.reg") + "; " + std::string(1 << 16, 'x') + "\r\n";
+  sample.folder.Put("registry.reg", registry);
+  Finished run;
+  {
+    const FullDisk disk(1 << 12);
+    run = Talked(sample, {{R"({"op":"clearnames"})", kOk}, {R"({"op":"clearnames"})", kOk}});
+  }
+  EXPECT_EQ(run.code, 1);
+  EXPECT_EQ(run.messages, "pairwise: " + sample.Folder() +
+                              "/registry.reg: it can't be written: File too large\n");
+  EXPECT_EQ(sample.folder.Get("registry.reg"), registry);
 }
 
 TEST(Drive, KeepsASecondWriterAwayButNoReader) {

@@ -1,15 +1,13 @@
 #include <signal.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "base/process_wide.h"
-#include "framework/engine_context.h"
-#include "platform/posix/machine.h"
-#include "platform/posix/window_folder.h"
+#include "host/engine_run.h"
 #include "plugin/handshake.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
@@ -17,20 +15,17 @@
 namespace pw {
 namespace {
 
-// This process has a word with an organiser that is another one, over the machine's own services.
+// This process has a word with an organiser that is another one, as in a run of the host's.
 class OrganiserTest : public ::testing::Test {
  protected:
-  OrganiserTest() {
-    ::setenv("XDG_RUNTIME_DIR", sample.Folder().c_str(), 1);
-    MachineOptions options;
-    options.registry.file = sample.folder.Path() / "registry.reg";
-    options.windowsFolder = DefaultWindowsFolder();
-    machine = std::make_unique<Machine>(options);
-    previous = SetPlatform(machine->Services());
-  }
-  ~OrganiserTest() override {
-    ResetProcessWideState();
-    SetPlatform(previous);
+  OrganiserTest() { ::setenv("XDG_RUNTIME_DIR", sample.Folder().c_str(), 1); }
+
+  std::unique_ptr<EngineRun> Run(RunMode mode) {
+    const auto profile = ReadProfile(sample.Folder());
+    EXPECT_TRUE(profile);
+    auto run = EngineRun::Start(*profile, mode, messages);
+    EXPECT_TRUE(run) << run.Why().message;
+    return std::move(*run);
   }
 
   std::unique_ptr<Process> Start(std::vector<std::string> options) {
@@ -41,28 +36,28 @@ class OrganiserTest : public ::testing::Test {
   }
 
   const Sample sample;
-  std::unique_ptr<Machine> machine;
-  Platform previous;
+  std::ostringstream messages;
 };
 
 TEST_F(OrganiserTest, HearsEachStepAndFindsTheNotes) {
   const auto organiser = Start({"--answer-to", "1=5", "--count", "4"});
+  const auto run = Run(RunMode::kWriting);
   EXPECT_EQ(NotifyOrganiserOpen("C:\\Data\\M\xFCller.WMCard", 0, kContactFiles, false),
             kOrganiserAgrees);
   EXPECT_FALSE(NotifyOrganiserLock(0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(true, 0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(false, 0, false));
-  const Finished run = organiser->Finish();
-  EXPECT_EQ(run.code, 0);
+  const Finished heard = organiser->Finish();
+  EXPECT_EQ(heard.code, 0);
   // The message's number, which depends on its name alone.
-  const std::string number = run.out.substr(0, run.out.find(','));
+  const std::string number = heard.out.substr(0, heard.out.find(','));
   EXPECT_EQ(number.rfind("message 0x", 0), 0U);
-  EXPECT_EQ(run.out, number + ", step 0: a source wants the files; answered 0\n" +
-                         "  Cardfile      C:\\Data\\Müller.WMCard\n" + number +
-                         ", step 1: the source opens the files now; answered 5\n" + number +
-                         ", step 2: the source is done, the files may be taken back; answered 0\n" +
-                         number +
-                         ", step 3: the source gives up, the files are as they were; answered 0\n");
+  EXPECT_EQ(heard.out,
+            number + ", step 0: a source wants the files; answered 0\n" +
+                "  Cardfile      C:\\Data\\Müller.WMCard\n" + number +
+                ", step 1: the source opens the files now; answered 5\n" + number +
+                ", step 2: the source is done, the files may be taken back; answered 0\n" + number +
+                ", step 3: the source gives up, the files are as they were; answered 0\n");
   EXPECT_NE(
       sample.folder.Get("registry.reg").find("\"Cardfile\"=\"C:\\\\Data\\\\M\xFCller.WMCard\""),
       std::string::npos);
@@ -70,15 +65,31 @@ TEST_F(OrganiserTest, HearsEachStepAndFindsTheNotes) {
 
 TEST_F(OrganiserTest, ThatIsDisabledMakesTheSourceWait) {
   const auto organiser = Start({"--disabled"});
+  const auto run = Run(RunMode::kWriting);
+  const auto open = [] { return NotifyOrganiserOpen("C:\\x", 0, kContactFiles, false); };
   // Without windows of our own the organiser's dialog could be ours.
-  EXPECT_EQ(NotifyOrganiserOpen("C:\\x", 0, kContactFiles, false), kOrganiserAgrees);
-  PosixWindows& windows = machine->Windows();
-  const WindowId grandparent = windows.AddLocalWindow(kNoWindow);
-  Engine().mainWindow.emplace(windows.AddLocalWindow(windows.AddLocalWindow(grandparent)));
-  EXPECT_EQ(NotifyOrganiserOpen("C:\\x", 0, kContactFiles, false), kOrganiserBusy);
+  EXPECT_EQ(open(), kOrganiserAgrees);
+  run->Objects().setWindowChain(true);
+  EXPECT_EQ(open(), kOrganiserBusy);
+  run->Objects().setWindowChain(false);
+  EXPECT_EQ(open(), kOrganiserAgrees);
   organiser->Signal(SIGINT);
   EXPECT_EQ(organiser->Finish().code, 0);
-  EXPECT_EQ(NotifyOrganiserOpen("C:\\x", 0, kContactFiles, false), kOrganiserOther);
+  EXPECT_EQ(open(), kOrganiserOther);
+}
+
+TEST_F(OrganiserTest, HearsNothingOfARunThatReads) {
+  const auto organiser = Start({});
+  const std::string registry = sample.folder.Get("registry.reg");
+  {
+    const auto run = Run(RunMode::kReading);
+    EXPECT_EQ(NotifyOrganiserOpen("C:\\x", 0, kContactFiles, false), kOrganiserOther);
+    EXPECT_EQ(run->Manager().ClearSyncCategoryNames(), kResultOk);
+    EXPECT_FALSE(run->RegistryFailure());
+  }
+  organiser->Signal(SIGINT);
+  EXPECT_EQ(organiser->Finish().out, "");
+  EXPECT_EQ(sample.folder.Get("registry.reg"), registry) << "what the module writes is forgotten";
 }
 
 }  // namespace

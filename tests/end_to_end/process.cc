@@ -22,6 +22,10 @@ std::string ReadAll(FILE* file) {
   ::dup2(in, STDIN_FILENO);
   ::dup2(out, STDOUT_FILENO);
   ::dup2(messages, STDERR_FILENO);
+  // Signals that are blocked here are to reach it all the same.
+  sigset_t none;
+  ::sigemptyset(&none);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);
   if (user == 0 || (::setgid(user) == 0 && ::setuid(user) == 0)) {
     ::execv(PAIRWISE, arguments.data());
   }

@@ -29,7 +29,7 @@ class FakeSource : public PWSource {
   }
   PWRESULT CloseSource() override {
     done.emplace_back("close");
-    return kResultOk;
+    return Category->Location == "full disk" ? kResultFailed : kResultOk;
   }
   PWRESULT AddRecord(PWRecord& record) override {
     const PWString* value = record.FindField("N");
@@ -296,6 +296,9 @@ TEST_F(DriveTest, HasOneSourceOrNone) {
   Expect({
       {R"({"op":"open","type":"contact","location":"missing"})", R"({"result":7})"},
       {R"({"op":"first"})", R"({"error":"no source is open"})"},
+      {R"({"op":"open","type":"contact","location":"full disk"})", R"({"result":0})"},
+      {R"({"op":"close"})", R"({"result":1})"},
+      {R"({"op":"close"})", R"({"error":"no source is open"})"},
       {R"({"op":"open","type":"memo","location":"x"})",
        R"({"error":"there is no source for type \"memo\""})"},
       {R"({"op":"open","type":"contact"})", R"({"error":"\"location\" is missing"})"},
