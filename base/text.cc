@@ -39,6 +39,12 @@ std::string_view WithoutLeadingSpace(std::string_view text) {
   return text;
 }
 
+std::string_view Trimmed(std::string_view text) {
+  text = WithoutLeadingSpace(text);
+  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::int32_t ParseLong(std::string_view text) {
   text = WithoutLeadingSpace(text);
   bool negative = false;

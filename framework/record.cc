@@ -1,5 +1,7 @@
 #include "framework/record.h"
 
+#include <cstring>
+
 PWRecord::PWRecord(const PWRecord& other) : PWObject(other) {
   *this = other;
 }
@@ -13,6 +15,11 @@ PWRecord& PWRecord::operator=(const PWRecord& other) {
   fields = other.fields;
   fieldIndex = other.fieldIndex;
   return *this;
+}
+
+void PWRecord::SetText(PWPropertyId id, const char* text, std::uint32_t size) {
+  const std::size_t length = text == nullptr ? 0 : strnlen(text, size);
+  Text(id) = std::string_view(text, length);
 }
 
 const PWString* PWRecord::FindField(std::string_view name) const {

@@ -24,6 +24,9 @@ class PWRecord : public PWObject {
     PWString value;
   };
 
+  // The size of a text that is to be taken whole.
+  static constexpr std::uint32_t kWholeText = 0xFFFFFFFF;
+
   PWRecord() = default;
   PWRecord(const PWRecord& other);
 
@@ -34,6 +37,13 @@ class PWRecord : public PWObject {
   PWString& Text(PWPropertyId id) { return texts[id]; }
   PWDateTimeStamp& Stamp(PWPropertyId id) { return stamps[id]; }
   std::int32_t& Number(PWPropertyId id) { return numbers[id]; }
+
+  // Copies a text in: up to its zero byte, and `size` bytes at most. Null is the empty text.
+  void SetText(PWPropertyId id, const char* text, std::uint32_t size = kWholeText);
+
+  // A number as yes or no: yes is stored as 1, and all but 0 is yes.
+  bool Flag(PWPropertyId id) { return Number(id) != 0; }
+  void SetFlag(PWPropertyId id, bool value) { Number(id) = value ? 1 : 0; }
 
   // The recurrence pattern of an event, or null. It must be cloneable.
   PWObject* Pattern() const { return pattern.get(); }

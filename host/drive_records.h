@@ -11,7 +11,7 @@ namespace pw {
 struct RecordForm {
   std::string_view type;
 
-  Json (*toJson)(const PWRecord& record);
+  Json (*toJson)(PWRecord& record);
 
   // Sets what the object names; anything else keeps a fresh record's value. What can't be set is
   // remembered by `fields`.

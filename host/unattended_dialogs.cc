@@ -8,15 +8,16 @@
 
 namespace pw {
 
-BoxAnswer UnattendedDialogs::ShowMessage(WindowId /*parent*/, const std::string& text,
-                                         std::uint32_t flags) {
+BoxAnswer UnattendedDialogs::ShowMessage(WindowId /*parent*/, const std::string& title,
+                                         const std::string& text, std::uint32_t flags) {
   const bool yesNo = (flags & kBoxButtonsMask) == kBoxYesNo;
   const bool okOnly = (flags & kBoxButtonsMask) == kBoxOk;
+  const std::string titled = WithTitle(title, text);
   if (yesNo) {
-    Say(text, "No");
+    Say(titled, "No");
     return BoxAnswer::kNo;
   }
-  Say(text, okOnly ? "OK" : "Cancel");
+  Say(titled, okOnly ? "OK" : "Cancel");
   return okOnly ? BoxAnswer::kOk : BoxAnswer::kCancel;
 }
 

@@ -21,7 +21,8 @@ class UnattendedDialogs : public DialogsWrapper {
   // that the list doesn't have cancels the sheet. Without a value sheets are cancelled.
   void ChooseFromLists(std::optional<std::int32_t> entry) { chosenEntry = entry; }
 
-  BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) override;
+  BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
+                        std::uint32_t flags) override;
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override;
   std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
                                           const std::string& startFolder,

@@ -31,6 +31,11 @@ constexpr BoxAnswer SafeAnswer(std::uint32_t flags) {
   return BoxAnswer::kOk;
 }
 
+// How a box reads in a run of text: "Title: text", or the text alone.
+inline std::string WithTitle(const std::string& title, const std::string& text) {
+  return title.empty() ? text : title + ": " + text;
+}
+
 enum class ControlKind { kLabel, kChoice, kText, kList, kButton };
 
 // A numbered control of a page. What it holds is the page's; the dialogs show it and change `text`
@@ -73,9 +78,10 @@ class Dialogs {
  public:
   virtual ~Dialogs() = default;
 
-  // Shows a text and returns the button. Where nobody can answer, it is the safe one: No, Cancel,
-  // or OK where there is no other.
-  virtual BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) = 0;
+  // Shows a text under a title, which may be empty, and returns the button. Where nobody can
+  // answer, it is the safe one: No, Cancel, or OK where there is no other.
+  virtual BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
+                                std::uint32_t flags) = 0;
 
   // Shows a sheet until it is left. Where nobody can answer it is left by Cancel.
   virtual SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) = 0;
@@ -99,8 +105,9 @@ class DialogsWrapper : public Dialogs {
  public:
   explicit DialogsWrapper(Dialogs& target) : target(target) {}
 
-  BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) override {
-    return target.ShowMessage(parent, text, flags);
+  BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
+                        std::uint32_t flags) override {
+    return target.ShowMessage(parent, title, text, flags);
   }
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override {
     return target.ShowSheet(parent, sheet);

@@ -83,6 +83,12 @@ pw::ProcessWide<PWString> displayName;
 
 }  // namespace
 
+std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
+  const Edition* edition = code == product::kUnknown ? nullptr : FindEdition(code);
+  if (edition == nullptr) return std::nullopt;
+  return edition->mainKey;
+}
+
 bool IsVersion50() {
   constexpr std::uint32_t kVersion50 = 50;
   const auto key = pw::CurrentPlatform().registry->Open(LoadString(strings::kVersionKey).Str(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 // Which edition of the organiser is served, and where its program and data lie.
@@ -16,6 +17,9 @@ inline constexpr std::int32_t kDesktop = 2;
 inline constexpr std::int32_t kWingmate99 = 3;
 
 }  // namespace product
+
+// The number of the text that is the main key of an edition; nothing for one that isn't known.
+std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code);
 
 // Whether the organiser writes the files of data version 50. Asked of the registry at each call,
 // and always of the desktop edition's key, whichever edition runs.

@@ -115,6 +115,10 @@ bool Tell(Step step, std::uint32_t message, bool skip) {
 
 }  // namespace
 
+bool IsOrganiserRunning() {
+  return pw::CurrentPlatform().windows->Find(kWindowClass) != pw::kNoWindow;
+}
+
 std::int32_t NotifyOrganiserOpen(const char* path, std::uint32_t message, std::int32_t kind,
                                  bool skip) {
   if (skip) return kOrganiserOther;

@@ -23,6 +23,9 @@ enum OrganiserReply : std::int32_t {
   kOrganiserAgrees = 2,
 };
 
+// Whether an organiser runs at all.
+bool IsOrganiserRunning();
+
 // A source wants the files of `kind` at `path`; the notes about them are written, then the
 // organiser is asked. `message` is the number of the registered message, or 0 to have it looked up.
 // With `skip` nothing is done, and the reply is 1.

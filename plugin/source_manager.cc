@@ -6,6 +6,7 @@
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
 #include "plugin/string_table.h"
+#include "timeplace/timezone_source.h"
 
 namespace {
 
@@ -23,7 +24,10 @@ constexpr std::array<DataType, 5> kDataTypes = {{
     {"calendar", nullptr},
     {"todo", nullptr},
     {"memo", nullptr},
-    {"timezone", nullptr},
+    {"timezone",
+     [](WMSourceManager* manager) -> PWSource* {
+       return new (std::nothrow) WMTimezoneSource(manager);
+     }},
 }};
 
 // The calendar and the task list have one category each, and share its file stem.

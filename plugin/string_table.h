@@ -15,7 +15,13 @@ inline constexpr std::uint32_t kNameInformationManager = 101;
 inline constexpr std::uint32_t kNameDesktop = 102;
 inline constexpr std::uint32_t kNameWingmate99 = 8110;
 
+inline constexpr std::uint32_t kPlaceListMagic = 2103;
+inline constexpr std::uint32_t kPlaceListFile = 2104;
+inline constexpr std::uint32_t kData = 2106;
 inline constexpr std::uint32_t kFile = 2107;
+inline constexpr std::uint32_t kCannotFindFile = 2109;
+inline constexpr std::uint32_t kWarning = 2111;
+inline constexpr std::uint32_t kWhichIsRequired = 2112;
 inline constexpr std::uint32_t kOrganiserBusy = 2130;
 
 inline constexpr std::uint32_t kMainKeyInformationManager = 3000;
@@ -28,6 +34,7 @@ inline constexpr std::uint32_t kDefaultUserName = 3013;
 inline constexpr std::uint32_t kFirstName = 8104;
 inline constexpr std::uint32_t kLastName = 8105;
 inline constexpr std::uint32_t kCompany = 8106;
+inline constexpr std::uint32_t kTimezonesReadOnly = 8108;
 inline constexpr std::uint32_t kVersion = 8109;
 inline constexpr std::uint32_t kContactLog = 8121;
 

@@ -180,16 +180,17 @@ std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt) {
   }
 }
 
-BoxAnswer TerminalDialogs::ShowMessage(WindowId /*parent*/, const std::string& text,
-                                       std::uint32_t flags) {
+BoxAnswer TerminalDialogs::ShowMessage(WindowId /*parent*/, const std::string& title,
+                                       const std::string& text, std::uint32_t flags) {
   const std::vector<Button> buttons = ButtonsOf(flags);
   const BoxAnswer safe = SafeAnswer(flags);
+  const std::string titled = WithTitle(title, text);
   if (!somebodyThere) {
-    TellNotAsked(text, std::string(WordFor(buttons, safe)));
+    TellNotAsked(titled, std::string(WordFor(buttons, safe)));
     return safe;
   }
   const Button& byDefault = DefaultOf(buttons, flags);
-  Tell(text);
+  Tell(titled);
   while (true) {
     const auto line = Ask(BoxPrompt(buttons, byDefault));
     if (!line) {

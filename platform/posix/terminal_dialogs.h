@@ -27,7 +27,8 @@ class TerminalDialogs : public Dialogs {
   TerminalDialogs(std::istream& in, std::ostream& out, bool somebodyThere)
       : in(in), out(out), somebodyThere(somebodyThere) {}
 
-  BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) override;
+  BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
+                        std::uint32_t flags) override;
 
   // Goes through the pages in order. A control is worked by its place on the page, counted from 1:
   // choices that stand side by side are one group, of which one is chosen; a list's chosen item

@@ -32,9 +32,9 @@ ScriptedDialogs::~ScriptedDialogs() {
   for (const IconHandle icon : icons) delete icon;
 }
 
-BoxAnswer ScriptedDialogs::ShowMessage(WindowId parent, const std::string& text,
-                                       std::uint32_t flags) {
-  boxes.push_back({parent, text, flags, Help()});
+BoxAnswer ScriptedDialogs::ShowMessage(WindowId parent, const std::string& title,
+                                       const std::string& text, std::uint32_t flags) {
+  boxes.push_back({parent, title, text, flags, Help()});
   return TakeFront(boxAnswers).value_or(SafeAnswer(flags));
 }
 

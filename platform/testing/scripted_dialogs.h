@@ -21,6 +21,7 @@ class ScriptedDialogs : public Dialogs {
 
   struct Box {
     WindowId parent;
+    std::string title;
     std::string text;
     std::uint32_t flags;
     std::string help;  // the context that stood
@@ -62,7 +63,8 @@ class ScriptedDialogs : public Dialogs {
   std::size_t LiveIcons() const { return icons.size(); }
   std::int32_t IconNumber(IconHandle icon) const;
 
-  BoxAnswer ShowMessage(WindowId parent, const std::string& text, std::uint32_t flags) override;
+  BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
+                        std::uint32_t flags) override;
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override;
   std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
                                           const std::string& startFolder,

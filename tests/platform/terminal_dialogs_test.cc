@@ -51,7 +51,7 @@ TEST_F(TerminalDialogsTest, BoxesTakeWordsTheDefaultAndAtTheEndTheSafeAnswer) {
   };
   for (const auto& c : cases) {
     Type(c.typed);
-    EXPECT_EQ(dialogs.ShowMessage(kNoWindow, "Well?", c.flags), c.answer) << c.typed;
+    EXPECT_EQ(dialogs.ShowMessage(kNoWindow, "", "Well?", c.flags), c.answer) << c.typed;
     EXPECT_EQ(out.str().rfind("Well?\n", 0), 0U) << out.str();
   }
 }
@@ -61,10 +61,10 @@ TEST_F(TerminalDialogsTest, TellsWhatTheEndOfTheInputWasTakenAs) {
     return out.str().ends_with(std::string("\nthe input has ended, taken as \"") + taken + "\"\n");
   };
   Type("what\n");
-  dialogs.ShowMessage(kNoWindow, "Well?", kBoxYesNo);
+  dialogs.ShowMessage(kNoWindow, "", "Well?", kBoxYesNo);
   EXPECT_TRUE(ends("no")) << out.str();
   Type("");
-  dialogs.ShowMessage(kNoWindow, "Well?", kBoxOk);
+  dialogs.ShowMessage(kNoWindow, "", "Well?", kBoxOk);
   EXPECT_TRUE(ends("ok")) << out.str();
   Type("");
   dialogs.ChooseFolder(kNoWindow, "Where?", "C:\\Data", nullptr);
@@ -76,10 +76,10 @@ TEST_F(TerminalDialogsTest, TellsWhatTheEndOfTheInputWasTakenAs) {
 
 TEST_F(TerminalDialogsTest, WithNobodyThereOneLineTellsTheSafeAnswer) {
   Type("yes\nyes\n");
-  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "Delete\r\nall?", kBoxYesNo), BoxAnswer::kNo);
+  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "", "Delete\r\nall?", kBoxYesNo), BoxAnswer::kNo);
   EXPECT_EQ(out.str(), "nobody to ask, taken as \"no\": Delete all?\n");
   out.str("");
-  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "a\nb", kBoxOk), BoxAnswer::kOk);
+  EXPECT_EQ(toNobody.ShowMessage(kNoWindow, "", "a\nb", kBoxOk), BoxAnswer::kOk);
   EXPECT_EQ(out.str(), "nobody to ask, taken as \"ok\": a b\n");
   out.str("");
   EXPECT_EQ(toNobody.ChooseFolder(kNoWindow, "Where?", "C:\\Data", nullptr), std::nullopt);
@@ -88,7 +88,7 @@ TEST_F(TerminalDialogsTest, WithNobodyThereOneLineTellsTheSafeAnswer) {
 
 TEST_F(TerminalDialogsTest, ShowsTheCodePageAsUtf8AndNoControlCharacters) {
   Type("\n");
-  dialogs.ShowMessage(kNoWindow, "\x80 \xE4\x1B[2J\x07\x9D\tx\r\ny", kBoxOk);
+  dialogs.ShowMessage(kNoWindow, "", "\x80 \xE4\x1B[2J\x07\x9D\tx\r\ny", kBoxOk);
   EXPECT_EQ(out.str().rfind("\xE2\x82\xAC \xC3\xA4?[2J?? x\ny\n", 0), 0U) << out.str();
 }
 
@@ -116,7 +116,7 @@ TEST_F(TerminalDialogsTest, ChoosesAFolderThatNothingIsToBeComplainedOf) {
 TEST_F(TerminalDialogsTest, HelpIsOfTheInnermostContext) {
   const auto help = [&] {
     Type("?\n\n");
-    dialogs.ShowMessage(kNoWindow, "Well?", kBoxOk);
+    dialogs.ShowMessage(kNoWindow, "", "Well?", kBoxOk);
     return out.str();
   };
   dialogs.EnterHelp("outer");

@@ -37,10 +37,10 @@ TEST(ScriptedDialogs, AnswersAsLaidReadyAndThenSafely) {
   dialogs.boxAnswers = {BoxAnswer::kYes};
   dialogs.sheetAnswers = {[](SheetModel&) { return SheetAnswer::kOk; }};
   dialogs.EnterHelp("context");
-  EXPECT_EQ(dialogs.ShowMessage(kNoWindow, "first", kBoxYesNo), BoxAnswer::kYes);
+  EXPECT_EQ(dialogs.ShowMessage(kNoWindow, "", "first", kBoxYesNo), BoxAnswer::kYes);
   EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), SheetAnswer::kOk);
   dialogs.LeaveHelp();
-  EXPECT_EQ(dialogs.ShowMessage(WindowId{3}, "second", kBoxYesNo), BoxAnswer::kNo);
+  EXPECT_EQ(dialogs.ShowMessage(WindowId{3}, "", "second", kBoxYesNo), BoxAnswer::kNo);
   EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), SheetAnswer::kCancel);
   ASSERT_EQ(dialogs.boxes.size(), 2U);
   EXPECT_EQ(dialogs.boxes[0].help, "context");
