@@ -42,6 +42,10 @@ Outcome<Done> CheckType(PWSourceManager& manager, const std::string& type) {
   return Failure{"there is no type '" + type + "'; the types are " + known};
 }
 
+bool HasCategories(const std::string& type) {
+  return type != "timezone";
+}
+
 Outcome<PWSourceCategoryVector> ListCategories(PWSourceManager& manager, const std::string& type) {
   const auto known = CheckType(manager, type);
   if (!known) return known.Why();
@@ -55,6 +59,10 @@ Outcome<PWSourceCategoryVector> ListCategories(PWSourceManager& manager, const s
 Outcome<PWSourceCategoryVector> ChooseCategories(PWSourceManager& manager, const std::string& type,
                                                  const std::optional<std::string>& word) {
   auto all = ListCategories(manager, type);
+  if (all && !HasCategories(type)) {
+    if (word) return Failure{type + " records have no categories"};
+    all->Append(new PWSourceCategory, false);
+  }
   if (!all || !word) return all;
   const std::string name = Utf8ToCodePageLossy(*word);
   for (const Matches matches : kMatches) {

@@ -12,6 +12,10 @@ namespace pw {
 // A failure names the types that there are.
 Outcome<Done> CheckType(PWSourceManager& manager, const std::string& type);
 
+// Whether a type's records lie in categories. The clocks have none: an empty one, without name and
+// location, stands for them wherever categories are asked for.
+bool HasCategories(const std::string& type);
+
 // All categories of a type.
 Outcome<PWSourceCategoryVector> ListCategories(PWSourceManager& manager, const std::string& type);
 

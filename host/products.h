@@ -26,7 +26,10 @@ const Product* FindProduct(std::string_view name);
 // The key where the edition notes where it was installed.
 std::string InstallKey(const Product& product);
 
-// A registry that knows of the edition and no more, in the registry editor's export format.
-std::string FreshRegistry(const Product& product);
+// A registry that knows of the edition, of its data folder and of the organiser's own city, which
+// may be empty, and no more, in the registry editor's export format. Folder and city are in the
+// organiser's code page.
+std::string FreshRegistry(const Product& product, const std::string& dataFolder,
+                          const std::string& localCity = "");
 
 }  // namespace pw

@@ -62,7 +62,7 @@ Outcome<Done> WriteFiles(const SampleProfile& sample) {
   const std::pair<fs::path, std::string> files[] = {
       {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},
       {sample.cardfile, NewCardFile(names, keys)},
-      {sample.profile.RegistryFile(), FreshRegistry(product)},
+      {sample.profile.RegistryFile(), FreshRegistry(product, kDataFolder)},
       {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
   };
   for (const auto& [file, bytes] : files) {

@@ -40,9 +40,12 @@ void AppendNewNames(const std::vector<std::string>& names, PWStringVector& out) 
 }  // namespace
 
 PWRESULT WMSourceManager::ListCategories(const char* typeName, PWSourceCategoryVector& out) {
-  if (PWString(typeName) == kContactType) {
+  const PWString type(typeName);
+  if (type == kContactType) {
     return ListCardfiles(Config->String(PWConfig::kDataFolder).Str(), out);
   }
+  // The clocks have none.
+  if (type == "timezone") return kResultOk;
   return PWSourceManager::ListCategories(typeName, out);
 }
 

@@ -7,8 +7,9 @@
 #include <CLI/CLI.hpp>
 
 #include "host/commands/commands.h"
-#include "host/commands/contact_choice.h"
 #include "host/commands/profile_run.h"
+#include "host/commands/record_choice.h"
+#include "host/drive_records.h"
 #include "host/formats/contact_json.h"
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
@@ -27,28 +28,48 @@ struct ExportOptions {
   std::string file = kStandardOutput;
 };
 
-std::vector<Contact> AllContacts(const ChosenContacts& chosen) {
+std::vector<Contact> AllContacts(const ChosenRecords& chosen) {
   std::vector<Contact> all;
-  for (const CategoryContacts& category : chosen.categories) {
+  for (const CategoryRecords& category : chosen.categories) {
     all.insert(all.end(), category.contacts.begin(), category.contacts.end());
   }
   return all;
 }
 
-std::string Render(const ChosenContacts& chosen, const std::string& format) {
-  if (format == "json") return WriteContactsJson(AllContacts(chosen));
+// Records as the engine has them: an array, a record a line with its id before it.
+std::string RenderTypedJson(const ChosenRecords& chosen, const RecordForm& form) {
+  std::string text;
+  for (const CategoryRecords& category : chosen.categories) {
+    for (std::size_t i = 0; i < category.records.size(); ++i) {
+      PWRecord record = category.records[i];
+      const Json line{{"id", category.contacts[i].id}, {"record", form.toJson(record)}};
+      text += (text.empty() ? "[\n  " : ",\n  ") + JsonLine(line);
+    }
+  }
+  return text.empty() ? "[]\n" : text + "\n]\n";
+}
+
+std::string Render(const ChosenRecords& chosen, const ExportOptions& options) {
+  const std::string& format = options.format;
+  if (format == "json" && options.type == kContactType) {
+    return WriteContactsJson(AllContacts(chosen));
+  }
+  if (format == "json") return RenderTypedJson(chosen, *FindRecordForm(options.type));
   if (format == "csv") return WriteCsv(AllContacts(chosen));
   std::string cards;
-  for (const CategoryContacts& category : chosen.categories) {
+  for (const CategoryRecords& category : chosen.categories) {
     for (const Contact& contact : category.contacts) AppendVCard(cards, contact, category.location);
   }
   return cards;
 }
 
 int Export(EngineRun& run, const Console& console, const ExportOptions& options) {
-  const auto chosen = ChooseContacts(run, console, options.type, options.category);
+  if (options.format == "vcf" && options.type != kContactType) {
+    return console.FailUsage("only contacts can be exported as vcf");
+  }
+  const auto chosen = ChooseRecords(run, console, options.type, options.category);
   if (!chosen) return console.Fail(chosen.Why());
-  const std::string text = Render(*chosen, options.format);
+  const std::string text = Render(*chosen, options);
   if (options.file == kStandardOutput) {
     console.out << text;
   } else {

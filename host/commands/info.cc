@@ -7,8 +7,10 @@
 #include "host/catalogue.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
-#include "host/contact_reader.h"
+#include "host/organiser_folder.h"
+#include "host/record_reader.h"
 #include "host/text_table.h"
+#include "platform/platform.h"
 
 // `pairwise info`: what a profile leads to.
 namespace pw {
@@ -18,6 +20,22 @@ constexpr std::size_t kLabelWidth = 10;
 
 std::string Counted(std::size_t count, const char* one, const char* many) {
   return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+bool HasClocks(EngineRun& run) {
+  const std::string folder = OrganiserFolder(run);
+  return !folder.empty() && CurrentPlatform().files->Exists(folder + "\\CLOCKS.DAT");
+}
+
+// The clocks have no categories, and many a profile has no clocks.
+std::string ClocksSummary(EngineRun& run, const Console& console, const std::string& type,
+                          bool& anyLeftOut) {
+  if (!HasClocks(run)) return "none here";
+  const auto opened = OpenForReading(run, type, PWSourceCategory());
+  if (opened) return Counted(opened->source->RecordCount(), "record", "records");
+  console.Fail(opened.Why());
+  anyLeftOut = true;
+  return "unreadable";
 }
 
 std::string TypeSummary(EngineRun& run, const Console& console, const std::string& type,
@@ -52,7 +70,8 @@ int Info(EngineRun& run, const CommandLine& line) {
   print("Data", CodePageToUtf8(folder) + ", which is " + run.NativePathOf(folder));
   bool anyLeftOut = false;
   for (const std::string& type : TypeNames(manager)) {
-    print(type, TypeSummary(run, line.console, type, anyLeftOut));
+    print(type, HasCategories(type) ? TypeSummary(run, line.console, type, anyLeftOut)
+                                    : ClocksSummary(run, line.console, type, anyLeftOut));
   }
   return anyLeftOut ? kExitSomeSkipped : kExitDone;
 }

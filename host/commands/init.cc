@@ -111,7 +111,7 @@ int Init(const CommandLine& line, const InitOptions& options) {
     if (old->dataFolder) profile.drives.back().prefix = *old->dataFolder;
   }
   if (product == nullptr) product = &kProducts[0];
-  if (registry.empty()) registry = FreshRegistry(*product);
+  if (registry.empty()) registry = FreshRegistry(*product, profile.drives.back().prefix);
   profile.config[PWConfig::kDataFolder] = profile.drives.back().prefix;
   profile.config[PWConfig::kCalendarStem] = "";
   profile.config[PWConfig::kProductKey] = product->mainKey;

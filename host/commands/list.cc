@@ -9,9 +9,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/catalogue.h"
 #include "host/commands/commands.h"
-#include "host/commands/contact_choice.h"
 #include "host/commands/profile_run.h"
+#include "host/commands/record_choice.h"
 #include "host/text_table.h"
 
 // `pairwise list`: the records of a type, a line each.
@@ -51,11 +52,11 @@ class Columns {
   std::unordered_map<std::string, std::vector<std::size_t>> places;
 };
 
-TextTable ContactTable(const std::vector<CategoryContacts>& categories, bool withCategory) {
+TextTable RecordTable(const std::vector<CategoryRecords>& categories, bool withCategory) {
   Columns columns;
   std::vector<std::vector<std::size_t>> places;
   places.reserve(categories.size());
-  for (const CategoryContacts& category : categories) {
+  for (const CategoryRecords& category : categories) {
     places.push_back(columns.Add(category.fieldNames));
   }
   TextTable table;
@@ -64,7 +65,7 @@ TextTable ContactTable(const std::vector<CategoryContacts>& categories, bool wit
   const std::size_t fixed = table.heading.size();
   table.heading.insert(table.heading.end(), columns.Names().begin(), columns.Names().end());
   for (std::size_t at = 0; at < categories.size(); ++at) {
-    const CategoryContacts& category = categories[at];
+    const CategoryRecords& category = categories[at];
     for (const Contact& contact : category.contacts) {
       std::vector<std::string> row(table.heading.size());
       if (withCategory) row[0] = category.name;
@@ -79,12 +80,13 @@ TextTable ContactTable(const std::vector<CategoryContacts>& categories, bool wit
 }
 
 int List(EngineRun& run, const Console& console, const ListOptions& options) {
-  const auto chosen = ChooseContacts(run, console, options.type, options.category);
+  const auto chosen = ChooseRecords(run, console, options.type, options.category);
   if (!chosen) return console.Fail(chosen.Why());
   const bool forPeople = console.outIsTerminal || options.table;
   // Programs find the same columns however many categories there are.
-  const bool withCategory = !forPeople || chosen->categories.size() > 1;
-  const TextTable table = ContactTable(chosen->categories, withCategory);
+  const bool withCategory =
+      HasCategories(options.type) && (!forPeople || chosen->categories.size() > 1);
+  const TextTable table = RecordTable(chosen->categories, withCategory);
   console.out << (forPeople ? RenderForPeople(table, console.width) : RenderForPrograms(table));
   return chosen->anyLeftOut ? kExitSomeSkipped : kExitDone;
 }

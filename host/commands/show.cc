@@ -12,7 +12,8 @@
 #include "host/catalogue.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
-#include "host/contact_reader.h"
+#include "host/record_reader.h"
+#include "host/record_views.h"
 #include "host/text_table.h"
 
 // `pairwise show`: one record, all of it.
@@ -28,6 +29,7 @@ struct ShowOptions {
 struct Found {
   std::string category;
   Contact contact;
+  bool hasStamp;  // whether records of the type tell when they were changed
 };
 
 // Each line of a value, control characters made harmless.
@@ -59,9 +61,11 @@ void Print(std::ostream& out, const Found& found) {
   for (const auto& [name, value] : contact.fields) {
     if (!value.empty()) width = std::max(width, DisplayWidth(OneLine(name)));
   }
-  PrintField(out, "Category", found.category, width);
+  if (!found.category.empty()) PrintField(out, "Category", found.category, width);
   PrintField(out, "ID", contact.id, width);
-  PrintField(out, "Changed", contact.stamp.empty() ? "unknown" : contact.stamp, width);
+  if (found.hasStamp) {
+    PrintField(out, "Changed", contact.stamp.empty() ? "unknown" : contact.stamp, width);
+  }
   for (const auto& [name, value] : contact.fields) {
     if (!value.empty()) PrintField(out, OneLine(name), value, width);
   }
@@ -74,12 +78,13 @@ Outcome<std::optional<Found>> FindIn(EngineRun& run, const PWSourceCategory& cat
   if (!opened) return opened.Why();
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
-  auto contact = ReadContact(*opened->source, FieldNames(run, category));
+  auto contact = ReadRecord(*opened->source, options.type, FieldNames(run, options.type, category));
   if (!contact) {
     return Failure{run.NativePathOf(category.Location.Str()) + ": record " + options.id +
                    " can't be read"};
   }
-  return std::optional<Found>(Found{CodePageToUtf8(category.Name.View()), std::move(*contact)});
+  return std::optional<Found>(
+      Found{CodePageToUtf8(category.Name.View()), std::move(*contact), HasStamps(options.type)});
 }
 
 int Show(EngineRun& run, const Console& console, const ShowOptions& options) {

@@ -1,4 +1,4 @@
-#include "host/commands/contact_choice.h"
+#include "host/commands/record_choice.h"
 
 #include <ostream>
 #include <utility>
@@ -16,16 +16,15 @@ void TellUnreadable(const Console& console, const EngineRun& run, const PWSource
 
 }  // namespace
 
-Outcome<ChosenContacts> ChooseContacts(EngineRun& run, const Console& console,
-                                       const std::string& type,
-                                       const std::optional<std::string>& category) {
+Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
+                                     const std::string& type,
+                                     const std::optional<std::string>& category) {
   const auto categories = ChooseCategories(run.Manager(), type, category);
   if (!categories) return categories.Why();
-  if (type != kContactType) return Failure{"records of type '" + type + "' aren't offered"};
-  ChosenContacts chosen;
+  ChosenRecords chosen;
   for (std::uint32_t i = 0; i < categories->Count(); ++i) {
     const PWSourceCategory& each = *categories->At(i);
-    auto read = ReadContacts(run, each);
+    auto read = ReadRecords(run, type, each);
     if (!read && categories->Count() == 1) return read.Why();
     if (!read) {
       console.Fail(read.Why());

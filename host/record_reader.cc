@@ -1,4 +1,4 @@
-#include "host/contact_reader.h"
+#include "host/record_reader.h"
 
 #include <cstdint>
 #include <optional>
@@ -8,7 +8,10 @@
 #include "base/codepage.h"
 #include "base/cursor.h"
 #include "cardfile/format.h"
+#include "host/catalogue.h"
 #include "host/json_fields.h"
+#include "host/organiser_folder.h"
+#include "host/record_views.h"
 #include "platform/platform.h"
 
 namespace pw {
@@ -48,12 +51,18 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
   opened.source->Category = opened.category.get();
   const PWRESULT result = opened.source->Open(0);
   if (result == kResultOk) return opened;
+  if (!HasCategories(type)) {
+    return Failure{run.NativePathOf(OrganiserFolder(run)) +
+                   ": CLOCKS.DAT is missing or cut, or names a city that cityinfo.dat lacks"};
+  }
   const std::string file = run.NativePathOf(category.Location.Str());
   return Failure{file +
                  (result == kResultFileMissing ? ": not there" : ": damaged, or unreadable")};
 }
 
-std::vector<std::string> FieldNames(EngineRun& run, const PWSourceCategory& category) {
+std::vector<std::string> FieldNames(EngineRun& run, const std::string& type,
+                                    const PWSourceCategory& category) {
+  if (const RecordView* view = FindRecordView(type)) return view->columns;
   PWStringVector names;
   run.Manager().CategoryFieldNames(kContactType, category.Location, names);
   std::vector<std::string> known;
@@ -68,11 +77,19 @@ std::vector<std::string> FieldNames(EngineRun& run, const PWSourceCategory& cate
   return all;
 }
 
-std::optional<Contact> ReadContact(PWSource& source, const std::vector<std::string>& names) {
+std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
+                                  const std::vector<std::string>& names) {
   Contact contact;
   contact.id = CodePageToUtf8(source.RecordID().View());
   const PWDateTimeStamp stamp = source.RecordTimeStamp();
   if (!(stamp == PWDateTimeStamp())) contact.stamp = StampText(stamp);
+  if (const RecordView* view = FindRecordView(type)) {
+    PWRecord record;
+    if (source.ReadRecord(&record) != kResultOk) return {};
+    const std::vector<std::string> texts = view->texts(record);
+    for (std::size_t i = 0; i < names.size(); ++i) contact.fields.emplace_back(names[i], texts[i]);
+    return contact;
+  }
   for (std::size_t i = 0; i < names.size(); ++i) {
     PWField field;
     if (source.GetField(static_cast<std::int32_t>(i), field) != kResultOk) return {};
@@ -81,18 +98,23 @@ std::optional<Contact> ReadContact(PWSource& source, const std::vector<std::stri
   return contact;
 }
 
-Outcome<CategoryContacts> ReadContacts(EngineRun& run, const PWSourceCategory& category) {
-  auto opened = OpenForReading(run, kContactType, category);
+Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
+                                     const PWSourceCategory& category) {
+  auto opened = OpenForReading(run, type, category);
   if (!opened) return opened.Why();
-  CategoryContacts read;
+  CategoryRecords read;
   read.name = CodePageToUtf8(category.Name.View());
   read.location = CodePageToUtf8(category.Location.View());
-  read.fieldNames = FieldNames(run, category);
+  read.fieldNames = FieldNames(run, type, category);
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
-    auto contact = ReadContact(source, read.fieldNames);
-    if (contact) read.contacts.push_back(std::move(*contact));
-    if (!contact) ++read.unreadable;
+    auto contact = ReadRecord(source, type, read.fieldNames);
+    if (!contact) {
+      ++read.unreadable;
+      continue;
+    }
+    read.contacts.push_back(std::move(*contact));
+    if (type != kContactType) source.ReadRecord(&read.records.emplace_back());
   }
   return read;
 }

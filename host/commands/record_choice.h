@@ -6,21 +6,21 @@
 #include <vector>
 
 #include "host/console.h"
-#include "host/contact_reader.h"
+#include "host/record_reader.h"
 #include "host/engine_run.h"
 #include "host/outcome.h"
 
 namespace pw {
 
 // The contacts that a person asked for.
-struct ChosenContacts {
-  std::vector<CategoryContacts> categories;
+struct ChosenRecords {
+  std::vector<CategoryRecords> categories;
   bool anyLeftOut = false;  // a record or a whole file could not be read, which was told
 };
 
 // Reads the contacts of one category, or of all without a word. Where several are read, one that
 // can't be is told and left out; where it is the only one, that is a failure.
-Outcome<ChosenContacts> ChooseContacts(EngineRun& run, const Console& console,
+Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
                                        const std::string& type,
                                        const std::optional<std::string>& category);
 

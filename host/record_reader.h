@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/source.h"
+#include "host/engine_run.h"
+#include "host/formats/contact.h"
+#include "host/outcome.h"
+
+namespace pw {
+
+inline constexpr const char* kContactType = "contact";
+
+// A source with its category, for reading. It is never closed, as that would save it.
+struct OpenedSource {
+  std::unique_ptr<PWSourceCategory> category;  // must outlive the source
+  std::unique_ptr<PWSource> source;
+};
+Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
+                                     const PWSourceCategory& category);
+
+// The names of a category's columns, in their order; a name may stand for several. Those of a
+// cardfile are its own, those of other types the same for all.
+std::vector<std::string> FieldNames(EngineRun& run, const std::string& type,
+                                    const PWSourceCategory& category);
+
+// The current record, its columns under those names; nothing if it can't be read. A card is read by
+// column, as a record of the engine has room for one field of a name only.
+std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
+                                  const std::vector<std::string>& names);
+
+struct CategoryRecords {
+  std::string name;                     // the category's
+  std::string location;                 // the organiser's path, in UTF-8
+  std::vector<std::string> fieldNames;  // in the order of its columns
+  std::vector<Contact> contacts;
+  std::vector<PWRecord> records;  // the same as the engine has them; none for contacts
+  std::size_t unreadable = 0;     // records that were left out
+};
+Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
+                                     const PWSourceCategory& category);
+
+}  // namespace pw
