@@ -57,7 +57,7 @@ void PrintField(std::ostream& out, const std::string& label, std::string_view va
 
 void Print(std::ostream& out, const Found& found) {
   const Contact& contact = found.contact;
-  std::size_t width = DisplayWidth("Category");
+  std::size_t width = DisplayWidth(found.category.empty() ? "ID" : "Category");
   for (const auto& [name, value] : contact.fields) {
     if (!value.empty()) width = std::max(width, DisplayWidth(OneLine(name)));
   }

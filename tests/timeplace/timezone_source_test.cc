@@ -5,28 +5,17 @@
 #include "framework/timezone_record.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
+#include "tests/support/clock_file_builder.h"
 #include "tests/support/zone_files.h"
 
 namespace {
 
 using pw::test::Change;
 using pw::test::City;
+using pw::test::Clock;
+using pw::test::kClockSize;
 
 constexpr const char* kClocks = "C:\\Data\\CLOCKS.DAT";
-constexpr std::size_t kClockSize = 152;
-
-// A clock as it lies in the file, its unused bytes filled.
-std::string Clock(const std::string& city, const std::string& country, bool active, bool home,
-                  char fill = 'x') {
-  std::string bytes(kClockSize, fill);
-  bytes.replace(0, city.size() + 1, city.c_str(), city.size() + 1);
-  bytes.replace(26, country.size() + 1, country.c_str(), country.size() + 1);
-  bytes.replace(62, 6, "label\0", 6);
-  bytes.replace(128, 4, active ? std::string(4, '\0') : std::string("\x05\0\0\0", 4));
-  bytes.replace(132, 4, home ? std::string(4, '\0') : std::string("\0\0\0\x80", 4));
-  return bytes;
-}
-
 class TestLog : public PWLog {
  public:
   void Add(const char* text, ELogItemImage image) override {

@@ -1,0 +1,120 @@
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/process.h"
+#include "tests/end_to_end/sample.h"
+#include "tests/support/clock_file_builder.h"
+#include "tests/support/zone_files.h"
+#include "timeplace/city_format.h"
+
+namespace pw {
+namespace {
+
+using test::Clock;
+
+// The sample with eight clocks.
+class ClockSample : public Sample {
+ public:
+  ClockSample() {
+    folder.Put("registry.reg", folder.Get("registry.reg") +
+                                   "\"Data\"=\"C:\\\\Data\"\r\n\"LocalCity\"=\"Lima\"\r\n");
+    folder.Put("c/Data/cityinfo.dat", city::EncodeCityFile(test::SomeCities()));
+    std::string clocks = Clock("New York, NY", "USA", false, false) +
+                         Clock("Lima", "Peru", true, true) + Clock("Calcutta", "India", true, true);
+    for (int i = 0; i < 5; ++i) clocks += Clock("Adelaide", "Australia", false, false);
+    folder.Put("c/Data/Clocks.dat", clocks);
+  }
+
+  Finished Run(std::vector<std::string> words, const std::string& input = "") const {
+    words.insert(words.begin(), {"-p", Folder()});
+    return RunPairwise(words, input);
+  }
+
+  // The flags of all clocks as the file has them, 'h' and 'a' where they are 0.
+  std::string FlagsInFile() const {
+    const std::string bytes = folder.Get("c/Data/Clocks.dat");
+    std::string flags;
+    for (std::size_t at = 0; at + test::kClockSize <= bytes.size(); at += test::kClockSize) {
+      flags += bytes.compare(at + 132, 4, std::string(4, '\0')) == 0 ? 'h' : '-';
+      flags += bytes.compare(at + 128, 4, std::string(4, '\0')) == 0 ? 'a' : '-';
+      flags += ' ';
+    }
+    return flags;
+  }
+};
+
+TEST(Clocks, AreListedShownAndExported) {
+  const ClockSample sample;
+  EXPECT_NE(sample.Run({"info"}).out.find("\ntimezone  8 records\n"), std::string::npos);
+  const Finished list = sample.Run({"list", "timezone"});
+  EXPECT_EQ(list.code, 0) << list.messages;
+  EXPECT_EQ(list.out.substr(0, list.out.find("3\tAdelaide")),
+            "ID\tCity\tState\tCountry\tOffset\tHome\tActive\tDaylight time from\tto\n"
+            "0\tNew York\tNY\tUSA\t-05:00\t\t\t1st Sun Apr 02:00\tlast Sun Oct 02:00\n"
+            "1\tLima\t\tPeru\t-05:00\tyes\tyes\t\t\n"
+            "2\tCalcutta\t\tIndia\t+05:30\tyes\tyes\t\t\n");
+  const Finished show = sample.Run({"show", "timezone", "2"});
+  EXPECT_EQ(show.out,
+            "ID       2\nCity     Calcutta\nCountry  India\nOffset   +05:30\nHome     yes\n"
+            "Active   yes\n");
+  const Finished json = sample.Run({"export", "timezone"});
+  EXPECT_EQ(json.out.substr(0, json.out.find(",\n")),
+            "[\n  {\"id\":\"0\",\"record\":{\"City\":\"New York\",\"State\":\"NY\",\"Country\":"
+            "\"USA\",\"Home\":false,\"World\":false,\"Active\":false,\"Bias\":-300,"
+            "\"StandardBias\":0,\"DaylightBias\":60,\"StandardSwitch\":168100098,"
+            "\"DaylightSwitch\":67174658}}");
+  const Finished csv = sample.Run({"export", "timezone", "--format", "csv"});
+  EXPECT_NE(csv.out.find("\r\n1,,Lima,,Peru,-05:00,yes,yes,,\r\n"), std::string::npos) << csv.out;
+  EXPECT_EQ(sample.Run({"export", "timezone", "--format", "vcf"}).code, 2);
+  EXPECT_EQ(sample.Run({"list", "timezone", "Work"}).code, 1);
+  EXPECT_EQ(sample.Run({"show", "timezone", "8"}).code, 1);
+  EXPECT_EQ(sample.FlagsInFile(), "-- ha ha -- -- -- -- -- ") << "nothing was saved";
+}
+
+TEST(Clocks, ThatCannotBeReadAreToldInOneLine) {
+  const ClockSample sample;
+  sample.folder.Put("c/Data/Clocks.dat", sample.folder.Get("c/Data/Clocks.dat").substr(1));
+  const Finished list = sample.Run({"list", "timezone"});
+  EXPECT_EQ(list.code, 1);
+  EXPECT_EQ(list.messages, "pairwise: " + sample.Folder() +
+                               "/c/Data: CLOCKS.DAT is missing or cut, or names a city that "
+                               "cityinfo.dat lacks\n");
+  EXPECT_EQ(sample.Run({"info"}).code, 4);
+}
+
+TEST(Clocks, DrivenHaveOneHomeAndOneActiveClock) {
+  const ClockSample sample;
+  const std::string ok = "{\"result\":0}\n";
+  const std::string update =
+      R"({"op":"update","record":{"City":"New York","State":"NY","Country":"USA",)";
+  const Finished run =
+      sample.Run({"drive"}, R"({"op":"open","type":"timezone"})"
+                            "\n{\"op\":\"count\"}\n{\"op\":\"find\",\"id\":\"0\"}\n" +
+                                update + "\"Home\":true}}\n{\"op\":\"crc\"}\n" + update +
+                                "\"Home\":false,\"World\":true,\"Active\":true}}\n"
+                                "{\"op\":\"crc\"}\n{\"op\":\"stamp\"}\n"
+                                "{\"op\":\"find\",\"id\":\"1\"}\n{\"op\":\"read\"}\n"
+                                "{\"op\":\"add\",\"record\":{}}\n{\"op\":\"delete\"}\n"
+                                "{\"op\":\"update\",\"record\":{\"City\":\"Lima\",\"Home\":true,"
+                                "\"Bias\":-2147483648}}\n{\"op\":\"close\"}\n");
+  EXPECT_EQ(run.code, 0) << run.messages;
+  const std::size_t firstCrc = run.out.find("{\"crc\":");
+  const std::size_t secondCrc = run.out.find("{\"crc\":", firstCrc + 1);
+  ASSERT_NE(secondCrc, std::string::npos) << run.out;
+  EXPECT_NE(run.out.substr(firstCrc, 12), run.out.substr(secondCrc, 12));
+  EXPECT_EQ(run.out.substr(0, firstCrc), ok + "{\"count\":8}\n" + ok + ok);
+  EXPECT_EQ(run.out.substr(run.out.find("{\"stamp\"")),
+            "{\"stamp\":\"0000-00-00T00:00:00\"}\n" + ok +
+                "{\"result\":0,\"record\":{\"City\":\"Lima\",\"State\":\"\",\"Country\":\"Peru\","
+                "\"Home\":false,\"World\":false,\"Active\":false,\"Bias\":-300,\"StandardBias\":0,"
+                "\"DaylightBias\":0,\"StandardSwitch\":0,\"DaylightSwitch\":0}}\n"
+                "{\"result\":1}\n{\"result\":1}\n" +
+                ok + ok);
+  EXPECT_EQ(sample.FlagsInFile(), "-a h- -- -- -- -- -- -- ");
+}
+
+}  // namespace
+}  // namespace pw
