@@ -1,5 +1,6 @@
 #include "host/sample_profile.h"
 
+#include <chrono>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "host/products.h"
 #include "host/profile_lock.h"
 #include "host/sample_cards.h"
+#include "host/sample_clocks.h"
 
 namespace pw {
 namespace {
@@ -55,14 +57,35 @@ Outcome<Done> ClearFolder(const fs::path& folder) {
   return Done{};
 }
 
-Outcome<Done> WriteFiles(const SampleProfile& sample) {
+// Clocks are made where this machine has zone data; nothing else hangs on them.
+Outcome<SampleClocks> AddClocks(SampleProfile& sample) {
+  using std::chrono::system_clock;
+  auto clocks = MakeSampleClocks(system_clock::to_time_t(system_clock::now()));
+  if (!clocks) {
+    sample.noClocks = clocks.Why().message;
+    return SampleClocks();
+  }
+  const fs::path folder = sample.cardfile.parent_path();
+  const std::pair<const char*, const std::string&> files[] = {{"CLOCKS.DAT", clocks->clockFile},
+                                                              {"cityinfo.dat", clocks->cityFile},
+                                                              {"timezone.dat", clocks->zoneFile}};
+  for (const auto& [name, bytes] : files) {
+    const auto written = WriteNativeFile(folder / name, bytes);
+    if (!written) return written.Why();
+  }
+  return clocks;
+}
+
+Outcome<Done> WriteFiles(SampleProfile& sample) {
+  const auto clocks = AddClocks(sample);
+  if (!clocks) return clocks.Why();
   const Product& product = kProducts[0];
   const std::vector<std::string> names(kSampleFields.begin(), kSampleFields.end());
   const std::vector<std::string> keys = {"Last Name", "First Name", "Company"};
   const std::pair<fs::path, std::string> files[] = {
       {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},
       {sample.cardfile, NewCardFile(names, keys)},
-      {sample.profile.RegistryFile(), FreshRegistry(product, kDataFolder)},
+      {sample.profile.RegistryFile(), FreshRegistry(product, kDataFolder, clocks->homeCity)},
       {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
   };
   for (const auto& [file, bytes] : files) {

@@ -15,6 +15,7 @@ class BoundsCache {
  public:
   // The rule that `Of` is about from now on.
   void Use(const DaylightRule& rule);
+  const DaylightRule& Rule() const { return current; }
 
   DaylightBounds Of(std::int32_t year);
 

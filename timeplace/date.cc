@@ -8,6 +8,8 @@ namespace {
 
 constexpr std::int32_t kEpochYear = 1970;
 constexpr std::int32_t kMonths = 12;
+constexpr std::int32_t kDaysPerCommonYear = kSecondsPerCommonYear / kSecondsPerDay;
+constexpr std::int32_t kDaysPerFourYears = kSecondsPerFourYears / kSecondsPerDay;
 
 // Leap days of the years 1 to 1969.
 constexpr std::int64_t kLeapDaysToEpoch = 492 - 19 + 4;
@@ -46,30 +48,72 @@ std::int64_t SecondsOfDay(std::int64_t hour, std::int64_t minute, std::int64_t s
   return hour * kSecondsPerHour + minute * kSecondsPerMinute + second;
 }
 
+// Brings a month from 0 into its year, and gives the years to carry. Most are there already.
+std::int64_t CarryMonths(std::int32_t& month) {
+  if (month >= 0 && month < kMonths) return 0;
+  const std::int64_t given = month;
+  month %= kMonths;
+  if (month < 0) month += kMonths;
+  return (given - month) / kMonths;
+}
+
 // Seconds of the first moment of a day of the year, which counts from 1.
 std::int64_t SecondsOfDate(std::int64_t year, std::int32_t dayOfYear) {
   const std::int64_t days = dayOfYear - 1 + LeapDaysThrough(year) - kLeapDaysToEpoch;
   return days * kSecondsPerDay + (year - kEpochYear) * kSecondsPerCommonYear;
 }
 
-// A year and the seconds into it.
-struct YearAndRest {
+// Days from the epoch to the first of a month, which is from 0 to 11. The year's own leap day
+// counts from March on.
+std::int64_t DaysToMonth(std::int64_t year, std::int32_t month) {
+  constexpr std::int32_t kMarch = 2;
+  const std::int64_t leapDays = LeapDaysThrough(month < kMarch ? year : year + 1);
+  return (year - kEpochYear) * kDaysPerCommonYear + leapDays - kLeapDaysToEpoch +
+         kMonthStarts[0][static_cast<std::size_t>(month)];
+}
+
+// A year, and the day of it from 0.
+struct YearAndDay {
   std::int32_t year;
-  std::int32_t rest;
+  std::int32_t day;
 };
 
-// Four years at a time, then one by one; the leap year is the third of its four. (No century year
-// but 2000, which is one, lies within 32 bits of seconds.)
-YearAndRest SplitYear(std::int32_t seconds) {
-  constexpr std::array<std::int32_t, 4> kStarts = {0, kSecondsPerCommonYear,
-                                                   2 * kSecondsPerCommonYear,
-                                                   2 * kSecondsPerCommonYear + kSecondsPerLeapYear};
-  const std::int32_t fours = seconds / kSecondsPerFourYears;
-  const std::int32_t rest = seconds % kSecondsPerFourYears;
-  const std::size_t more = static_cast<std::size_t>(rest >= kStarts[1]) +
-                           static_cast<std::size_t>(rest >= kStarts[2]) +
-                           static_cast<std::size_t>(rest >= kStarts[3]);
-  return {kEpochYear + 4 * fours + static_cast<std::int32_t>(more), rest - kStarts[more]};
+// The year of a day from the epoch on. In quarters of a day all years are equally long; half a day
+// ahead gives the third year of four the extra day. (No century year but 2000, which has it, lies
+// within 32 bits of seconds.)
+YearAndDay SplitYear(std::int32_t daysSinceEpoch) {
+  const std::int32_t quarters = 4 * daysSinceEpoch + 2;
+  return {kEpochYear + quarters / kDaysPerFourYears, quarters % kDaysPerFourYears / 4};
+}
+
+// The same before the epoch: spans of four years are taken off, and the day stays negative.
+YearAndDay SplitYearBeforeEpoch(std::int32_t daysSinceEpoch) {
+  return {kEpochYear + 4 * (daysSinceEpoch / kDaysPerFourYears),
+          daysSinceEpoch % kDaysPerFourYears};
+}
+
+std::int32_t WeekdaySinceEpoch(std::int32_t days) {
+  constexpr std::int32_t kThursday = 4;
+  constexpr std::int32_t kWholeWeeks = 7 * 4000;  // more than 32 bits of seconds go back
+  return (days + kThursday + kWholeWeeks) % 7;
+}
+
+// Not made a part of its caller, where all would then be divided as what may be negative, slowly.
+[[gnu::noinline]] WMBrokenTime BrokenTimeBeforeEpoch(std::int32_t seconds) {
+  const std::int32_t days = seconds / kSecondsPerDay;
+  const std::int32_t ofDay = seconds % kSecondsPerDay;
+  const auto [year, day] = SplitYearBeforeEpoch(days);
+  WMBrokenTime broken;
+  broken.sec = ofDay % kSecondsPerMinute;
+  broken.min = ofDay % kSecondsPerHour / kSecondsPerMinute;
+  broken.hour = ofDay / kSecondsPerHour;
+  broken.mday = day + 1;
+  broken.mon = 0;
+  broken.year = year - 1900;
+  broken.wday = WeekdaySinceEpoch(days);
+  broken.yday = day;
+  broken.isdst = -1;
+  return broken;
 }
 
 }  // namespace
@@ -106,11 +150,12 @@ std::int32_t PlainSeconds(std::int32_t year, std::int32_t month, std::int32_t da
 }
 
 WMBrokenTime BrokenTimeOf(std::int32_t seconds) {
-  const auto [year, rest] = SplitYear(seconds);
-  const std::int32_t day = rest / kSecondsPerDay;
-  const std::int32_t ofDay = rest % kSecondsPerDay;
-  const std::size_t leap = IsLeapYear(year) ? 1 : 0;
-  const std::size_t month = kMonthsOfDays[leap][static_cast<std::size_t>(std::max(day, 0))];
+  if (seconds < 0) return BrokenTimeBeforeEpoch(seconds);
+  const std::int32_t days = seconds / kSecondsPerDay;
+  const std::int32_t ofDay = seconds % kSecondsPerDay;
+  const auto [year, day] = SplitYear(days);
+  const std::size_t leap = year % 4 == 0 ? 1 : 0;
+  const std::size_t month = kMonthsOfDays[leap][static_cast<std::size_t>(day)];
   WMBrokenTime broken;
   broken.sec = ofDay % kSecondsPerMinute;
   broken.min = ofDay % kSecondsPerHour / kSecondsPerMinute;
@@ -118,14 +163,15 @@ WMBrokenTime BrokenTimeOf(std::int32_t seconds) {
   broken.mday = day - kMonthStarts[leap][month] + 1;
   broken.mon = static_cast<std::int32_t>(month);
   broken.year = year - 1900;
-  broken.wday = WeekdayOf(year, day + 1);
+  broken.wday = WeekdaySinceEpoch(days);
   broken.yday = day;
   broken.isdst = -1;
   return broken;
 }
 
 std::int32_t YearOf(std::int32_t seconds) {
-  return SplitYear(seconds).year;
+  const std::int32_t days = seconds / kSecondsPerDay;
+  return seconds < 0 ? SplitYearBeforeEpoch(days).year : SplitYear(days).year;
 }
 
 void BreakTime(WMTime& time) {
@@ -133,19 +179,10 @@ void BreakTime(WMTime& time) {
 }
 
 std::int32_t NormalSeconds(WMBrokenTime& broken) {
-  std::int64_t carried = broken.mon / kMonths;
-  std::int32_t month = broken.mon % kMonths;
-  if (month < 0) {
-    month += kMonths;
-    --carried;
-  }
-  const std::int64_t year = std::int64_t{broken.year} + carried;
-  broken.mon = month;
+  const std::int64_t year = std::int64_t{broken.year} + CarryMonths(broken.mon);
   broken.year = Wrapped(year);
-  const std::int64_t fullYear = year + 1900;
-  const std::int64_t first = SecondsOfDate(fullYear, DayOfYear(fullYear, month + 1, 1));
-  return Wrapped(first + (std::int64_t{broken.mday} - 1) * kSecondsPerDay +
-                 SecondsOfDay(broken.hour, broken.min, broken.sec));
+  const std::int64_t days = DaysToMonth(year + 1900, broken.mon) + broken.mday - 1;
+  return Wrapped(days * kSecondsPerDay + SecondsOfDay(broken.hour, broken.min, broken.sec));
 }
 
 WMTime Normalise(WMBrokenTime& broken) {

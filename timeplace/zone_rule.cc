@@ -61,16 +61,18 @@ DaylightBounds BoundsOfYear(const DaylightRule& rule, std::int32_t year) {
 
 LocalTime StandardToLocal(std::int32_t standard, const DaylightBounds& bounds) {
   const std::int32_t later = Sum(standard, kSecondsPerHour);
-  if (bounds.Contains(standard) && bounds.Contains(later)) return {later, true};
-  return {standard, false};
+  const bool nowInside = bounds.Contains(standard);
+  const bool laterInside = bounds.Contains(later);
+  const bool isDaylight = nowInside & laterInside;
+  return {isDaylight ? later : standard, isDaylight};
 }
 
 std::int32_t LocalToStandard(LocalTime& local, const DaylightBounds& bounds) {
-  if (local.seconds >= bounds.start && local.seconds < Sum(bounds.start, kSecondsPerHour)) {
-    local.seconds = Sum(local.seconds, kSecondsPerHour);
-  }
+  const bool hasBegun = local.seconds >= bounds.start;
+  const bool isSkipped = hasBegun & (local.seconds < Sum(bounds.start, kSecondsPerHour));
+  local.seconds = Sum(local.seconds, isSkipped ? kSecondsPerHour : 0);
   local.isDaylight = bounds.Contains(local.seconds);
-  return local.isDaylight ? Sum(local.seconds, -kSecondsPerHour) : local.seconds;
+  return Sum(local.seconds, local.isDaylight ? -kSecondsPerHour : 0);
 }
 
 LocalTime UtcToLocal(const WMCityRecord& city, std::int32_t utc) {

@@ -20,9 +20,11 @@ struct DaylightBounds {
   std::int32_t start = 0;
   std::int32_t end = 0;
 
+  // Looks at both ends always: over moments in no order a branch is guessed wrong half the time.
   bool Contains(std::int32_t local) const {
-    if (start < end) return local >= start && local < end;
-    return local < end || local >= start;
+    const bool startsBefore = local >= start;
+    const bool endsAfter = local < end;
+    return start < end ? startsBefore & endsAfter : startsBefore | endsAfter;
   }
 
   friend bool operator==(const DaylightBounds&, const DaylightBounds&) = default;

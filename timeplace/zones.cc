@@ -110,9 +110,13 @@ pw::LocalTime Now() {
   return pw::StandardToLocal(standard, state->daylight);
 }
 
+void SetWorkingCity(const WMCityRecord& city) {
+  state->workingCity = city;
+  state->bounds.Use(pw::RuleOf(city));
+}
+
 // The offset changes last: the year is found with the old one.
 void FollowWorkingCity() {
-  state->bounds.Use(pw::RuleOf(state->workingCity));
   CacheYear(YearOf(UtcNowSeconds()));
   ComputeDaylightBounds(YearOf(Now().seconds));
   Now();
@@ -130,7 +134,7 @@ bool LoadHomeZone() {
   WMCityIndex index(*path);
   if (const WMCityRecord* found = index.Find(city.value_or(std::string()))) {
     const bool changes = found->zone != state->workingCity.zone;
-    state->workingCity = *found;
+    SetWorkingCity(*found);
     if (changes) {
       FollowWorkingCity();
       state->homeCity = state->workingCity;
@@ -162,7 +166,7 @@ bool SwitchZone(std::int32_t id, bool makeHome) {
     if (city == nullptr) return false;
   }
   const bool same = city->zone == state->workingCity.zone;
-  state->workingCity = *city;
+  SetWorkingCity(*city);
   if (same) return false;
   FollowWorkingCity();
   if (makeHome) state->homeCity = state->workingCity;
@@ -171,10 +175,7 @@ bool SwitchZone(std::int32_t id, bool makeHome) {
 
 void ComputeDaylightBounds(std::int32_t year) {
   state->cachedYear = year;
-  const pw::DaylightRule rule = pw::RuleOf(state->workingCity);
-  if (!rule.IsKnown()) return;
-  state->bounds.Use(rule);
-  state->daylight = state->bounds.Of(year);
+  if (state->bounds.Rule().IsKnown()) state->daylight = state->bounds.Of(year);
 }
 
 WMBrokenTime SecondsToLocal(std::int32_t seconds) {

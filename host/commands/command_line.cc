@@ -34,6 +34,7 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddInitCommand(app, line);
   AddInfoCommand(app, line);
   AddCategoriesCommand(app, line);
+  AddCitiesCommand(app, line);
   AddListCommand(app, line);
   AddShowCommand(app, line);
   AddExportCommand(app, line);

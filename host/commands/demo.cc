@@ -52,6 +52,7 @@ class Walk {
     LookAround();
     ChangeSome();
     Export();
+    LookAtClocks();
     Say("");
     Say("The profile stays: run any of these lines again, or `pairwise --help` for what else "
         "there");
@@ -71,17 +72,8 @@ class Walk {
 
   void ChangeSome() {
     Heading("Change it, add one, delete another: the engine's own calls, a line each");
-    const std::string calls = folder + "/changes.jsonl";
-    const std::string text = Changes();
-    const auto written = WriteNativeFile(calls, text);
-    if (!written) {
-      worst = console.Fail(written.Why());
-      return;
-    }
     const std::uintmax_t before = Size();
-    console.out << "$ cat " << calls << "\n" << text;
-    std::istringstream in(text);
-    Run({"drive"}, kAllLines, &in, " < " + calls);
+    Drive(folder + "/changes.jsonl", Changes());
     Say("(The last card is read so that the module knows which ids are taken.)");
     Say("Closing the source saved the cardfile: " + std::to_string(before) + " bytes before, " +
         std::to_string(Size()) + " now.");
@@ -98,6 +90,27 @@ class Walk {
       Run({"export", "contact", "--format", format, "-o", file});
       if (format == std::string("vcf")) ShowStart(file, 8);
     }
+  }
+
+  void LookAtClocks() {
+    Heading("The world clocks");
+    if (!sample.noClocks.empty()) {
+      Say("There are none in this sample: " + sample.noClocks);
+      return;
+    }
+    Run({"list", "timezone", "--table"});
+    const std::string calls = folder + "/clocks.jsonl";
+    const std::string text =
+        "{\"op\":\"open\",\"type\":\"timezone\"}\n"
+        "{\"op\":\"find\",\"id\":\"1\"}\n"
+        "{\"op\":\"read\"}\n"
+        "{\"op\":\"update\",\"record\":{\"City\":\"New York\",\"State\":\"NY\",\"Country\":\"USA\","
+        "\"Home\":true}}\n"
+        "{\"op\":\"close\"}\n";
+    Drive(calls, text);
+    Run({"list", "timezone", "--table"}, 3);
+    Heading("The cities behind them, made of this machine's zones");
+    Run({"cities", "--table"}, 6);
   }
 
   // A new card's id is one above those that the module has read, so the last card is read first.
@@ -124,6 +137,18 @@ class Walk {
            "{\"op\":\"delete\"}\n"
            "{\"op\":\"count\"}\n"
            "{\"op\":\"close\"}\n";
+  }
+
+  // Writes the engine's calls into a file, shows it, and makes them.
+  void Drive(const std::string& calls, const std::string& text) {
+    const auto written = WriteNativeFile(calls, text);
+    if (!written) {
+      worst = console.Fail(written.Why());
+      return;
+    }
+    console.out << "$ cat " << calls << "\n" << text;
+    std::istringstream in(text);
+    Run({"drive"}, kAllLines, &in, " < " + calls);
   }
 
   // Does what the command line says, as if it had been typed, and shows the start of what it

@@ -253,6 +253,8 @@ TEST(Commands, DemoGivesTheSameEachTimeInAFolderOfItsOwn) {
   EXPECT_EQ(first.messages, "");
   EXPECT_NE(first.out.find("1 category, 40 records"), std::string::npos) << first.out;
   EXPECT_NE(first.out.find("Överingenjör"), std::string::npos);
+  EXPECT_NE(first.out.find("\n1   New York     NY     USA"), std::string::npos) << first.out;
+  EXPECT_NE(first.out.find("timezone  8 records\n"), std::string::npos);
   const std::string cardfile = folder.Get("demo/data/Friends.WMCard");
   const Finished second = RunPairwise({"demo", demo});
   EXPECT_EQ(second.out, first.out);
