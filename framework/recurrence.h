@@ -81,8 +81,9 @@ class PWRecurranceException : public PWObject {
 
 class PWRecurranceExceptionVector : public PWObjectVector {
  public:
+  // Null beyond the end, and for an element of another class, as a foreign archive may hold.
   PWRecurranceException* At(std::uint32_t index) const {
-    return static_cast<PWRecurranceException*>(PWObjectVector::At(index));
+    return dynamic_cast<PWRecurranceException*>(PWObjectVector::At(index));
   }
 
   PWObject* Clone() override;

@@ -23,10 +23,9 @@ void BoundsCache::Use(const DaylightRule& rule) {
 }
 
 DaylightBounds BoundsCache::Of(std::int32_t year) {
+  if (yearsOfCurrent == nullptr || year < kFirstYear) return BoundsOfYear(current, year);
   const auto index = static_cast<std::size_t>(year - kFirstYear);
-  if (yearsOfCurrent == nullptr || year < kFirstYear || index >= kYears) {
-    return BoundsOfYear(current, year);
-  }
+  if (index >= kYears) return BoundsOfYear(current, year);
   if (!yearsOfCurrent->known[index]) {
     yearsOfCurrent->bounds[index] = BoundsOfYear(current, year);
     yearsOfCurrent->known[index] = true;

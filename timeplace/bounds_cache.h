@@ -10,9 +10,15 @@
 
 namespace pw {
 
-// The daylight bounds of every year, computed once for each rule.
+// The daylight bounds of every year that seconds from 1970 on reach, computed once for each rule.
 class BoundsCache {
  public:
+  BoundsCache() = default;
+  BoundsCache(BoundsCache&&) = default;
+  BoundsCache& operator=(BoundsCache&&) = default;
+  BoundsCache(const BoundsCache&) = delete;
+  BoundsCache& operator=(const BoundsCache&) = delete;
+
   // The rule that `Of` is about from now on.
   void Use(const DaylightRule& rule);
   const DaylightRule& Rule() const { return current; }

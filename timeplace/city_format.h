@@ -16,6 +16,12 @@ struct WMDaylightChange {
   std::int8_t weekday = 0;  // mode 1: 0 for Sunday
   std::int8_t month = 0;    // from 0
 
+  // The month from 1; one outside the year counts as the nearest.
+  std::int32_t MonthOfYear() const {
+    if (month < 0) return 1;
+    return month > 11 ? 12 : month + 1;
+  }
+
   // The hour of the day, as stored: a damaged record may have any.
   std::int32_t HourOfDay() const { return pm != 0 ? hour + 12 : hour; }
 

@@ -16,7 +16,7 @@ std::uint32_t PackSwitch(const WMDaylightChange& change, bool byWeekday) {
   const auto byte = [](std::int32_t value) { return static_cast<std::uint32_t>(value) & 0xFF; };
   const std::int32_t week = byWeekday ? change.week + 1 : 0;
   const std::int32_t day = byWeekday ? change.weekday + 1 : change.week + 1;
-  return byte(change.month + 1) << 24 | byte(week) << 16 | byte(day) << 8 |
+  return byte(change.MonthOfYear()) << 24 | byte(week) << 16 | byte(day) << 8 |
          byte(change.HourOfDay());
 }
 

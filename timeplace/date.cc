@@ -67,9 +67,9 @@ std::int64_t SecondsOfDate(std::int64_t year, std::int32_t dayOfYear) {
 // counts from March on.
 std::int64_t DaysToMonth(std::int64_t year, std::int32_t month) {
   constexpr std::int32_t kMarch = 2;
-  const std::int64_t leapDays = LeapDaysThrough(month < kMarch ? year : year + 1);
-  return (year - kEpochYear) * kDaysPerCommonYear + leapDays - kLeapDaysToEpoch +
-         kMonthStarts[0][static_cast<std::size_t>(month)];
+  const std::int32_t ownLeapDay = month >= kMarch && IsLeapYear(year) ? 1 : 0;
+  return (year - kEpochYear) * kDaysPerCommonYear + LeapDaysThrough(year) - kLeapDaysToEpoch +
+         kMonthStarts[0][static_cast<std::size_t>(month)] + ownLeapDay;
 }
 
 // A year, and the day of it from 0.
@@ -148,6 +148,10 @@ std::int32_t PlainSeconds(std::int32_t year, std::int32_t month, std::int32_t da
   return Wrapped(SecondsOfDate(year, DayOfYear(year, month, day)) +
                  SecondsOfDay(hour, minute, second));
 }
+
+WMTime::WMTime(std::int32_t year, std::int32_t month, std::int32_t day, std::int32_t hour,
+               std::int32_t minute, std::int32_t second)
+    : seconds(PlainSeconds(year, month, day, hour, minute, second)) {}
 
 WMBrokenTime BrokenTimeOf(std::int32_t seconds) {
   if (seconds < 0) return BrokenTimeBeforeEpoch(seconds);

@@ -40,6 +40,10 @@ class WMTime : public PWObject {
   WMTime() = default;
   explicit WMTime(std::int32_t seconds) : seconds(seconds) {}
 
+  // As `PlainSeconds`.
+  WMTime(std::int32_t year, std::int32_t month, std::int32_t day, std::int32_t hour,
+         std::int32_t minute, std::int32_t second);
+
   std::int32_t seconds = 0;
   WMBrokenTime broken;
 };
@@ -52,8 +56,8 @@ std::int32_t DaysInMonth(std::int64_t year, std::int32_t month);
 // The leap days of the years before `year`, from year 1 on.
 std::int64_t LeapDaysThrough(std::int64_t year);
 
-// Day of the year, from 1, in 16 bits. Months before January count as it, and those behind December
-// begin where the year ends.
+// Day of the year, from 1, cut to 16 bits with a sign. Months before January count as it, and those
+// behind December begin where the year ends.
 std::int16_t DayOfYear(std::int64_t year, std::int32_t month, std::int32_t day);
 
 // Weekday of a day of the year, which counts from 1; 0 for Sunday.

@@ -61,8 +61,9 @@ PWRESULT WMTimezoneSource::OpenSource() {
   AskOrganiser();
   ZoneFilesMayHaveChanged();
   cities = std::make_unique<WMCityIndex>(*folder + "\\CITYINFO.DAT");
-  const auto opened = OpenClockFile(clocksPath);
+  auto opened = OpenClockFile(clocksPath);
   if (!opened) return GiveUp();
+  opened->file.reset();
   pw::ByteReader in(opened->bytes);
   for (std::size_t i = 0; i < clocks::kClocks; ++i) {
     if (!AddEntry(clocks::DecodeClock(in))) return GiveUp();
@@ -178,9 +179,8 @@ PWRESULT WMTimezoneSource::UpdateRecord(PWRecord& record) {
 }
 
 // A flag that this clock has is taken from all others.
-void WMTimezoneSource::MakeExclusive(const WMTimezoneEntry& chosen) {
-  PWRecord flags = chosen.record;
-  const PWTimezoneRecord set(&flags);
+void WMTimezoneSource::MakeExclusive(WMTimezoneEntry& chosen) {
+  const PWTimezoneRecord set(&chosen.record);
   for (const auto& entry : entries) {
     if (entry.get() == &chosen) continue;
     PWTimezoneRecord other(&entry->record);

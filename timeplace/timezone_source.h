@@ -51,7 +51,7 @@ class WMTimezoneSource : public PWSource {
   void AskOrganiser();
   PWRESULT GiveUp();
   bool AddEntry(const WMClock& clock);
-  void MakeExclusive(const WMTimezoneEntry& chosen);
+  void MakeExclusive(WMTimezoneEntry& chosen);
   void SettleFlags();
   WMTimezoneEntry* Current();
 

@@ -1,6 +1,5 @@
 #include "timeplace/zone_rule.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "timeplace/date.h"
@@ -18,14 +17,9 @@ std::int32_t Sum(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
 
-// The month of a change, from 1.
-std::int32_t MonthOf(const WMDaylightChange& change) {
-  return std::clamp<std::int32_t>(change.month, 0, 11) + 1;
-}
-
 std::int32_t DayByWeekday(const WMDaylightChange& change, std::int32_t year) {
   if (change.week < 0 || change.weekday < 0 || change.weekday >= kDaysPerWeek) return 1;
-  const std::int32_t month = MonthOf(change);
+  const std::int32_t month = change.MonthOfYear();
   const std::int32_t weekdayOfFirst = WeekdayOf(year, DayOfYear(year, month, 1));
   const std::int32_t first = 1 + (change.weekday - weekdayOfFirst + kDaysPerWeek) % kDaysPerWeek;
   if (change.week < kLastWeek) return first + change.week * kDaysPerWeek;
@@ -36,7 +30,7 @@ std::int32_t DayByWeekday(const WMDaylightChange& change, std::int32_t year) {
 std::int32_t MomentOf(const WMDaylightChange& change, std::int8_t mode, std::int32_t year) {
   const std::int32_t day =
       mode == kDaylightByWeekday ? DayByWeekday(change, year) : change.week + 1;
-  return PlainSeconds(year, MonthOf(change), day, change.HourOfDay(), 0, 0);
+  return PlainSeconds(year, change.MonthOfYear(), day, change.HourOfDay(), 0, 0);
 }
 
 }  // namespace

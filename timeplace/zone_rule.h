@@ -44,8 +44,8 @@ struct DaylightRule {
 DaylightRule RuleOf(const WMCityRecord& city);
 
 // The bounds of a year, which is in full. Without daylight time, and for a mode that isn't known,
-// both are the year's first moment. Months outside the year count as the nearest; a week below 0 or
-// a weekday outside the week gives the first day of the month.
+// both are the year's first moment. Months outside the year count as the nearest; by weekday, a
+// week below 0 or a weekday outside the week gives the first day of the month.
 DaylightBounds BoundsOfYear(const DaylightRule& rule, std::int32_t year);
 
 // A moment on local clocks.
@@ -63,7 +63,7 @@ LocalTime StandardToLocal(std::int32_t standard, const DaylightBounds& bounds);
 std::int32_t LocalToStandard(LocalTime& local, const DaylightBounds& bounds);
 
 // What the clocks of a city show, and the reverse, without any memory of the years before: slower
-// than the process's own zone, and for any city.
+// than the process's own zone, and for any city. A mode that isn't known is no daylight time here.
 LocalTime UtcToLocal(const WMCityRecord& city, std::int32_t utc);
 std::int32_t LocalToUtc(const WMCityRecord& city, std::int32_t local);
 

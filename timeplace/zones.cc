@@ -1,5 +1,6 @@
 #include "timeplace/zones.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -21,8 +22,9 @@ constexpr std::size_t kLongestFolder = 260;
 
 constexpr std::string_view kCityFile = "cityinfo.dat";
 constexpr std::string_view kZoneFile = "timezone.dat";
-constexpr std::size_t kZoneSize = 34;
-constexpr std::size_t kMostZones = 256;
+// An entry of the zone table, and as much of the table as counts. Nothing but its length does.
+constexpr std::uint64_t kZoneSize = 34;
+constexpr std::uint64_t kTableSize = 256 * kZoneSize;
 
 constexpr std::int32_t kNoYear = -1;
 constexpr std::int32_t kMostZoneId = 255;
@@ -57,18 +59,26 @@ std::optional<std::string> PathOf(std::string_view file) {
   return pw::PathInFolder(*folder, file);
 }
 
+void Remember(WMCityIndex& index, std::optional<pw::FileState> file) {
+  if (file != state->cityFile) state->cities = pw::CityCatalogue(index);
+  state->cityFile = std::move(file);
+  state->fresh = true;
+}
+
 const pw::CityCatalogue& Cities() {
   if (state->fresh) return state->cities;
   const auto path = PathOf(kCityFile);
   auto found = path ? pw::StateOf(*path) : std::nullopt;
   if (!found) {
     state->cities = pw::CityCatalogue();
-  } else if (found != state->cityFile) {
+    state->cityFile.reset();
+    state->fresh = true;
+  } else if (found == state->cityFile) {
+    state->fresh = true;
+  } else {
     WMCityIndex index(*path);
-    state->cities = pw::CityCatalogue(index);
+    Remember(index, std::move(found));
   }
-  state->cityFile = std::move(found);
-  state->fresh = true;
   return state->cities;
 }
 
@@ -79,7 +89,7 @@ void CountZones() {
   const auto file =
       pw::CurrentPlatform().files->Open(*path, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
   if (file == nullptr) return;
-  const std::size_t size = file->Read(kMostZones * kZoneSize).size();
+  const std::uint64_t size = std::min<std::uint64_t>(file->Size().value_or(0), kTableSize);
   state->zoneCount = static_cast<std::int32_t>(size / kZoneSize);
 }
 
@@ -104,9 +114,9 @@ std::int32_t Sum(std::int32_t a, std::int32_t b) {
 // What the working city's clocks show now. The bounds are those of the year in Greenwich.
 pw::LocalTime Now() {
   const std::int32_t utc = UtcNowSeconds();
-  CacheYear(YearOf(utc));
   const std::int32_t standard = Sum(utc, -state->zoneOffset);
   if (!HasDaylight()) return {standard, false};
+  CacheYear(YearOf(utc));
   return pw::StandardToLocal(standard, state->daylight);
 }
 
@@ -115,11 +125,9 @@ void SetWorkingCity(const WMCityRecord& city) {
   state->bounds.Use(pw::RuleOf(city));
 }
 
-// The offset changes last: the year is found with the old one.
+// Bounds and offset of the working city, for the present year in Greenwich.
 void FollowWorkingCity() {
-  CacheYear(YearOf(UtcNowSeconds()));
-  ComputeDaylightBounds(YearOf(Now().seconds));
-  Now();
+  ComputeDaylightBounds(YearOf(UtcNowSeconds()));
   state->zoneOffset = pw::ZoneOffsetSeconds(state->workingCity.offset);
 }
 
@@ -131,6 +139,7 @@ bool LoadHomeZone() {
   const auto path = PathOf(kCityFile);
   if (!path || !pw::CurrentPlatform().files->Exists(*path)) return false;
 
+  auto file = pw::StateOf(*path);
   WMCityIndex index(*path);
   if (const WMCityRecord* found = index.Find(city.value_or(std::string()))) {
     const bool changes = found->zone != state->workingCity.zone;
@@ -140,6 +149,7 @@ bool LoadHomeZone() {
       state->homeCity = state->workingCity;
     }
   }
+  Remember(index, std::move(file));
   CountZones();
   return true;
 }
@@ -261,9 +271,9 @@ bool CityToTimeZone(const WMCityRecord& city, TIME_ZONE_INFORMATION& zone) {
   zone.DaylightBias = -60;
   const auto word = [](std::int32_t value) { return static_cast<std::uint16_t>(value); };
   if (city.dstMode > kNoDaylight) {
-    zone.StandardDate.wMonth = word(city.dstEnd.month + 1);
+    zone.StandardDate.wMonth = word(city.dstEnd.MonthOfYear());
     zone.StandardDate.wHour = word(city.dstEnd.HourOfDay());
-    zone.DaylightDate.wMonth = word(city.dstStart.month + 1);
+    zone.DaylightDate.wMonth = word(city.dstStart.MonthOfYear());
     zone.DaylightDate.wHour = word(city.dstStart.HourOfDay());
   }
   if (city.dstMode == kDaylightByWeekday) {

@@ -10,16 +10,18 @@
 //
 // Every local date is that of the organiser's home city, not of the machine. The working city is
 // the home city but while a series of another zone is handled. Both are state of the process, as is
-// the one year whose daylight bounds hold: it starts without a zone, and loads the home city on the
-// first conversion. Where that fails, conversions go on with UTC, and don't try again until a
-// source opens. All are called on the engine's one thread.
+// the one year whose daylight bounds hold. It starts without a zone, and loads the home city on the
+// first conversion; where that fails, conversions go on with UTC, and don't try again until a
+// source opens. A home city that is loaded stays as it was then until `LoadHomeZone`, and its zone
+// for as long as the number is the same. All are called on the engine's one thread.
 
 // Loads the home city and the number of zones from the organiser's folder, as its registry keys
 // name them. False if there is no city file. A home city that the file doesn't know leaves all as
 // it was.
 bool LoadHomeZone();
 
-// A source opens: the files may have changed meanwhile, and are looked at again when next needed.
+// A source opens: the city file may have changed meanwhile, and is looked at again when a zone is
+// next looked up; a home city that could not be loaded is tried again.
 void ZoneFilesMayHaveChanged();
 
 // The zone number of the working and of the home city, 0 to 255; 0 where none is loaded.
@@ -29,7 +31,8 @@ std::int32_t HomeZoneId();
 // Makes the first city of that zone number the working city, or for 0 the home city; with
 // `makeHome` the home city too. True if that changed the zone, or the number is that of the working
 // city already; false if the home city has the working city's number, or no city has this one.
-// Touches no file once the city file has been read.
+// Touches no file once the city file has been read. The home city must have been loaded: there is
+// no way back to one that was not.
 bool SwitchZone(std::int32_t id, bool makeHome);
 
 // Makes the bounds those of a year, which is in full.

@@ -24,9 +24,6 @@ enum class LeftOutReason {
 };
 inline constexpr std::size_t kLeftOutReasons = 8;
 
-// The country of a city in the United States, as the organiser spells it.
-inline constexpr std::string_view kUnitedStates = "USA";
-
 // The city that a zone is named for, "New York, NY" or "Buenos Aires", in the organiser's code
 // page.
 std::string CityNameOf(std::string_view zoneId);

@@ -4,8 +4,9 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <numeric>
+#include <optional>
 #include <set>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -23,8 +24,8 @@ namespace fs = std::filesystem;
 constexpr const char* kUsualFolder = "/usr/share/zoneinfo";
 
 // Many times what any has. A table of this size has fewer rows than a city file may have nodes.
-constexpr std::uintmax_t kLargestTable = 256 * 1024;
-constexpr std::uintmax_t kLargestZone = 1024 * 1024;
+constexpr std::uintmax_t kLargestTable = 256 * std::uintmax_t{1024};
+constexpr std::uintmax_t kLargestZone = 1024 * std::uintmax_t{1024};
 
 // Zone numbers have eight bits, and 0 is no zone. The zone file holds one entry more than the
 // highest, for a search that stops one short of their number.
@@ -32,6 +33,7 @@ constexpr std::size_t kMostZones = 255;
 constexpr std::size_t kZoneEntrySize = 34;
 
 constexpr std::string_view kUnitedStatesCode = "US";
+constexpr const char* kUnitedStates = "USA";  // as the organiser spells it
 
 constexpr std::array<const char*, kLeftOutReasons> kReasonTexts = {
     "without a readable zone file",
@@ -51,7 +53,7 @@ struct Period {
 };
 
 Period ThreeYearsFrom(std::int64_t now) {
-  constexpr std::int64_t kEarliest = 2 * kSecondsPerDay;
+  constexpr std::int64_t kEarliest = 2 * std::int64_t{kSecondsPerDay};
   constexpr std::int64_t kLatest = std::numeric_limits<std::int32_t>::max() - kEarliest;
   constexpr std::int64_t kThreeYears = 3 * std::int64_t{kSecondsPerCommonYear} + kSecondsPerDay;
   const std::int64_t from = std::clamp(now, kEarliest, kLatest);
@@ -94,7 +96,7 @@ class CityMaker {
   }
 
   std::string CountryOf(const std::string& code) const {
-    if (code == kUnitedStatesCode) return std::string(kUnitedStates);
+    if (code == kUnitedStatesCode) return kUnitedStates;
     const auto found = countries.find(code);
     return Utf8ToCodePageLossy(found == countries.end() ? code : found->second);
   }

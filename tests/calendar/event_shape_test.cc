@@ -59,6 +59,8 @@ TEST_F(EventShapeOfTest, AnEventHangsOnItsLocalDates) {
        0},
       {"over midnight", {2000, 7, 1, 13, 0, 0}, {2000, 7, 1, 15, 0, 0}, false, kNever, 0, 0, 1, 0},
       {"a month on", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, false, kNever, 0, 0, 1, 0},
+      {"a year on", {2000, 7, 1, 1, 0, 0}, {2001, 7, 1, 2, 0, 0}, false, kNever, 0, 0, 1, 0},
+      {"all of a month", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 0}, true, kNever, 0, 0, 1, 0},
       {"beyond the calendar",
        {1970, 1, 1, 1, 0, 0},
        {1979, 1, 1, 2, 0, 0},

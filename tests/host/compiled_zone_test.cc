@@ -81,7 +81,7 @@ TEST(RuleLine, ThatIsNoneIsRefused) {
   }
 }
 
-// Two hours east until 1000, one from then on, three from 2^32 on, and the rule behind that.
+// Two hours east until 1000, one until 2000, and then as the rule says.
 CompiledZoneBytes SmallZone() {
   CompiledZoneBytes zone;
   zone.types = {2 * kHour, kHour, 3 * kHour};

@@ -158,7 +158,7 @@ TEST(SystemCities, ShareZoneNumbersByTheirClocksFromWestToEast) {
   for (const SystemCity& city : made.cities) numbers[city.zoneId] = city.record.zone;
   EXPECT_EQ(numbers, (std::map<std::string, int>{
                          {"West", 1}, {"East", 2}, {"East_too", 2}, {"East_in_summer", 3}}));
-  EXPECT_EQ(made.ZoneFile(), std::string(4 * 34, '\0'));
+  EXPECT_EQ(made.ZoneFile(), std::string(std::size_t{4} * 34, '\0'));
 
   for (int minutes = 1; minutes <= 260; ++minutes) {
     const std::string text = std::to_string(minutes / 60) + ":" + std::to_string(minutes % 60);

@@ -71,6 +71,17 @@ TEST(DateTest, FieldsCarryOver) {
   }
 }
 
+TEST(DateTest, ACenturyYearIsLeapOnlyByFourHundred) {
+  for (const std::int32_t year : {1900, 2100, 2200}) EXPECT_FALSE(IsLeapYear(year)) << year;
+  for (const std::int32_t year : {1600, 2000, 2400, 1904}) EXPECT_TRUE(IsLeapYear(year)) << year;
+  EXPECT_EQ(DaysInMonth(2100, 2), 28);
+  EXPECT_EQ(DayOfYear(2100, 3, 1), 60);
+  EXPECT_EQ(LeapDaysThrough(1970), 477);
+  EXPECT_EQ(LeapDaysThrough(2101) - LeapDaysThrough(2001), 24);
+  EXPECT_EQ(LeapDaysThrough(2001) - LeapDaysThrough(1601), 97);
+  EXPECT_EQ(WMTime(2000, 2, 29, 0, 0, 1).seconds, 951782401);
+}
+
 TEST(DateTest, NormalisingBringsTheMonthIntoItsYear) {
   const struct {
     WMBrokenTime given;

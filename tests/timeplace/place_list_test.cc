@@ -79,6 +79,17 @@ TEST_F(PlaceListTest, CutAtEveryLength) {
   }
 }
 
+TEST_F(PlaceListTest, WithAnyByteFlippedHoldsNoMoreThanTheFile) {
+  const std::string whole = FileOf({"Attic", "Cellar"});
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    std::string damaged = whole;
+    damaged[i] = static_cast<char>(~damaged[i]);
+    EXPECT_LE(Load(damaged).size(), 2U) << i;
+    list.Add("Barn");
+    EXPECT_TRUE(list.Save());
+  }
+}
+
 TEST_F(PlaceListTest, AFileThatIsNoneIsReplaced) {
   const std::optional<std::string> files[] = {std::nullopt, "", "WMW40", "WMW300\1\0\0\0"};
   for (const auto& bytes : files) {

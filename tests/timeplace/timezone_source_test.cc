@@ -236,6 +236,44 @@ TEST_F(TimezoneSourceTest, ACloseWritesOneHomeAndOneActiveClock) {
   }
 }
 
+TEST_F(TimezoneSourceTest, OfSeveralHomeOrActiveClocksTheLastStays) {
+  const std::string yes(4, '\0');
+  for (const std::size_t clock : {1, 4}) clocks.replace(clock * kClockSize + 132, 4, yes);
+  for (const std::size_t clock : {0, 6}) clocks.replace(clock * kClockSize + 128, 4, yes);
+  ASSERT_EQ(Open(), 0);
+  EXPECT_EQ(Flags(), "-wa hwa h-- --- h-- --- -wa --- ");
+  ASSERT_EQ(source->CloseSource(), 0);
+  MakeSource();
+  ASSERT_EQ(source->Open(0), 0);
+  EXPECT_EQ(Flags(), "--- --- --- --- h-- --- -wa --- ");
+  // A world clock needn't be the active one until the close.
+  PWRecord record = Read("2");
+  PWTimezoneRecord(&record).World(true);
+  EXPECT_EQ(source->UpdateRecord(record), 0);
+  EXPECT_EQ(Flags(), "--- --- -w- --- h-- --- --a --- ");
+}
+
+TEST_F(TimezoneSourceTest, DamagedClocksAreHarmless) {
+  const auto use = [&] {
+    MakeSource();
+    if (Open() != 0) return;
+    Flags();
+    Update("3", true, true);
+    source->CloseSource();
+  };
+  const std::string whole = clocks;
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    clocks = whole;
+    clocks[i] = static_cast<char>(~clocks[i]);
+    use();
+  }
+  for (std::size_t size = 0; size < whole.size(); size += 7) {
+    clocks = whole.substr(0, size);
+    use();
+    EXPECT_EQ(*platform.files.Get(kClocks), clocks);
+  }
+}
+
 TEST_F(TimezoneSourceTest, BytesBehindTheClocksStayAndALabelWithoutEndToo) {
   clocks.replace(62, 66, std::string(66, 'L'));
   clocks += "more";
@@ -266,7 +304,10 @@ TEST_F(TimezoneSourceTest, AsksTheOrganiserForTheFile) {
   EXPECT_EQ(Update("0", true, true), 1);
   EXPECT_EQ(source->CloseSource(), 0);
   EXPECT_EQ(*platform.files.Get(kClocks), clocks);
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0}));
+  platform.files.Delete(kClocks);
+  MakeSource();
+  EXPECT_EQ(source->Open(0), 1);
+  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 0})) << "nothing to give back";
 }
 
 TEST_F(TimezoneSourceTest, WhatIsMissingFailsTheOpenAndLetsGo) {
@@ -302,9 +343,11 @@ TEST_F(TimezoneSourceTest, WhatIsMissingFailsTheOpenAndLetsGo) {
 }
 
 TEST_F(TimezoneSourceTest, AFileThatCannotBeWrittenFailsTheClose) {
+  platform.windows.Add("Wingmate_95", true);
   ASSERT_EQ(Open(), 0);
   platform.files.FailWritesAfter(0);
   EXPECT_EQ(source->CloseSource(), 1);
+  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 1, 2})) << "the organiser looks for itself";
   EXPECT_EQ(*platform.files.Get(kClocks), clocks);
 }
 

@@ -149,6 +149,11 @@ TEST_F(ZonesTest, WithoutCityFileOrCityTimeIsUtcAndFilesAreLeftAlone) {
   EXPECT_FALSE(LoadHomeZone());
   EXPECT_EQ(SecondsToLocal(summer).hour, 12);
   Live("Atlantis");
+  SYSTEMTIME now;
+  LocalNow(now);
+  EXPECT_EQ(now.wHour, 12);
+  TIME_ZONE_INFORMATION zone;
+  EXPECT_FALSE(HomeToTimeZone(zone));
   // Only what opens a source looks again.
   const std::size_t opens = platform.files.Opens();
   EXPECT_EQ(SecondsToLocal(summer).hour, 12);
@@ -156,15 +161,65 @@ TEST_F(ZonesTest, WithoutCityFileOrCityTimeIsUtcAndFilesAreLeftAlone) {
   ZoneFilesMayHaveChanged();
   EXPECT_TRUE(LoadHomeZone()) << "a city that isn't known is no failure";
   EXPECT_EQ(SecondsToLocal(summer).hour, 12);
-  TIME_ZONE_INFORMATION zone;
   EXPECT_FALSE(HomeToTimeZone(zone));
   EXPECT_EQ(HomeZoneId(), 0);
+  EXPECT_EQ(LocalStampToSeconds({0, 7, 1, 0, 0, 0}), StampToSeconds({0, 7, 1, 0, 0, 0}));
 
   Live("Lima");
   ZoneFilesMayHaveChanged();
   EXPECT_EQ(SecondsToPlain(summer).hour, 12);
   EXPECT_EQ(HomeZoneId(), 6) << "any conversion loads the zone";
   EXPECT_EQ(SecondsToLocal(summer).hour, 7);
+}
+
+TEST_F(ZonesTest, NowIsTheClocksTimeInTheWorkingZone) {
+  const struct {
+    const char* city;
+    std::int32_t utc;
+    SYSTEMTIME shown;
+  } cases[] = {
+      {"New York, NY", PlainSeconds(2000, 7, 1, 2, 30, 15), {2000, 6, 5, 30, 22, 30, 15, 0}},
+      {"New York, NY", PlainSeconds(2001, 1, 1, 2, 30, 15), {2000, 12, 0, 31, 21, 30, 15, 0}},
+      {"Caracas", PlainSeconds(2000, 7, 1, 2, 0, 0), {2000, 6, 5, 30, 21, 30, 0, 0}},
+  };
+  for (const auto& each : cases) {
+    platform.clock.now = each.utc;
+    Live(each.city);
+    ASSERT_TRUE(LoadHomeZone());
+    SYSTEMTIME now;
+    now.wMilliseconds = 7;
+    LocalNow(now);
+    EXPECT_EQ(now, each.shown) << each.city;
+    EXPECT_EQ(UtcNowSeconds(), each.utc);
+    EXPECT_EQ(SecondsToStamp(each.utc), StampOf(BrokenTimeOf(each.utc))) << "no zone in it";
+  }
+}
+
+TEST_F(ZonesTest, OfOneNumberTheFirstCityCounts) {
+  auto cities = SomeCities();
+  cities.insert(cities.begin(), City("A", "", 6, -400));
+  PutZoneFiles(platform, cities, "Lima");
+  ASSERT_TRUE(LoadHomeZone());
+  const std::int32_t noon = PlainSeconds(2000, 7, 1, 12, 0, 0);
+  EXPECT_EQ(SecondsToLocal(noon).hour, 7);
+  EXPECT_TRUE(SwitchZone(2, false));
+  EXPECT_TRUE(SwitchZone(6, false));
+  EXPECT_EQ(SecondsToLocal(noon).hour, 8);
+  EXPECT_FALSE(SwitchZone(0, false)) << "the same number: only the record is the home city's again";
+  EXPECT_EQ(SecondsToLocal(noon).hour, 8);
+  EXPECT_TRUE(SwitchZone(2, false));
+  EXPECT_TRUE(SwitchZone(0, false));
+  EXPECT_EQ(SecondsToLocal(noon).hour, 7);
+}
+
+TEST_F(ZonesTest, TheHomeCityIsFoundThroughTheTreeAndOthersByTheirPlace) {
+  Live("Lima");
+  std::string file = *platform.files.Get("C:\\Data\\cityinfo.dat");
+  file[0] = 0;  // no root
+  platform.files.Put("C:\\Data\\cityinfo.dat", file);
+  EXPECT_TRUE(LoadHomeZone());
+  EXPECT_EQ(HomeZoneId(), 0);
+  EXPECT_TRUE(SwitchZone(6, false));
 }
 
 TEST_F(ZonesTest, SwitchingTouchesNoFile) {
@@ -253,7 +308,7 @@ TEST_F(ZonesTest, AZoneOfTheEnginesFindsItsNumber) {
     cities.push_back(city);
   };
   add("X1", "Mexico", 8);
-  add("X2", "Canada", 10);
+  add("X2", "US", 10);
   add("X3", "USA", 11);
   add("X4", "Chile", 12);
   add("X5", "Chile", 13);
@@ -277,6 +332,12 @@ TEST_F(ZonesTest, AZoneOfTheEnginesFindsItsNumber) {
   PutZoneFiles(platform, cities, "New York, NY", 400);
   ASSERT_TRUE(LoadHomeZone());
   EXPECT_EQ(numberOf(City("", "", 0, 1000)), Found(false, 1)) << "no zone table is that long";
+  platform.files.Put("C:\\Data\\timezone.dat", std::string(12 * 34 - 1, 'x'));
+  ASSERT_TRUE(LoadHomeZone());
+  EXPECT_EQ(numberOf(City("", "", 0, -800)), Found(true, 10)) << "half an entry is none";
+  platform.files.Delete("C:\\Data\\timezone.dat");
+  ASSERT_TRUE(LoadHomeZone());
+  EXPECT_EQ(numberOf(City("", "", 0, -800)), Found(false, 1));
 }
 
 TEST(ZoneRuleTest, OddRulesGiveADayOfTheMonth) {
