@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -25,6 +27,13 @@ class ByteReader {
   // The next `count` bytes, or as many as are left. The view points into the bytes given.
   std::string_view Take(std::size_t count);
 
+  // Fills a field of fixed width; what the bytes don't reach stays as it is.
+  template <std::size_t kWidth>
+  void TakeInto(std::array<char, kWidth>& field) {
+    const std::string_view taken = Take(kWidth);
+    std::copy(taken.begin(), taken.end(), field.begin());
+  }
+
   // Moves to an offset from the start. One beyond the end moves to the end, where any read is
   // short; the seek itself isn't.
   void Seek(std::size_t offset);
@@ -49,6 +58,10 @@ class ByteWriter {
   void U32(std::uint32_t value) { Number(value, 4); }
   void I32(std::int32_t value) { Number(static_cast<std::uint32_t>(value), 4); }
   void Bytes(std::string_view text) { out.append(text); }
+  template <std::size_t kWidth>
+  void Bytes(const std::array<char, kWidth>& field) {
+    out.append(field.data(), kWidth);
+  }
   void Zeros(std::size_t count) { out.append(count, '\0'); }
 
   // Exactly `width` bytes: the text cut to them, or followed by zeros.

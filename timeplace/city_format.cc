@@ -44,17 +44,6 @@ void PutSigned8(ByteWriter& out, std::int8_t value) {
   out.U8(static_cast<std::uint8_t>(value));
 }
 
-template <std::size_t kSize>
-void TakeBytes(ByteReader& in, std::array<char, kSize>& field) {
-  const std::string_view bytes = in.Take(kSize);
-  std::copy(bytes.begin(), bytes.end(), field.begin());
-}
-
-template <std::size_t kSize>
-void PutBytes(ByteWriter& out, const std::array<char, kSize>& field) {
-  out.Bytes({field.data(), kSize});
-}
-
 WMDaylightChange DecodeChange(ByteReader& in) {
   WMDaylightChange change;
   change.pm = TakeSigned8(in);
@@ -118,15 +107,15 @@ void EncodeHeader(ByteWriter& out, const Header& header) {
 
 WMCityRecord DecodeRecord(ByteReader& in) {
   WMCityRecord record;
-  TakeBytes(in, record.name);
-  TakeBytes(in, record.country);
+  in.TakeInto(record.name);
+  in.TakeInto(record.country);
   record.zone = in.U8();
   record.byte73 = in.U8();
   record.offset = static_cast<std::int16_t>(in.U16());
   record.dstMode = TakeSigned8(in);
   record.dstStart = DecodeChange(in);
   record.dstEnd = DecodeChange(in);
-  TakeBytes(in, record.unknown);
+  in.TakeInto(record.unknown);
   record.mark = in.U16();
   record.deleted = TakeSigned8(in);
   record.byte195 = in.U8();
@@ -134,15 +123,15 @@ WMCityRecord DecodeRecord(ByteReader& in) {
 }
 
 void EncodeRecord(ByteWriter& out, const WMCityRecord& record) {
-  PutBytes(out, record.name);
-  PutBytes(out, record.country);
+  out.Bytes(record.name);
+  out.Bytes(record.country);
   out.U8(record.zone);
   out.U8(record.byte73);
   out.U16(static_cast<std::uint16_t>(record.offset));
   PutSigned8(out, record.dstMode);
   EncodeChange(out, record.dstStart);
   EncodeChange(out, record.dstEnd);
-  PutBytes(out, record.unknown);
+  out.Bytes(record.unknown);
   out.U16(record.mark);
   PutSigned8(out, record.deleted);
   out.U8(record.byte195);

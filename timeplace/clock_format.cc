@@ -24,17 +24,6 @@ void SetFilledText(std::array<char, kSize>& field, std::string_view text) {
   std::fill(end, field.end() - 1, '\0');
 }
 
-template <std::size_t kSize>
-void TakeBytes(pw::ByteReader& in, std::array<char, kSize>& field) {
-  const std::string_view bytes = in.Take(kSize);
-  std::copy(bytes.begin(), bytes.end(), field.begin());
-}
-
-template <std::size_t kSize>
-void PutBytes(pw::ByteWriter& out, const std::array<char, kSize>& field) {
-  out.Bytes({field.data(), kSize});
-}
-
 }  // namespace
 
 std::string_view WMClock::CityText() const {
@@ -67,22 +56,22 @@ namespace pw::clocks {
 
 WMClock DecodeClock(ByteReader& in) {
   WMClock clock;
-  TakeBytes(in, clock.cityText);
-  TakeBytes(in, clock.country);
-  TakeBytes(in, clock.label);
+  in.TakeInto(clock.cityText);
+  in.TakeInto(clock.country);
+  in.TakeInto(clock.label);
   clock.inactive = in.I32();
   clock.notHome = in.I32();
-  TakeBytes(in, clock.unknown);
+  in.TakeInto(clock.unknown);
   return clock;
 }
 
 void EncodeClock(ByteWriter& out, const WMClock& clock) {
-  PutBytes(out, clock.cityText);
-  PutBytes(out, clock.country);
-  PutBytes(out, clock.label);
+  out.Bytes(clock.cityText);
+  out.Bytes(clock.country);
+  out.Bytes(clock.label);
   out.I32(clock.inactive);
   out.I32(clock.notHome);
-  PutBytes(out, clock.unknown);
+  out.Bytes(clock.unknown);
 }
 
 }  // namespace pw::clocks

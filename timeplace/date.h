@@ -19,6 +19,11 @@ inline constexpr std::int32_t kSecondsPerCommonYear = 31536000;
 inline constexpr std::int32_t kSecondsPerLeapYear = 31622400;
 inline constexpr std::int32_t kSecondsPerFourYears = 126230400;
 
+// The sum of two 32-bit words, cut to 32 bits.
+constexpr std::int32_t WrappingSum(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
 // A date and time taken apart.
 struct WMBrokenTime {
   std::int32_t sec = 0;

@@ -12,11 +12,6 @@ constexpr std::int32_t kDaysPerWeek = 7;
 // Week numbers from this one on mean the last such day of the month.
 constexpr std::int32_t kLastWeek = 4;
 
-// Seconds are added and taken away as 32-bit words.
-std::int32_t Sum(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
 std::int32_t DayByWeekday(const WMDaylightChange& change, std::int32_t year) {
   if (change.week < 0 || change.weekday < 0 || change.weekday >= kDaysPerWeek) return 1;
   const std::int32_t month = change.MonthOfYear();
@@ -54,7 +49,7 @@ DaylightBounds BoundsOfYear(const DaylightRule& rule, std::int32_t year) {
 }
 
 LocalTime StandardToLocal(std::int32_t standard, const DaylightBounds& bounds) {
-  const std::int32_t later = Sum(standard, kSecondsPerHour);
+  const std::int32_t later = WrappingSum(standard, kSecondsPerHour);
   const bool nowInside = bounds.Contains(standard);
   const bool laterInside = bounds.Contains(later);
   const bool isDaylight = nowInside & laterInside;
@@ -63,14 +58,14 @@ LocalTime StandardToLocal(std::int32_t standard, const DaylightBounds& bounds) {
 
 std::int32_t LocalToStandard(LocalTime& local, const DaylightBounds& bounds) {
   const bool hasBegun = local.seconds >= bounds.start;
-  const bool isSkipped = hasBegun & (local.seconds < Sum(bounds.start, kSecondsPerHour));
-  local.seconds = Sum(local.seconds, isSkipped ? kSecondsPerHour : 0);
+  const bool isSkipped = hasBegun & (local.seconds < WrappingSum(bounds.start, kSecondsPerHour));
+  local.seconds = WrappingSum(local.seconds, isSkipped ? kSecondsPerHour : 0);
   local.isDaylight = bounds.Contains(local.seconds);
-  return Sum(local.seconds, local.isDaylight ? -kSecondsPerHour : 0);
+  return WrappingSum(local.seconds, local.isDaylight ? -kSecondsPerHour : 0);
 }
 
 LocalTime UtcToLocal(const WMCityRecord& city, std::int32_t utc) {
-  const std::int32_t standard = Sum(utc, -ZoneOffsetSeconds(city.offset));
+  const std::int32_t standard = WrappingSum(utc, -ZoneOffsetSeconds(city.offset));
   const DaylightRule rule = RuleOf(city);
   if (rule.mode == kNoDaylight || !rule.IsKnown()) return {standard, false};
   return StandardToLocal(standard, BoundsOfYear(rule, YearOf(standard)));
@@ -79,9 +74,9 @@ LocalTime UtcToLocal(const WMCityRecord& city, std::int32_t utc) {
 std::int32_t LocalToUtc(const WMCityRecord& city, std::int32_t local) {
   const std::int32_t offset = ZoneOffsetSeconds(city.offset);
   const DaylightRule rule = RuleOf(city);
-  if (rule.mode == kNoDaylight || !rule.IsKnown()) return Sum(local, offset);
+  if (rule.mode == kNoDaylight || !rule.IsKnown()) return WrappingSum(local, offset);
   LocalTime time{local, false};
-  return Sum(LocalToStandard(time, BoundsOfYear(rule, YearOf(local))), offset);
+  return WrappingSum(LocalToStandard(time, BoundsOfYear(rule, YearOf(local))), offset);
 }
 
 }  // namespace pw

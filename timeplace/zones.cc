@@ -106,15 +106,10 @@ void CacheYear(std::int32_t year) {
   if (year != state->cachedYear) ComputeDaylightBounds(year);
 }
 
-// 32-bit words.
-std::int32_t Sum(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-}
-
 // What the working city's clocks show now. The bounds are those of the year in Greenwich.
 pw::LocalTime Now() {
   const std::int32_t utc = UtcNowSeconds();
-  const std::int32_t standard = Sum(utc, -state->zoneOffset);
+  const std::int32_t standard = WrappingSum(utc, -state->zoneOffset);
   if (!HasDaylight()) return {standard, false};
   CacheYear(YearOf(utc));
   return pw::StandardToLocal(standard, state->daylight);
@@ -190,7 +185,7 @@ void ComputeDaylightBounds(std::int32_t year) {
 
 WMBrokenTime SecondsToLocal(std::int32_t seconds) {
   EnsureZone();
-  pw::LocalTime local{Sum(seconds, -state->zoneOffset), false};
+  pw::LocalTime local{WrappingSum(seconds, -state->zoneOffset), false};
   if (HasDaylight()) {
     CacheYear(YearOf(local.seconds));
     local = pw::StandardToLocal(local.seconds, state->daylight);
@@ -210,7 +205,7 @@ std::int32_t LocalToSeconds(WMBrokenTime& local) {
   }
   local = BrokenTimeOf(time.seconds);
   local.isdst = time.isDaylight ? 1 : 0;
-  return Sum(standard, state->zoneOffset);
+  return WrappingSum(standard, state->zoneOffset);
 }
 
 WMBrokenTime SecondsToPlain(std::int32_t seconds) {
