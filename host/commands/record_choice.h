@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "host/console.h"
-#include "host/record_reader.h"
 #include "host/engine_run.h"
 #include "host/outcome.h"
+#include "host/record_reader.h"
 
 namespace pw {
 
@@ -21,7 +21,7 @@ struct ChosenRecords {
 // Reads the contacts of one category, or of all without a word. Where several are read, one that
 // can't be is told and left out; where it is the only one, that is a failure.
 Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
-                                       const std::string& type,
-                                       const std::optional<std::string>& category);
+                                     const std::string& type,
+                                     const std::optional<std::string>& category);
 
 }  // namespace pw
