@@ -3,6 +3,7 @@
 #include <array>
 #include <new>
 
+#include "calltask/todo_source.h"
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
 #include "plugin/string_table.h"
@@ -22,7 +23,10 @@ constexpr std::array<DataType, 5> kDataTypes = {{
        return new (std::nothrow) WMContactSource(manager);
      }},
     {"calendar", nullptr},
-    {"todo", nullptr},
+    {"todo",
+     [](WMSourceManager* manager) -> PWSource* {
+       return new (std::nothrow) WMTodoSource(manager);
+     }},
     {"memo", nullptr},
     {"timezone",
      [](WMSourceManager* manager) -> PWSource* {

@@ -22,6 +22,8 @@ inline constexpr std::uint32_t kFile = 2107;
 inline constexpr std::uint32_t kCannotFindFile = 2109;
 inline constexpr std::uint32_t kWarning = 2111;
 inline constexpr std::uint32_t kWhichIsRequired = 2112;
+inline constexpr std::uint32_t kRecurringTask = 2127;
+inline constexpr std::uint32_t kRecurringCall = 2128;
 inline constexpr std::uint32_t kOrganiserBusy = 2130;
 
 inline constexpr std::uint32_t kMainKeyInformationManager = 3000;
@@ -36,6 +38,10 @@ inline constexpr std::uint32_t kLastName = 8105;
 inline constexpr std::uint32_t kCompany = 8106;
 inline constexpr std::uint32_t kTimezonesReadOnly = 8108;
 inline constexpr std::uint32_t kVersion = 8109;
+inline constexpr std::uint32_t kCallNoteShortened = 8115;
+inline constexpr std::uint32_t kTaskNoteShortened = 8116;
+inline constexpr std::uint32_t kCallDayFull = 8117;
+inline constexpr std::uint32_t kTaskDayFull = 8118;
 inline constexpr std::uint32_t kContactLog = 8121;
 
 }  // namespace strings
