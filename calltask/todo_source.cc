@@ -79,10 +79,7 @@ PWRESULT WMTodoSource::OpenSource() {
   if (!files.Exists(taskPath)) WMTaskStore::CreateTaskStore(prefix);
   if (!files.Exists(WMCallStore::PathOf(prefix))) WMCallStore::CreateCallStore(prefix);
   if (NotifyOrganiserOpen(taskPath.c_str(), 0, kTodoFiles, false) == kOrganiserBusy) {
-    if (Manager->Log != nullptr) {
-      const std::string line = FormatString(strings::kOrganiserBusy, Manager->Name());
-      Manager->Log->Add(line.c_str(), kLogFailure);
-    }
+    LogOrganiserBusy(*Manager);
     return kResultFailed;
   }
   NotifyOrganiserLock(0, false);

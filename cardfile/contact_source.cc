@@ -7,7 +7,6 @@
 #include "cardfile/card_file.h"
 #include "platform/platform.h"
 #include "plugin/handshake.h"
-#include "plugin/string_table.h"
 
 namespace {
 
@@ -32,10 +31,7 @@ PWRESULT WMContactSource::OpenSource() {
   const std::string path = Category->Location.Str();
   if (!pw::CurrentPlatform().files->Exists(path)) return kResultFileMissing;
   if (NotifyOrganiserOpen(path.c_str(), 0, kContactFiles, kSkip) == kOrganiserBusy) {
-    if (Manager->Log != nullptr) {
-      const std::string line = FormatString(strings::kOrganiserBusy, Manager->Name());
-      Manager->Log->Add(line.c_str(), kLogFailure);
-    }
+    LogOrganiserBusy(*Manager);
     return kResultFailed;
   }
   NotifyOrganiserLock(0, kSkip);

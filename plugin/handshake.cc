@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "framework/application.h"
 #include "platform/platform.h"
+#include "plugin/string_table.h"
 
 namespace {
 
@@ -127,6 +128,12 @@ std::int32_t NotifyOrganiserOpen(const char* path, std::uint32_t message, std::i
   if (organiser.IsBusy()) return kOrganiserBusy;
   if (path != nullptr && *path != '\0') WriteNotes(path, kind);
   return organiser.Agrees(kWantsFiles) ? kOrganiserAgrees : kOrganiserOther;
+}
+
+void LogOrganiserBusy(PWSourceManager& manager) {
+  if (manager.Log == nullptr) return;
+  const std::string line = FormatString(strings::kOrganiserBusy, manager.Name());
+  manager.Log->Add(line.c_str(), kLogFailure);
 }
 
 bool NotifyOrganiserLock(std::uint32_t message, bool skip) {

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "framework/source_manager.h"
+
 // The word with a running organiser about its files. It is asked by window message to let go of
 // them before a source opens them, and told when it may have them back; which files are meant
 // stands in the registry. Where no organiser runs all of this does nothing. Each call waits for the
@@ -31,6 +33,9 @@ bool IsOrganiserRunning();
 // With `skip` nothing is done, and the reply is 1.
 std::int32_t NotifyOrganiserOpen(const char* path, std::uint32_t message, std::int32_t kind,
                                  bool skip);
+
+// Tells the person that the organiser has a dialog open, in the manager's log if there is one.
+void LogOrganiserBusy(PWSourceManager& manager);
 
 // The source opens the files now. Whether the organiser replied 0; true where nothing was sent.
 bool NotifyOrganiserLock(std::uint32_t message, bool skip);

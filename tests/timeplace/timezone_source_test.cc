@@ -6,6 +6,7 @@
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
 #include "tests/support/clock_file_builder.h"
+#include "tests/support/test_log.h"
 #include "tests/support/zone_files.h"
 
 namespace {
@@ -14,16 +15,9 @@ using pw::test::Change;
 using pw::test::City;
 using pw::test::Clock;
 using pw::test::kClockSize;
+using pw::test::TestLog;
 
 constexpr const char* kClocks = "C:\\Data\\CLOCKS.DAT";
-class TestLog : public PWLog {
- public:
-  void Add(const char* text, ELogItemImage image) override {
-    lines.push_back(std::to_string(image) + " " + text);
-  }
-  std::vector<std::string> lines;
-};
-
 class TimezoneSourceTest : public testing::Test {
  protected:
   TimezoneSourceTest() {
