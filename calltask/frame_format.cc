@@ -13,8 +13,8 @@ constexpr std::int32_t kFirstYearSince1900 = kFirstYear - 1900;
 // Takes the blocks that a year's table names.
 class BlockFinder {
  public:
-  BlockFinder(std::string_view file, std::vector<DayBlock>& days)
-      : file(file), days(days), bytesLeft(file.size()) {}
+  BlockFinder(std::string_view file, Frame& frame)
+      : file(file), frame(frame), bytesLeft(file.size()) {}
 
   // False if the table isn't whole.
   bool TakeYear(const YearEntry& year) {
@@ -31,13 +31,17 @@ class BlockFinder {
  private:
   void TakeDay(std::uint16_t key, const DayEntry& entry) {
     const bool isInFile = entry.offset <= file.size() && entry.size <= file.size() - entry.offset;
-    if (entry.size == 0 || !isInFile || entry.size > bytesLeft) return;
+    if (entry.size == 0) return;
+    if (!isInFile || entry.size > bytesLeft) {
+      ++frame.blocksOutside;
+      return;
+    }
     bytesLeft -= entry.size;
-    days.push_back({key, file.substr(entry.offset, entry.size)});
+    frame.days.push_back({key, file.substr(entry.offset, entry.size)});
   }
 
   std::string_view file;
-  std::vector<DayBlock>& days;
+  Frame& frame;
   std::size_t bytesLeft;
 };
 
@@ -149,7 +153,7 @@ Frame ReadFrame(std::string_view file) {
   frame.isWhole = in.Remaining() >= kYearIndexSize;
   if (!frame.isWhole) return frame;
 
-  BlockFinder finder(file, frame.days);
+  BlockFinder finder(file, frame);
   for (std::size_t i = 0; i < kYearEntries; ++i) {
     const YearEntry year = DecodeYearEntry(in);
     if (!year.IsEmpty() && !finder.TakeYear(year)) frame.isWhole = false;

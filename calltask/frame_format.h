@@ -113,6 +113,7 @@ struct Frame {
   bool hasHeader = false;  // the file has a whole one
   bool isWhole = false;    // the year index and all tables that it names are whole too
   std::vector<DayBlock> days;
+  std::size_t blocksOutside = 0;  // blocks that were left out
 };
 
 // Finds the blocks of a file, in the order of its entries; two may have one key. Blocks that aren't

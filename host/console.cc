@@ -12,6 +12,11 @@ int Console::Fail(const Failure& failure) const {
   return kExitFailed;
 }
 
+bool Console::Warn(const std::vector<std::string>& problems) const {
+  for (const std::string& problem : problems) messages << "pairwise: " << problem << "\n";
+  return !problems.empty();
+}
+
 int Console::FailUsage(const std::string& what) const {
   messages << "pairwise: " << what << "\n";
   return kExitUsage;

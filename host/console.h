@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 #include "host/outcome.h"
 
@@ -26,6 +27,9 @@ struct Console {
 
   // Tells what went wrong, and gives the exit code for it.
   int Fail(const Failure& failure) const;
+
+  // Tells each of what was found wrong on the way. Whether there was anything.
+  bool Warn(const std::vector<std::string>& problems) const;
 
   // Tells what went wrong with the way in which the program was called.
   int FailUsage(const std::string& what) const;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "framework/task_record.h"
 #include "framework/timezone_record.h"
 
 namespace pw {
@@ -64,9 +65,42 @@ void TimezoneFromJson(JsonFields& fields, PWRecord& record) {
   if (fields.Has("DaylightSwitch")) clock.DaylightSwitch(number("DaylightSwitch"));
 }
 
+Json TodoToJson(PWRecord& record) {
+  const PWTaskRecord todo(&record);
+  return Json{
+      {"Call", todo.Call()},
+      {"Subject", JsonText(todo.Subject().View())},
+      {"Note", JsonText(todo.Note().View())},
+      {"NoStartDate", todo.NoStartDate()},
+      {"StartDate", StampText(todo.StartDate())},
+      {"NoDueDate", todo.NoDueDate()},
+      {"DueDate", StampText(todo.DueDate())},
+      {"Priority", static_cast<std::int32_t>(todo.Priority())},
+      {"Completed", todo.Completed()},
+  };
+}
+
+void TodoFromJson(JsonFields& fields, PWRecord& record) {
+  PWTaskRecord todo(&record);
+  // Who names no date has none; who names one needn't say so.
+  todo.NoStartDate(fields.Has("NoStartDate") ? fields.Bool("NoStartDate")
+                                             : !fields.Has("StartDate"));
+  todo.NoDueDate(fields.Has("NoDueDate") ? fields.Bool("NoDueDate") : !fields.Has("DueDate"));
+  if (fields.Has("StartDate")) todo.StartDate(fields.Stamp("StartDate"));
+  if (fields.Has("DueDate")) todo.DueDate(fields.Stamp("DueDate"));
+  if (fields.Has("Call")) todo.Call(fields.Bool("Call"));
+  if (fields.Has("Subject")) todo.Subject(fields.Text("Subject").c_str());
+  if (fields.Has("Note")) todo.Note(fields.Text("Note").c_str());
+  todo.Priority(fields.Has("Priority")
+                    ? static_cast<EPWTaskRecordPriority>(fields.Signed("Priority"))
+                    : kPriorityNormal);
+  if (fields.Has("Completed")) todo.Completed(fields.Bool("Completed"));
+}
+
 constexpr RecordForm kForms[] = {
     {"contact", ContactToJson, ContactFromJson},
     {"timezone", TimezoneToJson, TimezoneFromJson},
+    {"todo", TodoToJson, TodoFromJson},
 };
 
 }  // namespace

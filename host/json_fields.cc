@@ -6,6 +6,7 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "host/formats/stamp_text.h"
 
 namespace pw {
 namespace {
@@ -121,6 +122,22 @@ std::uint32_t JsonFields::Unsigned(const char* name) {
   return 0;
 }
 
+PWDateTimeStamp JsonFields::Stamp(const char* name) {
+  constexpr std::size_t kDateLength = 10;
+  std::string text = Text(name);
+  if (Failed()) return {};
+  if (text.size() == kDateLength) text += "T00:00:00";
+  if (!HasForm(text, "9999-99-99T99:99:99")) {
+    Fail(Quoted(name) + " must be a date as 1998-03-02, or 1998-03-02T12:00:00");
+    return {};
+  }
+  const auto part = [&](std::size_t at) {
+    return static_cast<std::uint8_t>(ParseLong(std::string_view(text).substr(at, 2)));
+  };
+  return {
+      static_cast<std::uint16_t>(ParseLong(text)), part(5), part(8), part(11), part(14), part(17)};
+}
+
 const JsonInput& JsonFields::Object(const char* name) {
   const JsonInput* value = Member(name);
   if (value == nullptr) return EmptyObject();
@@ -153,9 +170,12 @@ Json JsonText(std::string_view text) {
 }
 
 std::string StampText(const PWDateTimeStamp& stamp) {
-  return Format("%04u-%02u-%02uT%02u:%02u:%02u", unsigned{stamp.year}, unsigned{stamp.month},
-                unsigned{stamp.day}, unsigned{stamp.hour}, unsigned{stamp.minute},
-                unsigned{stamp.second});
+  return DateText(stamp) + Format("T%02u:%02u:%02u", unsigned{stamp.hour}, unsigned{stamp.minute},
+                                  unsigned{stamp.second});
+}
+
+std::string DateText(const PWDateTimeStamp& stamp) {
+  return Format("%04u-%02u-%02u", unsigned{stamp.year}, unsigned{stamp.month}, unsigned{stamp.day});
 }
 
 std::string JsonLine(const Json& value) {

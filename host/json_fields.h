@@ -33,6 +33,9 @@ class JsonFields {
   bool Bool(const char* name);
   std::int32_t Signed(const char* name);
 
+  // As `StampText` writes it, or the date alone. The fields needn't be a date of the calendar.
+  PWDateTimeStamp Stamp(const char* name);
+
   // A negative number is taken modulo 2^32.
   std::uint32_t Unsigned(const char* name);
 
@@ -58,8 +61,9 @@ class JsonFields {
 // A text of the organiser's code page as JSON writes it.
 Json JsonText(std::string_view text);
 
-// "YYYY-MM-DDTHH:MM:SS" from the bare fields.
+// "YYYY-MM-DDTHH:MM:SS" from the bare fields, and the date alone.
 std::string StampText(const PWDateTimeStamp& stamp);
+std::string DateText(const PWDateTimeStamp& stamp);
 
 // One line, whatever bytes are in it.
 std::string JsonLine(const Json& value);

@@ -18,6 +18,19 @@ std::string TextLine(const char* name, const std::string& value) {
   return line + "\"\r\n";
 }
 
+std::string NumberLine(const char* name, std::uint32_t value) {
+  return Format("\"%s\"=dword:%08x\r\n", name, value);
+}
+
+std::string KeyLine(const std::string& key) {
+  return "\r\n[HKEY_LOCAL_MACHINE\\" + key + "]\r\n";
+}
+
+std::string KeyBeside(const Product& product, const char* name) {
+  const std::string key = product.mainKey;
+  return key.substr(0, key.rfind('\\') + 1) + name;
+}
+
 }  // namespace
 
 const Product* FindProduct(std::string_view name) {
@@ -26,18 +39,23 @@ const Product* FindProduct(std::string_view name) {
   return found == std::end(kProducts) ? nullptr : found;
 }
 
-std::string InstallKey(const Product& product) {
-  const std::string key = product.mainKey;
-  return key.substr(0, key.rfind('\\') + 1) + "Install";
+std::string CalendarKey(const Product& product) {
+  return KeyBeside(product, "Calendar-Task");
 }
 
-std::string FreshRegistry(const Product& product, const std::string& dataFolder,
-                          const std::string& localCity) {
-  std::string text =
-      Format("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\%s]\r\n\"PRODUCT\"=dword:%08x\r\n",
-             product.mainKey, product.number) +
-      TextLine("Data", dataFolder);
-  if (!localCity.empty()) text += TextLine("LocalCity", localCity);
+std::string InstallKey(const Product& product) {
+  return KeyBeside(product, "Install");
+}
+
+std::string FreshRegistry(const Product& product, const OrganiserFacts& facts) {
+  std::string text = "REGEDIT4\r\n" + KeyLine(product.mainKey) +
+                     NumberLine("PRODUCT", product.number) + TextLine("Data", facts.dataFolder);
+  if (!facts.localCity.empty()) text += TextLine("LocalCity", facts.localCity);
+  // All editions ask this one's key.
+  if (facts.isVersion50) text += KeyLine(kProducts[0].mainKey) + NumberLine("Version", 50);
+  if (!facts.calendar.empty()) {
+    text += KeyLine(CalendarKey(product)) + TextLine(kDefaultUser, facts.calendar);
+  }
   return text;
 }
 

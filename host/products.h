@@ -23,13 +23,22 @@ inline constexpr Product kProducts[] = {
 // Null for a name that isn't in the table.
 const Product* FindProduct(std::string_view name);
 
-// The key where the edition notes where it was installed.
+// The key where the edition notes where it was installed, and the one where it notes where the
+// files of its default user are: the value `kDefaultUser`.
 std::string InstallKey(const Product& product);
+std::string CalendarKey(const Product& product);
+inline constexpr const char* kDefaultUser = "DefUserName";
 
-// A registry that knows of the edition, of its data folder and of the organiser's own city, which
-// may be empty, and no more, in the registry editor's export format. Folder and city are in the
-// organiser's code page.
-std::string FreshRegistry(const Product& product, const std::string& dataFolder,
-                          const std::string& localCity = "");
+// What a registry knows of an organiser. Texts are in its code page, empty for unknown.
+struct OrganiserFacts {
+  std::string dataFolder;
+  std::string calendar;      // what the names of the calendar and to-do files are appended to
+  std::string localCity;     // of the organiser's own
+  bool isVersion50 = false;  // files that are missing are made of version 50
+};
+
+// A registry that knows of the edition and of this, and no more, in the registry editor's export
+// format.
+std::string FreshRegistry(const Product& product, const OrganiserFacts& facts);
 
 }  // namespace pw

@@ -12,6 +12,7 @@
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
 #include "host/record_views.h"
+#include "host/todo_files.h"
 #include "platform/platform.h"
 
 namespace pw {
@@ -40,6 +41,11 @@ std::vector<std::string> NamesInFile(const std::string& location) {
   return names;
 }
 
+// Where a record has a CRC, its stamp is no time of change.
+PWDateTimeStamp LastChange(PWSource& source) {
+  return source.RecordCRC() == 0 ? source.RecordTimeStamp() : PWDateTimeStamp();
+}
+
 }  // namespace
 
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
@@ -50,10 +56,17 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
   if (opened.source == nullptr) return Failure{"records of type '" + type + "' aren't offered"};
   opened.source->Category = opened.category.get();
   const PWRESULT result = opened.source->Open(0);
-  if (result == kResultOk) return opened;
+  if (result == kResultOk) {
+    if (type == kTodoType) opened.problems = TodoFileProblems(run, category.Location.Str());
+    return opened;
+  }
   if (!HasCategories(type)) {
     return Failure{run.NativePathOf(OrganiserFolder(run)) +
                    ": CLOCKS.DAT is missing or cut, or names a city that cityinfo.dat lacks"};
+  }
+  if (type == kTodoType) {
+    return Failure{run.NativePathOf(category.Location.Str() + "TASK.WMW") +
+                   ": neither this file nor the calls beside it can be read"};
   }
   const std::string file = run.NativePathOf(category.Location.Str());
   return Failure{file +
@@ -81,7 +94,7 @@ std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
                                   const std::vector<std::string>& names) {
   Contact contact;
   contact.id = CodePageToUtf8(source.RecordID().View());
-  const PWDateTimeStamp stamp = source.RecordTimeStamp();
+  const PWDateTimeStamp stamp = LastChange(source);
   if (!(stamp == PWDateTimeStamp())) contact.stamp = StampText(stamp);
   if (const RecordView* view = FindRecordView(type)) {
     PWRecord record;
@@ -106,6 +119,7 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
   read.name = CodePageToUtf8(category.Name.View());
   read.location = CodePageToUtf8(category.Location.View());
   read.fieldNames = FieldNames(run, type, category);
+  read.problems = std::move(opened->problems);
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
     auto contact = ReadRecord(source, type, read.fieldNames);
@@ -113,8 +127,13 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
       ++read.unreadable;
       continue;
     }
+    if (type != kContactType) {
+      TypedRecord& record = read.records.emplace_back();
+      record.id = contact->id;
+      record.stamp = LastChange(source);
+      source.ReadRecord(&record.record);
+    }
     read.contacts.push_back(std::move(*contact));
-    if (type != kContactType) source.ReadRecord(&read.records.emplace_back());
   }
   return read;
 }

@@ -14,11 +14,13 @@
 namespace pw {
 
 inline constexpr const char* kContactType = "contact";
+inline constexpr const char* kTodoType = "todo";
 
 // A source with its category, for reading. It is never closed, as that would save it.
 struct OpenedSource {
   std::unique_ptr<PWSourceCategory> category;  // must outlive the source
   std::unique_ptr<PWSource> source;
+  std::vector<std::string> problems;  // what of its files can't be read, a line each
 };
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);
@@ -33,13 +35,21 @@ std::vector<std::string> FieldNames(EngineRun& run, const std::string& type,
 std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
                                   const std::vector<std::string>& names);
 
+// A record as the engine has it.
+struct TypedRecord {
+  std::string id;
+  PWDateTimeStamp stamp;  // last change in the machine's zone; all zero if it isn't known
+  PWRecord record;
+};
+
 struct CategoryRecords {
   std::string name;                     // the category's
   std::string location;                 // the organiser's path, in UTF-8
   std::vector<std::string> fieldNames;  // in the order of its columns
   std::vector<Contact> contacts;
-  std::vector<PWRecord> records;  // the same as the engine has them; none for contacts
-  std::size_t unreadable = 0;     // records that were left out
+  std::vector<TypedRecord> records;   // the same again; none for contacts
+  std::size_t unreadable = 0;         // records that were left out
+  std::vector<std::string> problems;  // what of the files can't be read, a line each
 };
 Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);

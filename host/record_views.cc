@@ -7,6 +7,7 @@
 #include "base/codepage.h"
 #include "base/text.h"
 #include "framework/timezone_record.h"
+#include "host/todo_records.h"
 
 namespace pw {
 namespace {
@@ -61,6 +62,18 @@ std::vector<std::string> TimezoneTexts(PWRecord& record) {
           SwitchText(clock.StandardSwitch())};
 }
 
+const char* PriorityWord(TodoPriority priority) {
+  if (priority == TodoPriority::kHigh) return "high";
+  return priority == TodoPriority::kLow ? "low" : "normal";
+}
+
+std::vector<std::string> TodoTexts(PWRecord& record) {
+  const Todo todo = TodoOf(record);
+  return {
+      todo.call ? "call" : "task",  todo.subject, todo.start, todo.due, PriorityWord(todo.priority),
+      YesOrNothing(todo.completed), todo.note};
+}
+
 }  // namespace
 
 bool HasStamps(std::string_view type) {
@@ -72,6 +85,7 @@ const RecordView* FindRecordView(std::string_view type) {
       {"timezone",
        {"City", "State", "Country", "Offset", "Home", "Active", "Daylight time from", "to"},
        TimezoneTexts},
+      {"todo", {"Kind", "Subject", "Start", "Due", "Priority", "Done", "Note"}, TodoTexts},
   };
   for (const RecordView& view : views) {
     if (view.type == type) return &view;

@@ -14,6 +14,7 @@
 #include "host/profile_lock.h"
 #include "host/sample_cards.h"
 #include "host/sample_clocks.h"
+#include "host/sample_todos.h"
 
 namespace pw {
 namespace {
@@ -23,7 +24,10 @@ namespace fs = std::filesystem;
 constexpr const char* kMark = ".pairwise-demo";
 constexpr const char* kDataFolder = "C:\\Data";
 constexpr const char* kLocation = "C:\\Data\\Friends.WMCard";
-constexpr std::int64_t kSecondsBetweenCards = 98'765;
+constexpr const char* kCalendar = "C:\\Data\\Ada";
+constexpr std::int64_t kSecondsBetweenRecords = 98'765;
+
+constexpr std::uint32_t kSampleTicks = 4'711;  // part of a to-do item's id
 
 constexpr const char* kLockFile = "profile.lock";
 
@@ -85,7 +89,8 @@ Outcome<Done> WriteFiles(SampleProfile& sample) {
   const std::pair<fs::path, std::string> files[] = {
       {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},
       {sample.cardfile, NewCardFile(names, keys)},
-      {sample.profile.RegistryFile(), FreshRegistry(product, kDataFolder, clocks->homeCity)},
+      {sample.profile.RegistryFile(),
+       FreshRegistry(product, {kDataFolder, kCalendar, clocks->homeCity, true})},
       {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
   };
   for (const auto& [file, bytes] : files) {
@@ -104,30 +109,49 @@ PWRecord RecordOf(const SampleCard& card) {
   return record;
 }
 
-Outcome<Done> AddCards(EngineRun& run, SampleProfile& sample) {
+// Adds the records through the module, one after the other in time. Gives their ids.
+Outcome<std::vector<std::string>> AddRecords(EngineRun& run, const char* type, const char* location,
+                                             std::vector<PWRecord> records) {
   PWSourceCategory category;
-  category.Location = kLocation;
-  const std::unique_ptr<PWSource> source(run.Manager().CreateSource("contact"));
-  const Failure failure{sample.cardfile.string() + ": the cards could not be added"};
+  category.Location = location;
+  const std::unique_ptr<PWSource> source(run.Manager().CreateSource(type));
+  const Failure failure{run.NativePathOf(location) + ": the records could not be added"};
   if (source == nullptr) return failure;
   source->Category = &category;
   if (source->Open(0) != kResultOk) return failure;
+  std::vector<std::string> ids;
   std::int64_t now = kSampleTime;
-  for (std::size_t i = 0; i < kSampleCardCount; ++i) {
+  for (PWRecord& record : records) {
     run.Objects().clock.FixNow(now);
-    now += kSecondsBetweenCards;
-    PWRecord record = RecordOf(kSampleCards[i]);
+    now += kSecondsBetweenRecords;
     if (source->AddRecord(record) != kResultOk) return failure;
-    sample.ids.push_back(CodePageToUtf8(source->RecordID().View()));
+    ids.push_back(CodePageToUtf8(source->RecordID().View()));
   }
   if (source->CloseSource() != kResultOk) return failure;
+  return ids;
+}
+
+// Cards and to-do items.
+Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
+  std::vector<PWRecord> cards;
+  for (std::size_t i = 0; i < kSampleCardCount; ++i) cards.push_back(RecordOf(kSampleCards[i]));
+  auto ids = AddRecords(run, "contact", kLocation, std::move(cards));
+  if (!ids) return ids.Why();
+  sample.ids = std::move(*ids);
+
+  std::vector<PWRecord> todos;
+  for (std::size_t i = 0; i < kSampleTodoCount; ++i) todos.push_back(RecordOf(kSampleTodos[i]));
+  run.Objects().clock.FixTicks(kSampleTicks);
+  ids = AddRecords(run, "todo", kCalendar, std::move(todos));
+  if (!ids) return ids.Why();
+  sample.todoIds = std::move(*ids);
   return Done{};
 }
 
 }  // namespace
 
 std::int64_t SampleTimeAfterCards() {
-  return kSampleTime + kSecondsBetweenCards * static_cast<std::int64_t>(kSampleCardCount);
+  return kSampleTime + kSecondsBetweenRecords * static_cast<std::int64_t>(kSampleCardCount);
 }
 
 Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& messages) {
@@ -152,8 +176,8 @@ Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& m
   if (!written) return written.Why();
   const auto run = EngineRun::Start(sample.profile, RunMode::kWriting, messages, std::move(*lock));
   if (!run) return run.Why();
-  const auto added = AddCards(**run, sample);
-  if (!added) return added.Why();
+  const auto filled = FillFiles(**run, sample);
+  if (!filled) return filled.Why();
   if (const auto lost = (*run)->RegistryFailure()) return *lost;
   return sample;
 }

@@ -9,6 +9,7 @@
 #include "platform/platform.h"
 #include "plugin/discovery.h"
 #include "plugin/source_manager.h"
+#include "plugin/string_table.h"
 
 // What the person pairs with a folder of the engine: the categories of each type.
 namespace {
@@ -28,6 +29,23 @@ PWRESULT ListCardfiles(const std::string& folder, PWSourceCategoryVector& out) {
   return kResultOk;
 }
 
+// The one category of a type whose files have a common stem.
+PWRESULT ListStem(WMSourceManager& manager, std::uint32_t displayName,
+                  PWSourceCategoryVector& out) {
+  const std::string folder = manager.Config->String(PWConfig::kDataFolder).Str();
+  PWString location = manager.Config->String(PWConfig::kCalendarStem);
+  if (location.IsEmpty()) {
+    if (!manager.FindDefaultCalendar(location)) return kResultFailed;
+  } else if (!folder.empty()) {
+    location = folder + "\\" + location.Str();
+  }
+  auto category = std::make_unique<PWSourceCategory>();
+  category->Location = location;
+  category->Name = LoadString(displayName);
+  out.Append(category.release(), false);
+  return kResultOk;
+}
+
 // Appends the names that `out` doesn't hold yet.
 void AppendNewNames(const std::vector<std::string>& names, PWStringVector& out) {
   std::unordered_set<std::string> known;
@@ -44,6 +62,7 @@ PWRESULT WMSourceManager::ListCategories(const char* typeName, PWSourceCategoryV
   if (type == kContactType) {
     return ListCardfiles(Config->String(PWConfig::kDataFolder).Str(), out);
   }
+  if (type == "todo") return ListStem(*this, strings::kTaskCategory, out);
   // The clocks have none.
   if (type == "timezone") return kResultOk;
   return PWSourceManager::ListCategories(typeName, out);

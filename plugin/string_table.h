@@ -43,6 +43,7 @@ inline constexpr std::uint32_t kTaskNoteShortened = 8116;
 inline constexpr std::uint32_t kCallDayFull = 8117;
 inline constexpr std::uint32_t kTaskDayFull = 8118;
 inline constexpr std::uint32_t kContactLog = 8121;
+inline constexpr std::uint32_t kTaskCategory = 8124;
 
 }  // namespace strings
 

@@ -1,7 +1,10 @@
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -14,6 +17,7 @@
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
 #include "host/native_file.h"
+#include "host/todo_calendar.h"
 
 // `pairwise export`: the records of a type in a form that other programs read.
 namespace pw {
@@ -40,22 +44,27 @@ std::vector<Contact> AllContacts(const ChosenRecords& chosen) {
 std::string RenderTypedJson(const ChosenRecords& chosen, const RecordForm& form) {
   std::string text;
   for (const CategoryRecords& category : chosen.categories) {
-    for (std::size_t i = 0; i < category.records.size(); ++i) {
-      PWRecord record = category.records[i];
-      const Json line{{"id", category.contacts[i].id}, {"record", form.toJson(record)}};
+    for (const TypedRecord& each : category.records) {
+      PWRecord record = each.record;
+      const Json line{{"id", each.id}, {"record", form.toJson(record)}};
       text += (text.empty() ? "[\n  " : ",\n  ") + JsonLine(line);
     }
   }
   return text.empty() ? "[]\n" : text + "\n]\n";
 }
 
-std::string Render(const ChosenRecords& chosen, const ExportOptions& options) {
-  const std::string& format = options.format;
-  if (format == "json" && options.type == kContactType) {
-    return WriteContactsJson(AllContacts(chosen));
-  }
-  if (format == "json") return RenderTypedJson(chosen, *FindRecordForm(options.type));
-  if (format == "csv") return WriteCsv(AllContacts(chosen));
+std::string RenderJson(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& type) {
+  if (type == kContactType) return WriteContactsJson(AllContacts(chosen));
+  return RenderTypedJson(chosen, *FindRecordForm(type));
+}
+
+std::string RenderCsv(EngineRun& /*run*/, const ChosenRecords& chosen,
+                      const std::string& /*type*/) {
+  return WriteCsv(AllContacts(chosen));
+}
+
+std::string RenderVCards(EngineRun& /*run*/, const ChosenRecords& chosen,
+                         const std::string& /*type*/) {
   std::string cards;
   for (const CategoryRecords& category : chosen.categories) {
     for (const Contact& contact : category.contacts) AppendVCard(cards, contact, category.location);
@@ -63,13 +72,43 @@ std::string Render(const ChosenRecords& chosen, const ExportOptions& options) {
   return cards;
 }
 
+std::string RenderCalendar(EngineRun& run, const ChosenRecords& chosen,
+                           const std::string& /*type*/) {
+  return TodoCalendar(chosen.categories, run.Objects().clock);
+}
+
+struct ExportFormat {
+  std::string_view name;
+  std::string_view onlyType;  // empty where it takes all
+  std::string (*render)(EngineRun& run, const ChosenRecords& chosen, const std::string& type);
+};
+constexpr ExportFormat kFormats[] = {
+    {"json", "", RenderJson},
+    {"csv", "", RenderCsv},
+    {"vcf", kContactType, RenderVCards},
+    {"ics", kTodoType, RenderCalendar},
+};
+
+std::vector<std::string> FormatNames() {
+  std::vector<std::string> names;
+  for (const ExportFormat& format : kFormats) names.emplace_back(format.name);
+  return names;
+}
+
+const ExportFormat& FormatOf(const std::string& name) {
+  return *std::find_if(std::begin(kFormats), std::end(kFormats),
+                       [&](const ExportFormat& format) { return format.name == name; });
+}
+
 int Export(EngineRun& run, const Console& console, const ExportOptions& options) {
-  if (options.format == "vcf" && options.type != kContactType) {
-    return console.FailUsage("only contacts can be exported as vcf");
+  const ExportFormat& format = FormatOf(options.format);
+  if (!format.onlyType.empty() && options.type != format.onlyType) {
+    return console.FailUsage("only records of type " + std::string(format.onlyType) +
+                             " can be exported as " + options.format);
   }
   const auto chosen = ChooseRecords(run, console, options.type, options.category);
   if (!chosen) return console.Fail(chosen.Why());
-  const std::string text = Render(*chosen, options);
+  const std::string text = format.render(run, *chosen, options.type);
   if (options.file == kStandardOutput) {
     console.out << text;
   } else {
@@ -90,8 +129,8 @@ void AddExportCommand(CLI::App& app, CommandLine& line) {
       ->type_name("TYPE");
   command->add_option("category", options->category, "Name or location of a category; else all")
       ->type_name("CATEGORY");
-  command->add_option("--format", options->format, "json, csv or vcf")
-      ->check(CLI::IsMember({"json", "csv", "vcf"}))
+  command->add_option("--format", options->format, "json, csv, vcf for contacts, or ics for todo")
+      ->check(CLI::IsMember(FormatNames()))
       ->capture_default_str()
       ->type_name("FORMAT");
   command->add_option("-o,--output", options->file, "File to write; - is the standard output")

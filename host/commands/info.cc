@@ -46,9 +46,13 @@ std::string TypeSummary(EngineRun& run, const Console& console, const std::strin
   std::size_t unreadable = 0;
   for (std::uint32_t i = 0; i < categories.Count(); ++i) {
     const auto opened = OpenForReading(run, type, *categories.At(i));
-    if (opened) records += opened->source->RecordCount();
-    if (!opened) console.Fail(opened.Why());
-    if (!opened) ++unreadable;
+    if (!opened) {
+      console.Fail(opened.Why());
+      ++unreadable;
+      continue;
+    }
+    records += opened->source->RecordCount();
+    if (console.Warn(opened->problems)) anyLeftOut = true;
   }
   std::string text = Counted(categories.Count(), "category", "categories") + ", " +
                      Counted(records, "record", "records");

@@ -5,11 +5,13 @@
 #include <ostream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "base/codepage.h"
 #include "framework/config.h"
+#include "host/calendar_stems.h"
 #include "host/commands/commands.h"
 #include "host/native_file.h"
 #include "host/products.h"
@@ -34,6 +36,7 @@ constexpr const char* kDataFolder = "C:\\Data";
 struct OldMachine {
   const Product* product = nullptr;
   std::optional<std::string> dataFolder;
+  std::optional<std::string> calendar;  // what the default user's file names begin with
 };
 
 std::optional<std::uint32_t> ProductNumber(Registry& registry, const Product& product) {
@@ -60,8 +63,29 @@ Outcome<OldMachine> AskRegistry(const fs::path& file, const Product* wanted) {
       found.product = &product;
     }
   }
-  if (found.product != nullptr) found.dataFolder = OldDataFolder(registry, *found.product);
+  if (found.product == nullptr) return found;
+  found.dataFolder = OldDataFolder(registry, *found.product);
+  const auto users = registry.Open(CalendarKey(*found.product), RegistryAccess::kRead);
+  if (users != nullptr) found.calendar = ReadText(*users, kDefaultUser);
   return found;
+}
+
+// The stem of the calendar and to-do files. Of several people's the first is taken.
+std::string ChooseStem(const Console& console, const fs::path& data) {
+  const std::vector<std::string> stems = CalendarStems(data);
+  if (stems.size() > 1) {
+    console.messages << "pairwise: " << data.string()
+                     << ": several people's calendar and to-do files; those of '"
+                     << CodePageToUtf8(stems.front())
+                     << "' are taken, which [config] 5 of the profile can change\n";
+  }
+  return stems.empty() ? std::string() : stems.front();
+}
+
+// Whether the old machine itself names the files of that folder.
+bool NamesCalendarIn(const std::optional<std::string>& calendar, const std::string& folder) {
+  if (!calendar) return false;
+  return EqualFileNames(calendar->substr(0, calendar->rfind('\\')), folder);
 }
 
 Outcome<Done> WriteProfile(const Profile& profile, std::string_view registry) {
@@ -96,6 +120,7 @@ int Init(const CommandLine& line, const InitOptions& options) {
   profile.drives.push_back({kDataFolder, data});
 
   std::string registry;
+  std::optional<std::string> calendar;
   if (!options.registryExport.empty()) {
     auto bytes = ReadNativeFile(options.registryExport, kLargestRegistry);
     if (!bytes) return console.Fail(bytes.Why());
@@ -109,11 +134,15 @@ int Init(const CommandLine& line, const InitOptions& options) {
     }
     product = old->product;
     if (old->dataFolder) profile.drives.back().prefix = *old->dataFolder;
+    calendar = old->calendar;
   }
   if (product == nullptr) product = &kProducts[0];
-  if (registry.empty()) registry = FreshRegistry(*product, profile.drives.back().prefix);
-  profile.config[PWConfig::kDataFolder] = profile.drives.back().prefix;
-  profile.config[PWConfig::kCalendarStem] = "";
+  const std::string folder = profile.drives.back().prefix;
+  const std::string stem = NamesCalendarIn(calendar, folder) ? "" : ChooseStem(console, data);
+  if (registry.empty())
+    registry = FreshRegistry(*product, {folder, folder + "\\" + stem, "", false});
+  profile.config[PWConfig::kDataFolder] = folder;
+  profile.config[PWConfig::kCalendarStem] = stem;
   profile.config[PWConfig::kProductKey] = product->mainKey;
 
   const auto written = WriteProfile(profile, registry);

@@ -1,6 +1,6 @@
 #include "host/commands/record_choice.h"
 
-#include <ostream>
+#include <string>
 #include <utility>
 
 #include "host/catalogue.h"
@@ -8,10 +8,12 @@
 namespace pw {
 namespace {
 
-void TellUnreadable(const Console& console, const EngineRun& run, const PWSourceCategory& category,
-                    std::size_t count) {
-  console.messages << "pairwise: " << run.NativePathOf(category.Location.Str()) << ": " << count
-                   << (count == 1 ? " record" : " records") << " could not be read\n";
+std::string UnreadableText(const EngineRun& run, const std::string& type,
+                           const PWSourceCategory& category, std::size_t count) {
+  const std::string records = std::to_string(count) + (count == 1 ? " record" : " records");
+  // What repeats is all that the module can't pass on; its log names each.
+  if (type == kTodoType) return records + " could not be passed on, as they are recurring";
+  return run.NativePathOf(category.Location.Str()) + ": " + records + " could not be read";
 }
 
 }  // namespace
@@ -32,9 +34,9 @@ Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
       continue;
     }
     if (read->unreadable > 0) {
-      TellUnreadable(console, run, each, read->unreadable);
-      chosen.anyLeftOut = true;
+      read->problems.push_back(UnreadableText(run, type, each, read->unreadable));
     }
+    if (console.Warn(read->problems)) chosen.anyLeftOut = true;
     chosen.categories.push_back(std::move(*read));
   }
   return chosen;

@@ -72,10 +72,11 @@ void Print(std::ostream& out, const Found& found) {
 }
 
 // The record of that id in one category; nothing if it isn't there.
-Outcome<std::optional<Found>> FindIn(EngineRun& run, const PWSourceCategory& category,
-                                     const ShowOptions& options) {
+Outcome<std::optional<Found>> FindIn(EngineRun& run, const Console& console,
+                                     const PWSourceCategory& category, const ShowOptions& options) {
   const auto opened = OpenForReading(run, options.type, category);
   if (!opened) return opened.Why();
+  console.Warn(opened->problems);
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
   auto contact = ReadRecord(*opened->source, options.type, FieldNames(run, options.type, category));
@@ -93,7 +94,7 @@ int Show(EngineRun& run, const Console& console, const ShowOptions& options) {
   std::optional<Found> found;
   bool anyLeftOut = false;
   for (std::uint32_t i = 0; i < categories->Count(); ++i) {
-    auto here = FindIn(run, *categories->At(i), options);
+    auto here = FindIn(run, console, *categories->At(i), options);
     if (!here) {
       const int failed = console.Fail(here.Why());
       if (categories->Count() == 1) return failed;

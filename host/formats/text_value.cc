@@ -1,5 +1,7 @@
 #include "host/formats/text_value.h"
 
+#include "base/codepage.h"
+
 namespace pw {
 namespace {
 
@@ -48,6 +50,39 @@ std::vector<std::string_view> SplitValue(std::string_view value, char separator)
   }
   pieces.push_back(value.substr(start));
   return pieces;
+}
+
+bool IsPlainText(std::string_view text) {
+  while (!text.empty()) {
+    if (text.substr(0, 2) == "\r\n") {
+      text.remove_prefix(2);
+      continue;
+    }
+    const auto character = TakeUtf8(text);
+    if (!character) return false;
+    if ((*character < ' ' && *character != '\t') || *character == 0x7F) return false;
+  }
+  return true;
+}
+
+std::string WithLineFeeds(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool lineBreak = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (!lineBreak) result += text[i];
+  }
+  return result;
+}
+
+std::string WithLineBreaks(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (const char c : text) {
+    if (c == '\n' && (result.empty() || result.back() != '\r')) result += '\r';
+    result += c;
+  }
+  return result;
 }
 
 }  // namespace pw

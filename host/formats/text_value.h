@@ -19,4 +19,13 @@ std::string UnescapeText(std::string_view value);
 // point into the value; there is always one at least.
 std::vector<std::string_view> SplitValue(std::string_view value, char separator);
 
+// Whether a text of the organiser's, in UTF-8, can stand in a line and come back as it was:
+// well-formed, its line breaks all CR LF, without other control characters but tabs.
+bool IsPlainText(std::string_view text);
+
+// CR LF to LF, which is the line break that a line's escapes know, and back. The way back leaves a
+// CR LF that is there already.
+std::string WithLineFeeds(std::string_view text);
+std::string WithLineBreaks(std::string_view text);
+
 }  // namespace pw

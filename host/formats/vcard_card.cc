@@ -5,6 +5,8 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "host/formats/record_uid.h"
+#include "host/formats/stamp_text.h"
 #include "host/formats/text_value.h"
 #include "host/formats/transfer_encoding.h"
 #include "host/formats/vcard_text.h"
@@ -110,7 +112,7 @@ std::string ComponentText(CardProperty property, std::string_view component) {
 
 void VCardContent::Add(const ContentLine& line, std::size_t number, LineErrors& errors) {
   if (Equals(line.name, "UID")) {
-    id = IdOfCardUid(line.value);
+    id = IdOfRecordUid(line.value);
   } else if (Equals(line.name, "REV")) {
     stamp = StampText(line.value);
   } else if (Equals(line.name, kFieldListProperty)) {

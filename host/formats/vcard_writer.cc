@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "host/formats/content_line.h"
+#include "host/formats/record_uid.h"
+#include "host/formats/stamp_text.h"
 #include "host/formats/text_value.h"
 #include "host/formats/transfer_encoding.h"
 #include "host/formats/vcard.h"
@@ -67,7 +69,7 @@ class CardWriter {
     Line("BEGIN", "VCARD");
     Line("VERSION", "3.0");
     Line("PRODID", "-//Pairwise//Contacts//EN");
-    Line("UID", MakeCardUid(fileIdentity, contact.id));
+    Line("UID", MakeRecordUid(fileIdentity, contact.id));
     if (IsStamp(contact.stamp)) Line("REV", contact.stamp);
     WriteFormattedName();
     WriteProperty({CardProperty::kName});

@@ -1,0 +1,45 @@
+#include "host/formats/record_uid.h"
+
+#include <cstdint>
+
+#include "host/formats/transfer_encoding.h"
+
+namespace pw {
+namespace {
+
+constexpr std::string_view kUidStart = "pairwise-";
+constexpr std::size_t kHashDigits = 16;
+constexpr char kOccurrenceMark = '#';  // which no id holds once it is encoded
+
+// FNV-1a. Only has to tell one owner's few files apart, and never to change.
+std::uint64_t Hash(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const char c : text) {
+    hash ^= static_cast<unsigned char>(c);
+    hash *= 0x100000001B3U;
+  }
+  return hash;
+}
+
+}  // namespace
+
+std::string MakeRecordUid(std::string_view fileIdentity, std::string_view id,
+                          std::size_t occurrence) {
+  std::string uid(kUidStart);
+  const std::uint64_t hash = Hash(fileIdentity);
+  for (int shift = 60; shift >= 0; shift -= 4) uid += "0123456789abcdef"[hash >> shift & 0xF];
+  uid += '-';
+  uid += EncodePercent(id);
+  if (occurrence > 1) uid += kOccurrenceMark + std::to_string(occurrence);
+  return uid;
+}
+
+std::string IdOfRecordUid(std::string_view uid) {
+  const std::size_t idStart = kUidStart.size() + kHashDigits + 1;
+  if (uid.size() < idStart || uid.substr(0, kUidStart.size()) != kUidStart) return {};
+  if (uid[idStart - 1] != '-') return {};
+  uid.remove_prefix(idStart);
+  return DecodePercent(uid.substr(0, uid.find(kOccurrenceMark)));
+}
+
+}  // namespace pw
