@@ -37,6 +37,7 @@ bool TakeCall(std::string_view& bytes, FormatVersion version, RecordFields& call
     due = DecodeCallDueDate(words[3]);
   }
   call.flags = in.U32();
+  if (in.Short()) return false;
   bytes.remove_prefix(in.Position());
   return TakeTexts(bytes, call);
 }

@@ -1,5 +1,7 @@
 #include "calltask/day_record.h"
 
+#include <functional>
+
 #include "base/process_wide.h"
 #include "base/text.h"
 #include "platform/platform.h"
@@ -14,6 +16,17 @@ ProcessWide<std::uint32_t> nextId;
 std::uint32_t NewIdWord() {
   const std::uint32_t count = (*nextId)++;
   return count << 16 | (CurrentPlatform().clock->Ticks() & 0xFFFF);
+}
+
+constexpr char kIdSeparator = '+';  // between the words of an id
+
+std::uint64_t DigestOfWords(std::uint32_t first, std::uint32_t second) {
+  return std::uint64_t{first} << 32 | second;
+}
+
+std::string IdOfWords(std::uint32_t first, std::uint32_t second) {
+  return FormatLong(static_cast<std::int32_t>(first)) + kIdSeparator +
+         FormatLong(static_cast<std::int32_t>(second));
 }
 
 }  // namespace
@@ -32,9 +45,24 @@ void DayRecord::SetTexts(std::string_view newSubject, std::string_view newNote) 
 }
 
 std::string DayRecord::IdText(calltask::FormatVersion version) const {
-  if (version == calltask::FormatVersion::k30) return ContentId();
-  return FormatLong(static_cast<std::int32_t>(idWord1)) + "+" +
-         FormatLong(static_cast<std::int32_t>(idWord2));
+  return version == calltask::FormatVersion::k30 ? ContentId() : IdOfWords(idWord1, idWord2);
+}
+
+std::uint64_t DayRecord::IdDigest(calltask::FormatVersion version) const {
+  if (version == calltask::FormatVersion::k30) return std::hash<std::string>()(ContentId());
+  return DigestOfWords(idWord1, idWord2);
+}
+
+std::optional<std::uint64_t> DayRecord::DigestOfId(const std::string& id,
+                                                   calltask::FormatVersion version) {
+  if (version == calltask::FormatVersion::k30) return std::hash<std::string>()(id);
+  const std::size_t separator = id.find(kIdSeparator);
+  if (separator == std::string::npos) return std::nullopt;
+  const auto word1 = static_cast<std::uint32_t>(ParseLong(id));
+  const auto word2 =
+      static_cast<std::uint32_t>(ParseLong(std::string_view(id).substr(separator + 1)));
+  if (IdOfWords(word1, word2) != id) return std::nullopt;
+  return DigestOfWords(word1, word2);
 }
 
 std::string_view DayRecord::SubjectText() const {

@@ -36,10 +36,16 @@ class DayRecord : public PWObject, public calltask::RecordFields {
   // What the engine knows the record by. At version 30 it is made of the content, and not unique.
   std::string IdText(calltask::FormatVersion version) const;
 
+  // A number that all records of an id share: at version 50 only they, at version 30 hardly any
+  // others. Of an id text nothing where no record can have it.
+  std::uint64_t IdDigest(calltask::FormatVersion version) const;
+  static std::optional<std::uint64_t> DigestOfId(const std::string& id,
+                                                 calltask::FormatVersion version);
+
   // The start, in seconds since 1970 UTC. The day that the record is filed under doesn't follow.
   virtual void SetStart(std::int32_t seconds) { start = seconds; }
 
-  // Dates are taken with their year brought into what the file can hold.
+  // Dates are taken with their year brought into those that the organiser shows.
   virtual std::optional<calltask::Date> DueDate() const = 0;
   virtual void SetDueDate(const calltask::Date& date) = 0;
   virtual void ClearDueDate() = 0;

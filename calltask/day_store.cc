@@ -1,6 +1,6 @@
 #include "calltask/day_store.h"
 
-#include <string_view>
+#include <algorithm>
 #include <utility>
 
 #include "platform/platform.h"
@@ -17,29 +17,32 @@ void FixFormat(const StoreKind& kind) {
   if (!format) format = IsVersion50() ? FormatVersion::k50 : FormatVersion::k30;
 }
 
-// The file's bytes; nothing if it can't be opened or is too large.
+// Far beyond what a person writes: 35,000 records take 3 MiB.
+constexpr std::uint64_t kLargestFile = 256 << 20;
+
+// The file's bytes; nothing if it can't be opened, read whole or is too large.
 std::optional<std::string> ReadWhole(const std::string& path) {
   const auto file =
       CurrentPlatform().files->Open(path, OpenMode::kReadWriteExisting, Sharing::kReadWrite);
   if (file == nullptr) return std::nullopt;
   const auto size = file->Size();
-  if (!size || *size > UINT32_MAX) return std::nullopt;
-  return file->Read(static_cast<std::size_t>(*size));
+  if (!size || *size > kLargestFile) return std::nullopt;
+  std::string bytes = file->Read(static_cast<std::size_t>(*size));
+  // One that gives nothing mustn't be taken for an empty one.
+  if (bytes.empty() && *size != 0) return std::nullopt;
+  return bytes;
 }
 
 // The start of all records that were filed under a day: the local midnight of 1 January, and whole
 // days of 24 hours from there. South of the equator, where that midnight is in daylight time, this
 // is an hour short of midnight all winter, and so on the day before; the organiser has it so.
+// Seconds don't hold the years behind 2037, which are shown as that one.
 std::int32_t StartOfDay(std::uint16_t key) {
   WMBrokenTime newYear;
-  newYear.year = calltask::YearOfKey(key) - 1900;
+  newYear.year = std::min(calltask::YearOfKey(key), kLastYearOfSeconds) - 1900;
   newYear.mday = 1;
   newYear.isdst = -1;
-  const std::int32_t seconds = LocalToSeconds(newYear);
-  if (seconds == 0) return UtcNowSeconds();
-  const auto days = static_cast<std::uint32_t>(calltask::DayOfKey(key));
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(seconds) +
-                                   days * static_cast<std::uint32_t>(kSecondsPerDay));
+  return LocalToSeconds(newYear) + calltask::DayOfKey(key) * kSecondsPerDay;
 }
 
 }  // namespace
@@ -53,23 +56,21 @@ DayStore::~DayStore() = default;
 std::int32_t DayStore::Load(const std::string& prefix) {
   const auto file = ReadWhole(prefix + kind.fileName);
   if (!file) return -1;
-  if (file->empty()) {
-    calltask::SetMagic(header, kind.magics, FormatVersion::k50);
-    return 0;
-  }
+  if (file->empty()) return 0;
   const calltask::Frame frame = calltask::ReadFrame(*file);
   if (!frame.hasHeader) return -1;
   header = frame.header;
   if (const auto version = calltask::VersionOf(header, kind.magics)) *kind.format = version;
   dirty = true;
-  LoadDays(frame.days);
+  LoadDays(frame.days, file->size());
   return frame.isWhole ? 0 : -1;
 }
 
-void DayStore::LoadDays(const std::vector<calltask::DayBlock>& blocks) {
+void DayStore::LoadDays(const std::vector<calltask::DayBlock>& blocks, std::size_t fileSize) {
   std::map<std::uint16_t, DayRecords> read;
+  calltask::BlockReader reader(fileSize);
   for (const calltask::DayBlock& block : blocks) {
-    auto day = NewDay(block.key)->Read(block.bytes, Format());
+    auto day = NewDay(block.key)->Read(block.bytes, Format(), reader);
     if (day) read[block.key] = std::move(*day);
   }
   for (auto& [key, dayRecords] : read) {
@@ -86,7 +87,7 @@ void DayStore::LoadDays(const std::vector<calltask::DayBlock>& blocks) {
 void DayStore::Append(std::unique_ptr<DayRecord> record) {
   records.push_back(std::move(record));
   const auto slot = static_cast<std::uint32_t>(ranks.Append());
-  if (ids) ids->Add(IdAt(slot), slot);
+  if (ids) ids->Add(DigestAt(slot), slot);
 }
 
 void DayStore::Save(const std::string& prefix) const {
@@ -122,13 +123,17 @@ IdIndex& DayStore::Ids() {
   ids->Reserve(ranks.Count());
   for (std::size_t i = 0; i < ranks.Count(); ++i) {
     const auto slot = static_cast<std::uint32_t>(ranks.SlotAt(i));
-    ids->Add(IdAt(slot), slot);
+    ids->Add(DigestAt(slot), slot);
   }
   return *ids;
 }
 
 std::optional<std::uint32_t> DayStore::Find(const std::string& id) {
-  const auto slot = Ids().First(id);
+  const auto digest = DayRecord::DigestOfId(id, Format());
+  if (!digest) return std::nullopt;
+  const bool isSure = Format() == FormatVersion::k50;
+  const auto slot = Ids().First(
+      *digest, [&](std::uint32_t at) { return isSure || records[at]->IdText(Format()) == id; });
   if (!slot) return std::nullopt;
   return static_cast<std::uint32_t>(ranks.RankOf(*slot));
 }
@@ -136,16 +141,16 @@ std::optional<std::uint32_t> DayStore::Find(const std::string& id) {
 void DayStore::Change(std::uint32_t index, const std::function<void(DayRecord&)>& change) {
   dirty = true;
   const auto slot = static_cast<std::uint32_t>(ranks.SlotAt(index));
-  if (ids) ids->Remove(IdAt(slot), slot);
+  if (ids) ids->Remove(DigestAt(slot), slot);
   change(*records[slot]);
-  if (ids) ids->Add(IdAt(slot), slot);
+  if (ids) ids->Add(DigestAt(slot), slot);
 }
 
 void DayStore::Remove(std::uint32_t index) {
   dirty = true;
   const auto slot = static_cast<std::uint32_t>(ranks.SlotAt(index));
   DayRecord& record = *records[slot];
-  if (ids) ids->Remove(IdAt(slot), slot);
+  if (ids) ids->Remove(DigestAt(slot), slot);
   ranks.Remove(index);
   if (record.IsRecurring()) return;
   if (record.day != nullptr) record.day->Remove(record);
@@ -153,10 +158,11 @@ void DayStore::Remove(std::uint32_t index) {
 }
 
 std::int32_t DayStore::AddToDay(std::unique_ptr<DayRecord> record, std::uint16_t key) {
-  std::unique_ptr<RecordDay>& day = days[key];
-  if (day != nullptr && day->IsFull() && key != calltask::kCatchAllKey) return kDayFull;
-  if (day == nullptr || day->IsFull()) day = NewDay(key);
-  day->Add(*record);
+  const auto found = days.find(key);
+  const bool isFull = found != days.end() && found->second->IsFull();
+  if (isFull && key != calltask::kCatchAllKey) return kDayFull;
+  if (isFull || found == days.end()) days.insert_or_assign(key, NewDay(key));
+  days.at(key)->Add(*record);
   dirty = true;
   Append(std::move(record));
   return 0;

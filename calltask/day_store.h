@@ -43,13 +43,15 @@ class DayStore : public PWObject {
   DayStore& operator=(const DayStore&) = delete;
 
   // Reads the whole file, once for each object. 0, or -1 for a file that can't be opened for
-  // reading and writing, is larger than its 32-bit offsets reach, or whose header, index or one of
-  // whose year tables is cut short: the store then has what could be read. Days that can't be read
-  // are left out, and are gone with the next save. A file with a header counts as changed.
+  // reading and writing, is larger than 256 MiB, or whose header, index or one of whose year tables
+  // is cut short: the store then has what could be read. Days that can't be read are left out, and
+  // are gone with the next save. A file with a header counts as changed. So does one that a record
+  // is added to: whatever it held beyond the store's records is gone then, even if it couldn't be
+  // opened before.
   std::int32_t Load(const std::string& prefix);
 
   // Rewrites the file if anything was changed. Says nothing of a failure: a file that can't be
-  // opened stays as it is, and so does one that would outgrow its 32-bit offsets.
+  // opened or cut stays as it is, and so does one that would outgrow its 32-bit offsets.
   void Save(const std::string& prefix) const;
 
   std::uint32_t Count() const { return static_cast<std::uint32_t>(ranks.Count()); }
@@ -81,10 +83,12 @@ class DayStore : public PWObject {
 
   virtual std::unique_ptr<RecordDay> NewDay(std::uint16_t key) const = 0;
 
-  void LoadDays(const std::vector<calltask::DayBlock>& blocks);
+  void LoadDays(const std::vector<calltask::DayBlock>& blocks, std::size_t fileSize);
   void Append(std::unique_ptr<DayRecord> record);
   IdIndex& Ids();
-  std::string IdAt(std::uint32_t slot) const { return records[slot]->IdText(indexedFormat); }
+  std::uint64_t DigestAt(std::uint32_t slot) const {
+    return records[slot]->IdDigest(indexedFormat);
+  }
   std::optional<std::string> Encode() const;
 
   const StoreKind& kind;

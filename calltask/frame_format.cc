@@ -10,40 +10,25 @@ namespace {
 constexpr std::int32_t kKeysOfYear = kDayEntries;
 constexpr std::int32_t kFirstYearSince1900 = kFirstYear - 1900;
 
-// Takes the blocks that a year's table names.
-class BlockFinder {
- public:
-  BlockFinder(std::string_view file, Frame& frame)
-      : file(file), frame(frame), bytesLeft(file.size()) {}
-
-  // False if the table isn't whole.
-  bool TakeYear(const YearEntry& year) {
-    ByteReader in(file);
-    in.Seek(year.offset);
-    if (in.Remaining() < kYearTableSize) return false;
-    const std::uint16_t first = FirstKeyOf(year.year);
-    for (std::size_t day = 0; day < kDayEntries; ++day) {
-      TakeDay(static_cast<std::uint16_t>(first + day), DecodeDayEntry(in));
-    }
-    return true;
-  }
-
- private:
-  void TakeDay(std::uint16_t key, const DayEntry& entry) {
+// Adds the blocks that a year's table names. False if the table isn't whole.
+bool TakeYear(std::string_view file, const YearEntry& year, Frame& frame) {
+  ByteReader in(file);
+  in.Seek(year.offset);
+  if (in.Remaining() < kYearTableSize) return false;
+  const std::uint16_t first = FirstKeyOf(year.year);
+  for (std::size_t day = 0; day < kDayEntries; ++day) {
+    const DayEntry entry = DecodeDayEntry(in);
+    if (entry.size == 0) continue;
     const bool isInFile = entry.offset <= file.size() && entry.size <= file.size() - entry.offset;
-    if (entry.size == 0) return;
-    if (!isInFile || entry.size > bytesLeft) {
+    if (!isInFile) {
       ++frame.blocksOutside;
-      return;
+      continue;
     }
-    bytesLeft -= entry.size;
-    frame.days.push_back({key, file.substr(entry.offset, entry.size)});
+    frame.days.push_back(
+        {static_cast<std::uint16_t>(first + day), file.substr(entry.offset, entry.size)});
   }
-
-  std::string_view file;
-  Frame& frame;
-  std::size_t bytesLeft;
-};
+  return true;
+}
 
 // The blocks of one year, and where its table stands.
 struct Year {
@@ -153,10 +138,9 @@ Frame ReadFrame(std::string_view file) {
   frame.isWhole = in.Remaining() >= kYearIndexSize;
   if (!frame.isWhole) return frame;
 
-  BlockFinder finder(file, frame);
   for (std::size_t i = 0; i < kYearEntries; ++i) {
     const YearEntry year = DecodeYearEntry(in);
-    if (!year.IsEmpty() && !finder.TakeYear(year)) frame.isWhole = false;
+    if (!year.IsEmpty() && !TakeYear(file, year, frame)) frame.isWhole = false;
   }
   return frame;
 }

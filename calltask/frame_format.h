@@ -48,7 +48,8 @@ std::optional<FormatVersion> VersionOf(const Header& header, const Magics& magic
 // Puts the magic of that version and its zero over the header's first bytes.
 void SetMagic(Header& header, const Magics& magics, FormatVersion version);
 
-// Year entry. An entry is empty where either field says so; those that aren't stand first.
+// Year entry. An entry is empty where either field says so. Those that aren't are written first, in
+// ascending years, and read in any order.
 //
 //   offset  width  field   meaning
 //   0       2      year    since 1900, signed; 0 or below for an empty entry
@@ -89,8 +90,8 @@ inline constexpr std::size_t kFirstTable = kHeaderSize + kYearIndexSize;
 inline constexpr std::size_t kSlots = 96;
 inline constexpr char kEmptySlot = '\x09';
 
-// Days are known by a 16-bit key: (year - 1990) * 366 and the day of the year from 0. A file's
-// years outside of 1990 to 2169 wrap around, as the organiser has them do.
+// Days are known by a 16-bit key: (year - 1990) * 366 and the day of the year from 0. What a file
+// has outside of 1 January 1990 to 22 January 2169 wraps around, as the organiser has it do.
 inline constexpr std::int32_t kFirstYear = 1990;
 inline constexpr std::int32_t kLastYear = 2005;
 std::uint16_t FirstKeyOf(std::int16_t yearSince1900);
@@ -113,12 +114,11 @@ struct Frame {
   bool hasHeader = false;  // the file has a whole one
   bool isWhole = false;    // the year index and all tables that it names are whole too
   std::vector<DayBlock> days;
-  std::size_t blocksOutside = 0;  // blocks that were left out
+  std::size_t blocksOutside = 0;  // blocks that aren't within the file, which were left out
 };
 
-// Finds the blocks of a file, in the order of its entries; two may have one key. Blocks that aren't
-// within the file are left out. Those of a whole file don't overlap, so that together they are no
-// longer than it: what a damaged one names beyond that is left out too.
+// Finds the blocks of a file, in the order of its entries; two may have one key. Those of a damaged
+// file may overlap.
 Frame ReadFrame(std::string_view file);
 
 // The whole file over blocks that aren't empty, by ascending keys. A file has room for 100 years,

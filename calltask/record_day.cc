@@ -25,17 +25,14 @@ void RecordDay::Remove(DayRecord& record) {
   record.day = nullptr;
 }
 
-std::optional<DayRecords> RecordDay::Read(std::string_view block,
-                                          calltask::FormatVersion version) const {
+std::optional<DayRecords> RecordDay::Read(std::string_view block, calltask::FormatVersion version,
+                                          calltask::BlockReader& reader) const {
   DayRecords read;
-  for (std::size_t slot = 0; slot < calltask::kSlots && !block.empty(); ++slot) {
-    if (block.front() == calltask::kEmptySlot) {
-      block.remove_prefix(1);
-      continue;
-    }
+  const bool isRead = reader.Read(block, [&](std::string_view& rest) {
     read.push_back(NewRecord());
-    if (!read.back()->Take(block, version)) return std::nullopt;
-  }
+    return read.back()->Take(rest, version);
+  });
+  if (!isRead) return std::nullopt;
   return read;
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "calltask/block_reader.h"
 #include "calltask/day_record.h"
 #include "calltask/frame_format.h"
 #include "framework/object.h"
@@ -24,7 +25,6 @@ class RecordDay : public PWObject {
   RecordDay(const RecordDay&) = delete;
   RecordDay& operator=(const RecordDay&) = delete;
 
-  std::uint16_t Key() const { return key; }
   bool IsFull() const { return records.size() >= calltask::kSlots; }
 
   // Adds at the end. The day must not be full.
@@ -34,7 +34,8 @@ class RecordDay : public PWObject {
   void Remove(DayRecord& record);
 
   // The records of a block, to be added; nothing if one of them can't be read.
-  std::optional<DayRecords> Read(std::string_view block, calltask::FormatVersion version) const;
+  std::optional<DayRecords> Read(std::string_view block, calltask::FormatVersion version,
+                                 calltask::BlockReader& reader) const;
 
   // The block; empty for a day without records.
   std::string Encode(calltask::FormatVersion version) const;

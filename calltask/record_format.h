@@ -43,7 +43,6 @@ struct RecordFields {
 //   0       4      mask   the top bits of word i, from 0, shifted right by 7 - i; its own are set
 //   4       16     words  each with all four top bits set
 using EscapedWords = std::array<std::uint32_t, 4>;
-inline constexpr std::size_t kEscapedWordsSize = 4 + 4 * 4;
 EscapedWords DecodeEscapedWords(ByteReader& in);
 void EncodeEscapedWords(ByteWriter& out, const EscapedWords& words);
 

@@ -77,7 +77,7 @@ struct TaskWords {
 //   4       4      idWord1
 //   8       4      idWord2
 //   12      4      lastChange
-//   16      4                  0, where a call has its due date
+//   16      4                  0, masked, where a call has its due date; not read
 //   20      4      flags       word A
 //   24      4      b
 //   28      4      c

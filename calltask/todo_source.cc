@@ -1,5 +1,6 @@
 #include "calltask/todo_source.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -52,6 +53,15 @@ void SetDate(PWDateTimeStamp& stamp, const pw::calltask::Date& date) {
   stamp.day = static_cast<std::uint8_t>(date.day);
 }
 
+// Seconds hold the years 1970 to 2037. Others are brought into them, as the files bring all into
+// fewer.
+std::int32_t StartSeconds(PWDateTimeStamp stamp) {
+  const std::int32_t year =
+      std::clamp(std::int32_t{stamp.year}, kFirstYearOfSeconds, kLastYearOfSeconds);
+  stamp.year = static_cast<std::uint16_t>(year);
+  return LocalStampToSeconds(stamp);
+}
+
 void ReadDates(const pw::DayRecord& record, PWTaskRecord& todo) {
   todo.NoStartDate(record.start == 0);
   if (record.start != 0) {
@@ -70,8 +80,6 @@ WMTodoSource::WMTodoSource(PWSourceManager* manager) : PWSource(manager, kSource
 WMTodoSource::~WMTodoSource() = default;
 
 PWRESULT WMTodoSource::OpenSource() {
-  tasks.reset();
-  calls.reset();
   cursor = 0;
   prefix = Category->Location.Str();
   pw::Files& files = *pw::CurrentPlatform().files;
@@ -153,7 +161,7 @@ void WMTodoSource::Fill(pw::DayRecord& record, const PWTaskRecord& todo,
   }
   record.SetTexts(todo.Subject().View(), note);
   record.SetCompleted(todo.Completed());
-  record.SetStart(todo.NoStartDate() ? UtcNowSeconds() : LocalStampToSeconds(todo.StartDate()));
+  record.SetStart(todo.NoStartDate() ? UtcNowSeconds() : StartSeconds(todo.StartDate()));
   if (todo.NoDueDate()) {
     record.ClearDueDate();
   } else {
@@ -194,7 +202,7 @@ PWRESULT WMTodoSource::ReadRecord(PWRecord* record) {
   return kResultOk;
 }
 
-// Each subject once for each source.
+// Each subject once for each kind.
 void WMTodoSource::ReportRecurring(const Place& place) {
   const std::string subject(pw::UpToZero(place.Record().subject));
   auto& reported = place.kind.isCall ? reportedCalls : reportedTasks;

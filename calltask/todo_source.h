@@ -22,13 +22,16 @@ struct TodoKind;
 // is a prefix of both file names, down to the separator and a stem if there is one.
 //
 // What the organiser can't hold is told in the log: a note of more than 2048 bytes is cut, the 97th
-// record of a day dropped. Recurring records are counted, but can't be read.
+// record of a day dropped. Of days that the files can't tell apart, those before 1990 and behind
+// 2005, the 97th record pushes the others out without a word. Recurring records are counted, but
+// can't be read.
 class WMTodoSource : public PWSource {
  public:
   explicit WMTodoSource(PWSourceManager* manager);
   ~WMTodoSource() override;
 
-  // Makes the files that are missing. Goes on with one of them, if the other can't be read.
+  // Makes the files that are missing. Goes on with one of them, if the other can't be read; a
+  // record that is then added to the other overwrites it at the close.
   PWRESULT OpenSource() override;
   PWRESULT CloseSource() override;
   PWRESULT AddRecord(PWRecord& record) override;

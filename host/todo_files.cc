@@ -1,11 +1,11 @@
 #include "host/todo_files.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
+#include "calltask/block_reader.h"
 #include "calltask/call_format.h"
 #include "calltask/task_format.h"
 #include "platform/platform.h"
@@ -38,17 +38,6 @@ constexpr FileKind kKinds[] = {
     {"CALL.WMW", calltask::kCallMagics, TakeCall},
 };
 
-bool IsReadable(std::string_view block, const FileKind& kind, FormatVersion version) {
-  for (std::size_t slot = 0; slot < calltask::kSlots && !block.empty(); ++slot) {
-    if (block.front() == calltask::kEmptySlot) {
-      block.remove_prefix(1);
-    } else if (!kind.take(block, version)) {
-      return false;
-    }
-  }
-  return true;
-}
-
 // Nothing for a file that can't be opened.
 std::optional<std::string> BytesOf(const std::string& path) {
   const auto file = CurrentPlatform().files->Open(path, OpenMode::kRead, Sharing::kReadWrite);
@@ -66,11 +55,13 @@ std::string ProblemOf(const std::string& path, const FileKind& kind) {
   if (!frame.isWhole) return "cut short or damaged; what lies behind that is left out";
   const auto version = calltask::VersionOf(frame.header, kind.magics);
   if (!version) return "doesn't begin as such a file does; its records may be wrong";
-  const auto unreadable =
-      static_cast<std::size_t>(std::count_if(
-          frame.days.begin(), frame.days.end(),
-          [&](const calltask::DayBlock& day) { return !IsReadable(day.bytes, kind, *version); })) +
-      frame.blocksOutside;
+  calltask::BlockReader reader(bytes->size());
+  std::size_t unreadable = frame.blocksOutside;
+  for (const calltask::DayBlock& day : frame.days) {
+    const bool isRead =
+        reader.Read(day.bytes, [&](std::string_view& rest) { return kind.take(rest, *version); });
+    if (!isRead) ++unreadable;
+  }
   if (unreadable == 0) return {};
   return std::to_string(unreadable) + (unreadable == 1 ? " day can't be read and is left out"
                                                        : " days can't be read and are left out");

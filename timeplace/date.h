@@ -15,6 +15,10 @@
 inline constexpr std::int32_t kSecondsPerMinute = 60;
 inline constexpr std::int32_t kSecondsPerHour = 3600;
 inline constexpr std::int32_t kSecondsPerDay = 86400;
+
+// The years that such seconds hold whole.
+inline constexpr std::int32_t kFirstYearOfSeconds = 1970;
+inline constexpr std::int32_t kLastYearOfSeconds = 2037;
 inline constexpr std::int32_t kSecondsPerCommonYear = 31536000;
 inline constexpr std::int32_t kSecondsPerLeapYear = 31622400;
 inline constexpr std::int32_t kSecondsPerFourYears = 126230400;

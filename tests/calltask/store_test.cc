@@ -90,12 +90,56 @@ TEST_F(CallTaskStoreTest, RecordsComeByAscendingDaysWhateverTheOrderInTheFile) {
   }
 }
 
-TEST_F(CallTaskStoreTest, OfTwoDaysWithOneKeyTheLaterCounts) {
-  CallTaskBytes file = kCalls50.File();
-  file.days = {{1991, 5, {kCalls50.Record(1, "a", "")}}, {1992, 5, {kCalls50.Record(2, "b", "")}}};
-  std::string bytes = file.Build();
-  bytes[26] = 92;
-  EXPECT_EQ(Subjects(*Load(kCalls50, bytes)), std::vector<std::string>{"b"});
+TEST_F(CallTaskStoreTest, OfTwoDaysWithOneKeyTheLaterThatCanBeReadCounts) {
+  for (const FileKind& kind : kFileKinds) {
+    CallTaskBytes file = kind.File();
+    file.days = {{1991, 5, {kind.Record(1, "a", "note")}},
+                 {1992, 5, {kind.Record(2, "b", "note")}}};
+    std::string bytes = file.Build();
+    bytes[26] = 92;
+    EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"b"});
+    const std::size_t secondTable = 626 + 6222 + file.days[0].Block().size();
+    bytes.replace(secondTable + 5 * 17 + 9, 4, pw::test::Number(5, 4));
+    EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"a"});
+  }
+}
+
+// Neither a block's size nor what a table's entries hold beside it is relied upon.
+TEST_F(CallTaskStoreTest, OnlyThe96SlotsOfABlockAreRead) {
+  for (const FileKind& kind : kFileKinds) {
+    CallTaskBytes file = kind.File();
+    const auto record = kind.Record(1, "one", "note");
+    for (int day = 0; day < 300; ++day) file.days.push_back({1991, day, {record}});
+    file.days[7].records = {record, record};
+    const std::string whole = file.Build();
+    std::string odd = whole;
+    const std::size_t seventh = 626 + 7 * 17;
+    const std::size_t offset = pw::test::NumberAt(whole, seventh, 4);
+    odd.replace(626 + 9, 4, pw::test::Number(whole.size() - 6848, 4));  // to the end of the file
+    odd.replace(seventh + 4, 5, "\x01\x02\x03\x04\x05");
+    odd.replace(seventh + 13, 4, "\x06\x07\x08\x09");
+    // Empty slots before and between its records.
+    odd.replace(offset, 2 * record.size() + 2, "\x09" + record + "\x09" + record);
+    const auto store = Load(kind, odd);
+    EXPECT_EQ(store->Count(), 301U);
+    EXPECT_EQ(Saved(kind, *store), whole);
+  }
+}
+
+// Seconds don't reach them.
+TEST_F(CallTaskStoreTest, YearsBehind2037AreShownAsThatOneAndKept) {
+  for (const FileKind& kind : kFileKinds) {
+    CallTaskBytes file = kind.File();
+    file.days = {{2037, 364, {kind.Record(1, "a", "note")}},
+                 {2050, 40, {kind.Record(2, "b", "note")}},
+                 {2168, 365, {kind.Record(3, "c", "note")}}};
+    const auto store = Load(kind, file.Build());
+    ASSERT_EQ(store->Count(), 3U);
+    EXPECT_EQ(StartOf(store->Record(0)), "2037-12-31");
+    EXPECT_EQ(StartOf(store->Record(1)), "2037-2-10");
+    EXPECT_EQ(StartOf(store->Record(2)), "2038-1-1");
+    EXPECT_EQ(Saved(kind, *store), file.Build());
+  }
 }
 
 TEST_F(CallTaskStoreTest, ADayThatCannotBeReadIsLeftOut) {
@@ -225,6 +269,9 @@ TEST_F(CallTaskStoreTest, TheFormatIsTheProcesssUntilAFileSaysOtherwise) {
   other.magic = "WMWTASK50";
   const auto store = Load(kCalls50, other.Build());
   EXPECT_EQ(store->Format(), FormatVersion::k30);
+  const auto tasks = Load(kTasks30, kTasks30.File().Build());
+  Load(kTasks50, kTasks50.File().Build());
+  EXPECT_EQ(Saved(kTasks50, *tasks), kTasks50.File().Build()) << "also for what is open";
   other.magic = "WMWCALL20";
   EXPECT_EQ(Saved(kCalls50, *store), other.Build()) << "what is behind the magic stays";
 }
@@ -280,7 +327,9 @@ TEST_F(CallTaskStoreTest, ATaskMayKeepItsDayAndOneWithoutAStartDateHasNone) {
   ASSERT_EQ(tasks.Add(std::make_unique<CTaskRecord>(), false), 0);
   const std::string bytes = Saved(kTasks30, tasks);
   std::vector<std::uint16_t> keys;
-  for (const auto& day : pw::calltask::ReadFrame(bytes).days) keys.push_back(day.key);
+  const auto written = pw::calltask::ReadFrame(bytes).days;
+  for (const auto& day : written) keys.push_back(day.key);
+  EXPECT_EQ(written[0].bytes.substr(0, 14), pw::test::Task30("", "")) << "a new one's words";
   EXPECT_EQ(keys, (std::vector<std::uint16_t>{0, 366, 9 * 366 + 251}));
 }
 
@@ -301,6 +350,15 @@ TEST_F(CallTaskStoreTest, The97thOfADayIsRefused) {
   calls.Remove(3);
   EXPECT_EQ(calls.Add(NewCall("in its place", 1999, 5, 5)), 0);
   EXPECT_EQ(CheckFrame(Saved(kCalls30, calls)), 2);
+}
+
+TEST_F(CallTaskStoreTest, TheCatchAllOfTasksStartsAfreshToo) {
+  WMTaskStore::CreateTaskStore(kPrefix);
+  WMTaskStore tasks;
+  for (int i = 0; i < 97; ++i) ASSERT_EQ(tasks.Add(std::make_unique<CTaskRecord>(), false), 0);
+  EXPECT_EQ(tasks.Count(), 97U);
+  EXPECT_EQ(pw::calltask::ReadFrame(Saved(kTasks30, tasks)).days[0].bytes,
+            pw::test::Task30("", "") + std::string(95, '\x09'));
 }
 
 // The catch-all is never full: its records make room for the 97th, and live on until the close.
@@ -454,6 +512,40 @@ TEST_F(CallTaskStoreTest, AFileThatCannotBeOpenedStays) {
   }
   platform.files.FailOpen(kCalls30.Path());
   EXPECT_EQ(WMCallStore::CreateCallStore(kPrefix), -1);
+  platform.files.StopFailing();
+  platform.files.FailWritesAfter(100);
+  EXPECT_EQ(WMTaskStore::CreateTaskStore(kPrefix), -1);
+}
+
+TEST_F(CallTaskStoreTest, AFileThatCannotBeReadIsNotTakenForAnEmptyOne) {
+  class Unreadable : public pw::FilesWrapper {
+   public:
+    using FilesWrapper::FilesWrapper;
+    std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
+                                   pw::Sharing sharing) override {
+      class Nothing : public pw::FileWrapper {
+       public:
+        using FileWrapper::FileWrapper;
+        std::string Read(std::size_t) override { return {}; }
+      };
+      return std::make_unique<Nothing>(FilesWrapper::Open(path, mode, sharing));
+    }
+  };
+  for (const FileKind& kind : kFileKinds) {
+    EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1) << "there is none";
+    EXPECT_EQ(platform.files.Get(kind.Path()), std::nullopt);
+    platform.files.Put(kind.Path(), kind.Sample().Build());
+    platform.files.SetReadOnly(kind.Path(), true);
+    EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1) << "it couldn't be saved";
+    platform.files.SetReadOnly(kind.Path(), false);
+    Unreadable unreadable(platform.files);
+    pw::Platform services = pw::CurrentPlatform();
+    services.files = &unreadable;
+    const pw::Platform before = pw::SetPlatform(services);
+    EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1);
+    pw::SetPlatform(before);
+    platform.files.Delete(kind.Path());
+  }
 }
 
 }  // namespace

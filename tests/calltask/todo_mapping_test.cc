@@ -195,34 +195,82 @@ TEST_F(TodoSourceTest, StartDatesReadBackInEveryZone) {
   }
 }
 
-TEST_F(TodoSourceTest, WithoutAStartDateItIsToday) {
-  ASSERT_EQ(source->Open(0), 0);
-  for (const bool call : {true, false}) {
-    Todo added("s", call);
-    added.NoStartDate(true);
-    ASSERT_EQ(source->AddRecord(added.record), 0);
+TEST_F(TodoSourceTest, StartDatesBeyondTheFilesComeBackWithinThem) {
+  const struct {
+    PWDateTimeStamp set;
+    const char *read, *call, *task;  // at once, and from the files
+  } cases[] = {
+      {{2010, 5, 17, 0, 0, 0}, "2010-5-17", "1990-1-1", "2005-5-17"},
+      {{2040, 5, 17, 0, 0, 0}, "2037-5-17", "1990-1-1", "2005-5-17"},
+      {{1960, 5, 17, 0, 0, 0}, "1970-5-17", "1990-1-1", "1990-5-17"},
+  };
+  for (const auto& each : cases) {
+    for (const bool call : {true, false}) {
+      platform.files.Delete(kTasks);
+      platform.files.Delete(kCalls);
+      MakeSource();
+      ASSERT_EQ(source->Open(0), 0);
+      Todo added("s", call);
+      added.StartDate(each.set);
+      ASSERT_EQ(source->AddRecord(added.record), 0);
+      Todo todo;
+      Read(todo);
+      EXPECT_EQ(todo.Start(), each.read);
+      Reopen();
+      ReadAt(0, todo);
+      EXPECT_EQ(todo.Start(), call ? each.call : each.task);
+      source->CloseSource();
+    }
   }
-  Reopen();
+}
+
+TEST_F(TodoSourceTest, WithoutAStartDateItIsToday) {
+  for (const bool call : {true, false}) {
+    platform.files.Delete(kTasks);
+    platform.files.Delete(kCalls);
+    platform.clock.now = PlainSeconds(2003, 7, 15, 12, 0, 0);
+    MakeSource();
+    ASSERT_EQ(source->Open(0), 0);
+    Todo todo("s", call);
+    todo.NoStartDate(true);
+    ASSERT_EQ(source->AddRecord(todo.record), 0);
+    Reopen();
+    ReadAt(0, todo);
+    EXPECT_EQ(todo.Start(), "2003-7-15");
+    // An update too, though the day of the file stays. A start at 0 seconds is none.
+    platform.clock.Advance(kSecondsPerDay);
+    todo.NoStartDate(true);
+    ASSERT_EQ(source->UpdateRecord(todo.record), 0);
+    Read(todo);
+    EXPECT_EQ(todo.Start(), "2003-7-16");
+    todo.StartDate(PWDateTimeStamp(1970, 1, 1, 0, 0, 0));
+    ASSERT_EQ(source->UpdateRecord(todo.record), 0);
+    Read(todo);
+    EXPECT_EQ(todo.Start(), "none");
+    Reopen();
+    ReadAt(0, todo);
+    EXPECT_EQ(todo.Start(), "2003-7-15");
+    source->CloseSource();
+  }
+}
+
+TEST_F(TodoSourceTest, WhatIsDoneCanBeUndone) {
+  const std::uint32_t done = kNewWord | 1U << 22;
+  Put({Task50(1, 1, "t", "", done)}, {Call50(2, 2, "c", "", done)});
+  ASSERT_EQ(source->Open(0), 0);
   for (const std::uint32_t index : {0, 1}) {
     Todo todo;
     ReadAt(index, todo);
-    EXPECT_EQ(todo.Start(), "2003-7-15");
+    EXPECT_TRUE(todo.Completed());
+    todo.Completed(false);
+    ASSERT_EQ(source->UpdateRecord(todo.record), 0);
+    Read(todo);
+    EXPECT_FALSE(todo.Completed());
   }
-  // An update too, though the day of the file stays. A start at 0 seconds is none.
-  platform.clock.Advance(kSecondsPerDay);
-  Todo todo("t");
-  todo.NoStartDate(true);
-  source->FirstRecord();
-  ASSERT_EQ(source->UpdateRecord(todo.record), 0);
-  Read(todo);
-  EXPECT_EQ(todo.Start(), "2003-7-16");
-  todo.StartDate(PWDateTimeStamp(1970, 1, 1, 0, 0, 0));
-  ASSERT_EQ(source->UpdateRecord(todo.record), 0);
-  Read(todo);
-  EXPECT_EQ(todo.Start(), "none");
-  Reopen();
-  ReadAt(0, todo);
-  EXPECT_EQ(todo.Start(), "2003-7-15");
+  source->CloseSource();
+  for (const char* path : {kTasks, kCalls}) {
+    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(path), 6848 + 20, 4) & 1U << 22, 0U);
+  }
 }
 
 }  // namespace

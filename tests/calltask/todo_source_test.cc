@@ -35,6 +35,34 @@ TEST_F(TodoSourceTest, AnOrganiserWithADialogOpenStopsTheOpen) {
   EXPECT_EQ(source->RecordCount(), 0U);
 }
 
+// The files are read behind the lock, and written before the end is told.
+TEST_F(TodoSourceTest, TheOrganiserIsToldAroundTheWork) {
+  const pw::WindowId organiser = platform.windows.Add("Wingmate_95");
+  Put({Task50(1, 1, "old", "")}, {});
+  bool savedBeforeEnd = false;
+  platform.windows.SetAnswer(organiser, [&](const pw::WindowMessage& message) {
+    if (message.wParam == 1) Put({Task50(2, 2, "new", "")}, {});
+    if (message.wParam == 2) {
+      savedBeforeEnd = platform.files.Get(kTasks)->find("added") != std::string::npos;
+    }
+    return 1;
+  });
+  ASSERT_EQ(source->Open(0), 0);
+  EXPECT_EQ(Ids(), Lines{"2+2"});
+  ASSERT_EQ(Add("added", false), 0);
+  ASSERT_EQ(source->CloseSource(), 0);
+  EXPECT_TRUE(savedBeforeEnd);
+  // Who lets go of an open source keeps the files as they are.
+  MakeSource();
+  ASSERT_EQ(source->Open(0), 0);
+  ASSERT_EQ(Add("dropped", false), 0);
+  const auto before = platform.files.Get(kTasks);
+  platform.windows.sent.clear();
+  source.reset();
+  EXPECT_EQ(platform.files.Get(kTasks), before);
+  EXPECT_TRUE(platform.windows.sent.empty());
+}
+
 TEST_F(TodoSourceTest, OneFileIsEnough) {
   platform.windows.Add("Wingmate_95");
   Put({Task50(1, 1, "t", "")}, {Call50(2, 2, "c", "")});
@@ -44,6 +72,12 @@ TEST_F(TodoSourceTest, OneFileIsEnough) {
   EXPECT_EQ(Ids(), Lines{"2+2"});
   EXPECT_EQ(source->CloseSource(), 0);
   EXPECT_EQ(*platform.files.Get(kTasks), "cut");
+  // What is added to the other one takes its place.
+  MakeSource();
+  ASSERT_EQ(source->Open(0), 0);
+  ASSERT_EQ(Add("x", false), 0);
+  EXPECT_EQ(source->CloseSource(), 0);
+  EXPECT_EQ(CheckFrame(*platform.files.Get(kTasks)), 1);
   platform.files.Put(kTasks, whole);
   platform.files.Put(kCalls, "cut");
   MakeSource();
@@ -62,11 +96,11 @@ TEST_F(TodoSourceTest, OneFileIsEnough) {
 }
 
 TEST_F(TodoSourceTest, TasksComeBeforeCallsUnderTheirIds) {
-  Put({Task50(5, 0xFFFFFFFF, "t1", ""), Task50(0x80000000, 6, "t2", "")},
-      {Call50(1, 2, "c1", ""), Call50(1, 2, "c2", "")});
+  Put({Task50(5, 0xFFFFFFFF, "t1", ""), Task50(0x80000000, 6, "t2", ""), Task50(3, 4, "t3", "")},
+      {Call50(3, 4, "c0", ""), Call50(1, 2, "c1", ""), Call50(1, 2, "c2", "")});
   ASSERT_EQ(source->Open(0), 0);
-  EXPECT_EQ(source->RecordCount(), 4U);
-  EXPECT_EQ(Ids(), (Lines{"5+-1", "-2147483648+6", "1+2", "1+2"}));
+  EXPECT_EQ(source->RecordCount(), 6U);
+  EXPECT_EQ(Ids(), (Lines{"5+-1", "-2147483648+6", "3+4", "3+4", "1+2", "1+2"}));
   EXPECT_EQ(Id(), "");
   EXPECT_EQ(source->NextRecord(), 1) << "at the end the cursor stays";
   Todo todo;
@@ -77,7 +111,10 @@ TEST_F(TodoSourceTest, TasksComeBeforeCallsUnderTheirIds) {
   EXPECT_EQ(source->NextRecord(), 0);
   Read(todo);
   EXPECT_EQ(todo.Subject(), "c2");
-  for (const char* id : {"1+3", "1+2 ", "", "5"}) {
+  EXPECT_EQ(source->FindRecord("3+4"), 0);
+  Read(todo);
+  EXPECT_EQ(todo.Subject(), "t3");
+  for (const char* id : {"1+3", "1+2 ", "", "5", "+", "01+2", "1+", "4294967297+2"}) {
     EXPECT_EQ(source->FindRecord(id), 1) << id;
     EXPECT_EQ(Id(), "5+-1") << "the cursor is then on the first record";
   }
@@ -144,7 +181,7 @@ TEST_F(TodoSourceTest, LongNotesAreCutAndToldOf) {
     todo.Note(std::string(2048, 'n').c_str());
     ASSERT_EQ(source->AddRecord(todo.record), 0);
     EXPECT_TRUE(log->lines.empty());
-    todo.Note(std::string(2049, 'n').c_str());
+    todo.Note((std::string(2048, 'n') + "x").c_str());
     ASSERT_EQ(source->AddRecord(todo.record), 0);
     const std::string kind = call ? "call" : "todo";
     const std::string line = "9 The notes for the " + kind +
@@ -168,13 +205,14 @@ TEST_F(TodoSourceTest, The97thOfADayIsDroppedAndToldOf) {
       ASSERT_EQ(Add("s" + std::to_string(i), call), 0);
     }
     const std::uint32_t count = source->RecordCount();
+    source->FirstRecord();
     const std::string id = Id();
-    EXPECT_EQ(Add("100%", call), 1);
+    EXPECT_EQ(Add("100%\t", call), 1);
     EXPECT_EQ(log->lines,
               Lines{call ? "9 Wingmate/PairWise Desktop can not hold more than 96 calls within one "
-                           "day and the call '100%' was dropped."
+                           "day and the call '100%\t' was dropped."
                          : "9 Wingmate/PairWise Desktop can not hold more than 96 todos within one "
-                           "day and the todo '100%' was dropped."});
+                           "day and the todo '100%\t' was dropped."});
     EXPECT_EQ(source->RecordCount(), count);
     EXPECT_EQ(Id(), id);
     log->lines.clear();
@@ -183,7 +221,7 @@ TEST_F(TodoSourceTest, The97thOfADayIsDroppedAndToldOf) {
 
 TEST_F(TodoSourceTest, RecurringRecordsAreToldOfOnceForEachSubject) {
   Put({Task50(1, 1, "weekly", "", kRecurring), Task50(2, 2, "weekly", "", kRecurring),
-       Task50(3, 3, "t%d", "", kRecurring)},
+       Task50(3, 3, "t%d\x10", "", kRecurring)},
       {Call50(4, 4, "weekly", "", kRecurring), Call50(5, 5, "weekly", "", kRecurring)});
   ASSERT_EQ(source->Open(0), 0);
   for (int round = 0; round < 2; ++round) {
@@ -196,10 +234,15 @@ TEST_F(TodoSourceTest, RecurringRecordsAreToldOfOnceForEachSubject) {
     EXPECT_EQ(
         log->lines,
         (Lines{"9 PWDesktop-W2010: Recurring To Do item 'weekly' is not supported by PairWise.",
-               "9 PWDesktop-W2010: Recurring To Do item 't%d' is not supported by PairWise.",
+               "9 PWDesktop-W2010: Recurring To Do item 't%d~' is not supported by PairWise.",
                "9 PWDesktop-W2011: Recurring Call item 'weekly' is not supported by "
                "PairWise."}));
   }
+  // It can be changed blindly, and stays recurring.
+  ASSERT_EQ(source->FindRecord("3+3"), 0);
+  Todo changed("changed");
+  EXPECT_EQ(source->UpdateRecord(changed.record), 0);
+  EXPECT_EQ(source->ReadRecord(&changed.record), 1);
   // One that is deleted is gone until the next open.
   ASSERT_EQ(source->FindRecord("2+2"), 0);
   EXPECT_EQ(source->DeleteRecord(), 0);
