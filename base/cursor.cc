@@ -37,9 +37,9 @@ void ByteWriter::Padded(std::string_view text, std::size_t width) {
 }
 
 void ByteWriter::Number(std::uint32_t value, std::size_t width) {
-  for (std::size_t i = 0; i < width; ++i) {
-    out.push_back(static_cast<char>((value >> (8 * i)) & 0xFF));
-  }
+  char bytes[sizeof value];
+  for (std::size_t i = 0; i < width; ++i) bytes[i] = static_cast<char>(value >> (8 * i) & 0xFF);
+  out.append(bytes, width);
 }
 
 }  // namespace pw

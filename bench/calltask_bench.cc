@@ -1,6 +1,8 @@
+#include <libical/ical.h>
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -11,6 +13,8 @@
 
 #include "framework/source.h"
 #include "framework/task_record.h"
+#include "host/formats/icalendar.h"
+#include "host/formats/vtodo.h"
 #include "platform/posix/machine.h"
 #include "plugin/source_manager.h"
 
@@ -19,6 +23,12 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kNote = "A note of an ordinary length,\r\nwhich has two lines.";
+
+std::string SubjectOf(std::uint32_t record) {
+  return "Subject of record " + std::to_string(record);
+}
 
 constexpr const char* kVersionKey = "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main";
 
@@ -77,8 +87,8 @@ class Bench {
       PWRecord record;
       PWTaskRecord todo(&record);
       todo.Call(i % 2 == 0);
-      todo.Subject(("Subject of record " + std::to_string(i)).c_str());
-      todo.Note("A note of an ordinary length,\r\nwhich has two lines.");
+      todo.Subject(SubjectOf(i).c_str());
+      todo.Note(kNote);
       todo.StartDate(DayOf(i, records));
       todo.DueDate(DayOf(records - 1 - i, records));
       if (source->AddRecord(record) != kResultOk) std::abort();
@@ -98,6 +108,15 @@ std::uint32_t Records(const benchmark::State& state) {
   return static_cast<std::uint32_t>(state.range(0));
 }
 
+void Walk(PWSource& source) {
+  for (PWRESULT more = source.FirstRecord(); more == kResultOk; more = source.NextRecord()) {
+    PWRecord record;
+    if (source.ReadRecord(&record) != kResultOk) std::abort();
+    benchmark::DoNotOptimize(source.RecordID());
+    benchmark::DoNotOptimize(source.RecordTimeStamp());
+  }
+}
+
 void BM_Load(benchmark::State& state) {
   Bench bench(Records(state));
   for (auto _ : state) benchmark::DoNotOptimize(bench.Open());
@@ -106,13 +125,65 @@ void BM_Load(benchmark::State& state) {
 void BM_Walk(benchmark::State& state) {
   Bench bench(Records(state));
   const auto source = bench.Open();
+  for (auto _ : state) Walk(*source);
+}
+
+// All that a run without changes does.
+void BM_OpenWalkClose(benchmark::State& state) {
+  Bench bench(Records(state));
   for (auto _ : state) {
-    for (PWRESULT more = source->FirstRecord(); more == kResultOk; more = source->NextRecord()) {
-      PWRecord record;
-      if (source->ReadRecord(&record) != kResultOk) std::abort();
-      benchmark::DoNotOptimize(source->RecordID());
-      benchmark::DoNotOptimize(source->RecordTimeStamp());
+    const auto source = bench.Open();
+    Walk(*source);
+    source->CloseSource();
+  }
+}
+
+std::string DateOf(const PWDateTimeStamp& day) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", day.year, day.month, day.day);
+  return text;
+}
+
+// The same records as an iCalendar file.
+std::string Calendar(std::uint32_t records) {
+  std::string calendar;
+  pw::BeginCalendar(calendar);
+  for (std::uint32_t i = 0; i < records; ++i) {
+    pw::Todo todo;
+    todo.uid = "record-" + std::to_string(i);
+    todo.changed = "19980302T120000Z";
+    todo.subject = SubjectOf(i);
+    todo.note = kNote;
+    todo.start = DateOf(DayOf(i, records));
+    todo.due = DateOf(DayOf(records - 1 - i, records));
+    todo.call = i % 2 == 0;
+    pw::AppendVTodo(calendar, todo, todo.changed);
+  }
+  pw::EndCalendar(calendar);
+  return calendar;
+}
+
+// The same in memory with the library that reads such files: parse, walk, write.
+void BM_LibicalParseWalkWrite(benchmark::State& state) {
+  const std::string calendar = Calendar(Records(state));
+  for (auto _ : state) {
+    icalcomponent* all = icalparser_parse_string(calendar.c_str());
+    if (all == nullptr) std::abort();
+    std::uint32_t found = 0;
+    for (icalcomponent* todo = icalcomponent_get_first_component(all, ICAL_VTODO_COMPONENT);
+         todo != nullptr; todo = icalcomponent_get_next_component(all, ICAL_VTODO_COMPONENT)) {
+      ++found;
+      benchmark::DoNotOptimize(icalcomponent_get_uid(todo));
+      benchmark::DoNotOptimize(icalcomponent_get_summary(todo));
+      benchmark::DoNotOptimize(icalcomponent_get_description(todo));
+      benchmark::DoNotOptimize(icalcomponent_get_dtstart(todo));
+      benchmark::DoNotOptimize(icalcomponent_get_due(todo));
     }
+    if (found != Records(state)) std::abort();
+    char* written = icalcomponent_as_ical_string_r(all);
+    benchmark::DoNotOptimize(written);
+    icalmemory_free_buffer(written);
+    icalcomponent_free(all);
   }
 }
 
@@ -170,6 +241,8 @@ void BM_Save(benchmark::State& state) {
 
 BENCHMARK(BM_Load)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Walk)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenWalkClose)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LibicalParseWalkWrite)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FindEveryId)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_UpdateEveryRecord)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_AddEveryRecord)->Arg(4375)->Arg(35000)->Unit(benchmark::kMillisecond);

@@ -54,6 +54,14 @@ std::optional<std::vector<Year>> PlaceYears(const std::vector<DayBlock>& days) {
   return years;
 }
 
+std::size_t SizeOf(const std::vector<Year>& years) {
+  std::size_t size = kFirstTable + years.size() * kYearTableSize;
+  for (const Year& year : years) {
+    for (const DayBlock& day : year.days) size += day.bytes.size();
+  }
+  return size;
+}
+
 void EncodeYear(ByteWriter& out, const Year& year) {
   auto position = static_cast<std::uint32_t>(year.entry.offset + kYearTableSize);
   auto next = year.days.begin();
@@ -149,6 +157,7 @@ std::optional<std::string> WriteFrame(const Header& header, const std::vector<Da
   const auto years = PlaceYears(days);
   if (!years) return std::nullopt;
   ByteWriter out;
+  out.Reserve(SizeOf(*years));
   out.Bytes({header.data(), header.size()});
   for (const Year& year : *years) EncodeYearEntry(out, year.entry);
   out.Zeros((kYearEntries - years->size()) * kYearEntrySize);

@@ -3,6 +3,11 @@
 #include <time.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "base/process_wide.h"
 
 namespace pw {
 namespace {
@@ -14,6 +19,19 @@ constexpr CivilTime kLastMoment{9999, 12, 31, 23, 59, 59, 5};
 
 time_t Clamped(std::int64_t seconds) {
   return static_cast<time_t>(std::clamp(seconds, kFirstSecond, kLastSecond));
+}
+
+// The TZ that the C library has taken, or nothing while that isn't known.
+ProcessWide<std::optional<std::string>> zoneTaken;
+
+// Has the library look at TZ again where it has changed; it would look at the system's files, too,
+// which takes far longer than all else.
+void FollowZone() {
+  const char* variable = std::getenv("TZ");
+  const std::string zone = variable == nullptr ? "none" : '=' + std::string(variable);
+  if (*zoneTaken == zone) return;
+  tzset();
+  *zoneTaken = zone;
 }
 
 // A zone may push a moment at either end over the border.
@@ -51,7 +69,7 @@ CivilTime PosixClock::Utc(std::int64_t seconds) {
 CivilTime PosixClock::Local(std::int64_t seconds) {
   const time_t moment = Clamped(seconds);
   tm broken{};
-  tzset();
+  FollowZone();
   localtime_r(&moment, &broken);
   return FromBroken(broken);
 }

@@ -6,8 +6,8 @@
 
 namespace pw {
 
-// This machine's clock. The zone is the C library's: that of the environment's TZ, or else the
-// system's, looked at again for each moment.
+// This machine's clock. The zone is the C library's: that of the environment's TZ, looked at again
+// for each moment, or else the system's as it was when the process first asked for it.
 class PosixClock : public Clock {
  public:
   std::int64_t Now() override;
