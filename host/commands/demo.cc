@@ -24,6 +24,7 @@ constexpr std::size_t kAllLines = 1000;
 // Which of the sample's cards the walk uses, by their place in it.
 constexpr std::size_t kShown = 2;
 constexpr std::size_t kDeleted = 31;
+constexpr std::size_t kDone = 0;  // of the to-do items
 
 std::string FirstLines(const std::string& text, std::size_t count) {
   std::size_t end = 0;
@@ -47,11 +48,13 @@ class Walk {
 
   int Go() {
     Say("Made the sample profile " + folder +
-        ". Its cardfile \"Friends\" was filled by the module,");
-    Say("a card at a time. The lines with a $ are what you could type yourself.");
+        ". Its cardfile \"Friends\" and Ada's to-do items were");
+    Say("filled by the module, a record at a time. The lines with a $ are what you could type "
+        "yourself.");
     LookAround();
     ChangeSome();
     Export();
+    LookAtTodos();
     LookAtClocks();
     Say("");
     Say("The profile stays: run any of these lines again, or `pairwise --help` for what else "
@@ -90,6 +93,30 @@ class Walk {
       Run({"export", "contact", "--format", format, "-o", file});
       if (format == std::string("vcf")) ShowStart(file, 8);
     }
+  }
+
+  void LookAtTodos() {
+    Heading("Tasks and calls, in one list");
+    Run({"list", "todo", "--table"});
+    Heading("One is done, and a call is to be made; the cursor is then on the new record");
+    const std::string now = std::to_string(SampleTimeAfterCards());
+    Drive(folder + "/todos.jsonl",
+          "{\"op\":\"now\",\"seconds\":" + now +
+              "}\n"
+              "{\"op\":\"open\",\"type\":\"todo\",\"location\":\"C:\\\\Data\\\\Ada\"}\n"
+              "{\"op\":\"find\",\"id\":\"" +
+              sample.todoIds[kDone] +
+              "\"}\n"
+              "{\"op\":\"update\",\"record\":{\"Subject\":\"Have the tower clock looked at\","
+              "\"Note\":\"Günther came on a Tuesday.\",\"StartDate\":\"1998-03-02\","
+              "\"DueDate\":\"1998-03-20\",\"Priority\":2,\"Completed\":true}}\n"
+              "{\"op\":\"add\",\"record\":{\"Call\":true,\"Subject\":\"Zoë Lindqvåst: thanks for "
+              "the lenses\",\"StartDate\":\"1998-04-17\"}}\n"
+              "{\"op\":\"read\"}\n"
+              "{\"op\":\"close\"}\n");
+    const std::string file = folder + "/todos.ics";
+    Run({"export", "todo", "--format", "ics", "-o", file});
+    ShowStart(file, 14);
   }
 
   void LookAtClocks() {

@@ -10,10 +10,14 @@ namespace {
 
 std::string UnreadableText(const EngineRun& run, const std::string& type,
                            const PWSourceCategory& category, std::size_t count) {
-  const std::string records = std::to_string(count) + (count == 1 ? " record" : " records");
+  const std::string number = std::to_string(count);
   // What repeats is all that the module can't pass on; its log names each.
-  if (type == kTodoType) return records + " could not be passed on, as they are recurring";
-  return run.NativePathOf(category.Location.Str()) + ": " + records + " could not be read";
+  if (type == kTodoType) {
+    return number +
+           (count == 1 ? " recurring record is left out" : " recurring records are left out");
+  }
+  return run.NativePathOf(category.Location.Str()) + ": " + number +
+         (count == 1 ? " record" : " records") + " could not be read";
 }
 
 }  // namespace

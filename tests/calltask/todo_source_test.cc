@@ -306,10 +306,12 @@ TEST_F(TodoSourceTest, ChangesAreToldByStampsOrByCRCs) {
     MakeSource();
     ASSERT_EQ(source->Open(0), 0);
     ASSERT_EQ(source->FirstRecord(), 0);
-    EXPECT_EQ(source->RecordTimeStamp(), each.task);
+    const PWDateTimeStamp& task = source->RecordTimeStamp();
+    EXPECT_EQ(task, each.task);
     EXPECT_EQ(source->RecordCRC(), each.taskCrc);
     ASSERT_EQ(source->NextRecord(), 0);
     EXPECT_EQ(source->RecordTimeStamp(), each.call);
+    EXPECT_EQ(task, each.task) << "a call's stamp is another one";
     EXPECT_EQ(source->RecordCRC(), each.callCrc);
   }
 }

@@ -54,6 +54,25 @@ TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
   EXPECT_EQ(manager.ListCategories(nullptr, categories), 1);
 }
 
+TEST_F(CategoriesTest, ToDoItemsHaveOneUnderTheirStem) {
+  const auto locationOfTodo = [&]() -> std::string {
+    PWSourceCategoryVector categories;
+    if (manager.ListCategories("todo", categories) != 0 || categories.Count() != 1) return "none";
+    EXPECT_STREQ(categories.At(0)->Name(), "Task");
+    return categories.At(0)->Location.Str();
+  };
+  EXPECT_EQ(locationOfTodo(), "none") << "neither a stem nor a default user";
+  config.String(PWConfig::kCalendarStem, "Home");
+  EXPECT_EQ(locationOfTodo(), "C:\\Data\\Home");
+  config.String(PWConfig::kDataFolder, "");
+  EXPECT_EQ(locationOfTodo(), "Home");
+  config.String(PWConfig::kCalendarStem, "");
+  platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task",
+                        "DefUserName", pw::TextValue("D:\\Wing\\Bea"));
+  EXPECT_EQ(locationOfTodo(), "D:\\Wing\\Bea");
+  EXPECT_EQ(config.String(PWConfig::kDataFolder), "D:\\Wing") << "and the rest follows";
+}
+
 TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
   pw::test::CardFileBytes bytes = pw::test::ThreeCards();
   bytes.names = "Phone\r\nCity\r\nPhone\r\n";
