@@ -17,16 +17,13 @@ void FixFormat(const StoreKind& kind) {
   if (!format) format = IsVersion50() ? FormatVersion::k50 : FormatVersion::k30;
 }
 
-// Far beyond what a person writes: 35,000 records take 3 MiB.
-constexpr std::uint64_t kLargestFile = 256 << 20;
-
 // The file's bytes; nothing if it can't be opened, read whole or is too large.
 std::optional<std::string> ReadWhole(const std::string& path) {
   const auto file =
       CurrentPlatform().files->Open(path, OpenMode::kReadWriteExisting, Sharing::kReadWrite);
   if (file == nullptr) return std::nullopt;
   const auto size = file->Size();
-  if (!size || *size > kLargestFile) return std::nullopt;
+  if (!size || *size > calltask::kLargestFile) return std::nullopt;
   std::string bytes = file->Read(static_cast<std::size_t>(*size));
   // One that gives nothing mustn't be taken for an empty one.
   if (bytes.empty() && *size != 0) return std::nullopt;

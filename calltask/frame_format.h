@@ -29,6 +29,9 @@ namespace pw::calltask {
 // Of the records in a file.
 enum class FormatVersion : std::int32_t { k30 = 30, k50 = 50 };
 
+// Larger ones aren't read. Far beyond what a person writes: 35,000 records take 3 MiB.
+inline constexpr std::uint64_t kLargestFile = 256 << 20;
+
 // Header.
 //
 //   offset  width  field  meaning

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <string>
 
 #include "framework/task_record.h"
 #include "framework/timezone_record.h"
@@ -80,12 +81,18 @@ Json TodoToJson(PWRecord& record) {
   };
 }
 
+// Who names no date has none; who names one needn't say so.
+bool HasNoDate(JsonFields& fields, const char* flag, const char* date) {
+  if (!fields.Has(flag)) return !fields.Has(date);
+  const bool none = fields.Bool(flag);
+  if (!none && !fields.Has(date)) fields.Fail("\"" + std::string(date) + "\" is missing");
+  return none;
+}
+
 void TodoFromJson(JsonFields& fields, PWRecord& record) {
   PWTaskRecord todo(&record);
-  // Who names no date has none; who names one needn't say so.
-  todo.NoStartDate(fields.Has("NoStartDate") ? fields.Bool("NoStartDate")
-                                             : !fields.Has("StartDate"));
-  todo.NoDueDate(fields.Has("NoDueDate") ? fields.Bool("NoDueDate") : !fields.Has("DueDate"));
+  todo.NoStartDate(HasNoDate(fields, "NoStartDate", "StartDate"));
+  todo.NoDueDate(HasNoDate(fields, "NoDueDate", "DueDate"));
   if (fields.Has("StartDate")) todo.StartDate(fields.Stamp("StartDate"));
   if (fields.Has("DueDate")) todo.DueDate(fields.Stamp("DueDate"));
   if (fields.Has("Call")) todo.Call(fields.Bool("Call"));

@@ -8,11 +8,11 @@
 #include "base/codepage.h"
 #include "base/cursor.h"
 #include "cardfile/format.h"
+#include "framework/task_record.h"
 #include "host/catalogue.h"
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
 #include "host/record_views.h"
-#include "host/todo_files.h"
 #include "platform/platform.h"
 
 namespace pw {
@@ -41,9 +41,31 @@ std::vector<std::string> NamesInFile(const std::string& location) {
   return names;
 }
 
-// Where a record has a CRC, its stamp is no time of change.
-PWDateTimeStamp LastChange(PWSource& source) {
-  return source.RecordCRC() == 0 ? source.RecordTimeStamp() : PWDateTimeStamp();
+// Fills the columns by the fields of their places. False if the card can't be read.
+bool ReadCard(PWSource& source, const std::vector<std::string>& names, Contact& card) {
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    PWField field;
+    if (source.GetField(static_cast<std::int32_t>(i), field) != kResultOk) return false;
+    card.fields.emplace_back(names[i], CodePageToUtf8(field.text.View()));
+  }
+  return true;
+}
+
+// Fills record and columns. False if it can't be read.
+bool ReadTyped(PWSource& source, const RecordView& view, ReadResult& read) {
+  if (source.ReadRecord(&read.record) != kResultOk) return false;
+  const std::vector<std::string> texts = view.texts(read.record);
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    read.shown.fields.emplace_back(view.columns[i], texts[i]);
+  }
+  return true;
+}
+
+// Where the files don't tell when a record was changed the source tells the present.
+bool IsChangeKnown(const OpenedSource& opened, const std::string& type, PWRecord& record) {
+  if (type != kTodoType) return HasStamps(type);
+  const bool isCall = PWTaskRecord(&record).Call();
+  return isCall ? opened.todoFiles.callsTellChange : opened.todoFiles.tasksTellChange;
 }
 
 }  // namespace
@@ -57,7 +79,7 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
   opened.source->Category = opened.category.get();
   const PWRESULT result = opened.source->Open(0);
   if (result == kResultOk) {
-    if (type == kTodoType) opened.problems = TodoFileProblems(run, category.Location.Str());
+    if (type == kTodoType) opened.todoFiles = LookAtTodoFiles(run, category.Location.Str());
     return opened;
   }
   if (!HasCategories(type)) {
@@ -90,25 +112,18 @@ std::vector<std::string> FieldNames(EngineRun& run, const std::string& type,
   return all;
 }
 
-std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
-                                  const std::vector<std::string>& names) {
-  Contact contact;
-  contact.id = CodePageToUtf8(source.RecordID().View());
-  const PWDateTimeStamp stamp = LastChange(source);
-  if (!(stamp == PWDateTimeStamp())) contact.stamp = StampText(stamp);
-  if (const RecordView* view = FindRecordView(type)) {
-    PWRecord record;
-    if (source.ReadRecord(&record) != kResultOk) return {};
-    const std::vector<std::string> texts = view->texts(record);
-    for (std::size_t i = 0; i < names.size(); ++i) contact.fields.emplace_back(names[i], texts[i]);
-    return contact;
-  }
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    PWField field;
-    if (source.GetField(static_cast<std::int32_t>(i), field) != kResultOk) return {};
-    contact.fields.emplace_back(names[i], CodePageToUtf8(field.text.View()));
-  }
-  return contact;
+std::optional<ReadResult> ReadRecord(const OpenedSource& opened, const std::string& type,
+                                     const std::vector<std::string>& names) {
+  PWSource& source = *opened.source;
+  ReadResult read;
+  read.shown.id = CodePageToUtf8(source.RecordID().View());
+  const RecordView* view = FindRecordView(type);
+  const bool isRead =
+      view == nullptr ? ReadCard(source, names, read.shown) : ReadTyped(source, *view, read);
+  if (!isRead) return std::nullopt;
+  if (IsChangeKnown(opened, type, read.record)) read.stamp = source.RecordTimeStamp();
+  if (!(read.stamp == PWDateTimeStamp())) read.shown.stamp = StampText(read.stamp);
+  return read;
 }
 
 Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
@@ -119,21 +134,18 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
   read.name = CodePageToUtf8(category.Name.View());
   read.location = CodePageToUtf8(category.Location.View());
   read.fieldNames = FieldNames(run, type, category);
-  read.problems = std::move(opened->problems);
+  read.problems = opened->todoFiles.problems;
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
-    auto contact = ReadRecord(source, type, read.fieldNames);
-    if (!contact) {
+    auto record = ReadRecord(*opened, type, read.fieldNames);
+    if (!record) {
       ++read.unreadable;
       continue;
     }
     if (type != kContactType) {
-      TypedRecord& record = read.records.emplace_back();
-      record.id = contact->id;
-      record.stamp = LastChange(source);
-      source.ReadRecord(&record.record);
+      read.records.push_back({record->shown.id, record->stamp, std::move(record->record)});
     }
-    read.contacts.push_back(std::move(*contact));
+    read.contacts.push_back(std::move(record->shown));
   }
   return read;
 }

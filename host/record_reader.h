@@ -10,6 +10,7 @@
 #include "host/engine_run.h"
 #include "host/formats/contact.h"
 #include "host/outcome.h"
+#include "host/todo_files.h"
 
 namespace pw {
 
@@ -20,7 +21,7 @@ inline constexpr const char* kTodoType = "todo";
 struct OpenedSource {
   std::unique_ptr<PWSourceCategory> category;  // must outlive the source
   std::unique_ptr<PWSource> source;
-  std::vector<std::string> problems;  // what of its files can't be read, a line each
+  TodoFiles todoFiles;  // of to-do items
 };
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);
@@ -30,15 +31,21 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
 std::vector<std::string> FieldNames(EngineRun& run, const std::string& type,
                                     const PWSourceCategory& category);
 
+struct ReadResult {
+  Contact shown;
+  PWDateTimeStamp stamp;  // last change in the machine's zone; all zero if it isn't known
+  PWRecord record;        // as the engine has it; empty for a contact
+};
+
 // The current record, its columns under those names; nothing if it can't be read. A card is read by
 // column, as a record of the engine has room for one field of a name only.
-std::optional<Contact> ReadRecord(PWSource& source, const std::string& type,
-                                  const std::vector<std::string>& names);
+std::optional<ReadResult> ReadRecord(const OpenedSource& opened, const std::string& type,
+                                     const std::vector<std::string>& names);
 
 // A record as the engine has it.
 struct TypedRecord {
   std::string id;
-  PWDateTimeStamp stamp;  // last change in the machine's zone; all zero if it isn't known
+  PWDateTimeStamp stamp;  // as in `ReadResult`
   PWRecord record;
 };
 

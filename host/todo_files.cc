@@ -33,50 +33,70 @@ struct FileKind {
   bool (*take)(std::string_view& block, FormatVersion version);
 };
 
-constexpr FileKind kKinds[] = {
-    {"TASK.WMW", calltask::kTaskMagics, TakeTask},
-    {"CALL.WMW", calltask::kCallMagics, TakeCall},
-};
+constexpr FileKind kTasks = {"TASK.WMW", calltask::kTaskMagics, TakeTask};
+constexpr FileKind kCalls = {"CALL.WMW", calltask::kCallMagics, TakeCall};
 
-// Nothing for a file that can't be opened.
+// Nothing for a file that the module doesn't read either.
 std::optional<std::string> BytesOf(const std::string& path) {
   const auto file = CurrentPlatform().files->Open(path, OpenMode::kRead, Sharing::kReadWrite);
   const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size || *size > UINT32_MAX) return std::nullopt;
-  return file->Read(static_cast<std::size_t>(*size));
+  if (!size || *size > calltask::kLargestFile) return std::nullopt;
+  std::string bytes = file->Read(static_cast<std::size_t>(*size));
+  if (bytes.empty() && *size != 0) return std::nullopt;
+  return bytes;
 }
 
-// Empty if all of it can be read.
-std::string ProblemOf(const std::string& path, const FileKind& kind) {
-  const auto bytes = BytesOf(path);
-  if (!bytes) return "can't be read";
-  if (bytes->empty()) return {};
-  const calltask::Frame frame = calltask::ReadFrame(*bytes);
-  if (!frame.isWhole) return "cut short or damaged; what lies behind that is left out";
-  const auto version = calltask::VersionOf(frame.header, kind.magics);
-  if (!version) return "doesn't begin as such a file does; its records may be wrong";
-  calltask::BlockReader reader(bytes->size());
+std::size_t UnreadableDays(const calltask::Frame& frame, std::size_t fileSize, const FileKind& kind,
+                           FormatVersion version) {
+  calltask::BlockReader reader(fileSize);
   std::size_t unreadable = frame.blocksOutside;
   for (const calltask::DayBlock& day : frame.days) {
     const bool isRead =
-        reader.Read(day.bytes, [&](std::string_view& rest) { return kind.take(rest, *version); });
+        reader.Read(day.bytes, [&](std::string_view& rest) { return kind.take(rest, version); });
     if (!isRead) ++unreadable;
   }
-  if (unreadable == 0) return {};
-  return std::to_string(unreadable) + (unreadable == 1 ? " day can't be read and is left out"
-                                                       : " days can't be read and are left out");
+  return unreadable;
+}
+
+struct Finding {
+  std::string problem;  // empty if all of it can be read
+  bool isVersion50 = false;
+};
+
+Finding LookAt(const std::string& path, const FileKind& kind) {
+  const auto bytes = BytesOf(path);
+  if (!bytes) return {"can't be read, or is far too large", false};
+  if (bytes->empty()) return {};
+  const calltask::Frame frame = calltask::ReadFrame(*bytes);
+  const auto version = calltask::VersionOf(frame.header, kind.magics);
+  const bool isVersion50 = version == FormatVersion::k50;
+  if (!frame.isWhole) {
+    return {"cut short or damaged; what lies behind that is left out", isVersion50};
+  }
+  if (!version) return {"doesn't begin as such a file does; its records may be wrong", false};
+  const std::size_t unreadable = UnreadableDays(frame, bytes->size(), kind, *version);
+  if (unreadable == 0) return {"", isVersion50};
+  const char* words = unreadable == 1 ? " day can't be read and is left out"
+                                      : " days can't be read and are left out";
+  return {std::to_string(unreadable) + words, isVersion50};
 }
 
 }  // namespace
 
-std::vector<std::string> TodoFileProblems(EngineRun& run, const std::string& prefix) {
-  std::vector<std::string> problems;
-  for (const FileKind& kind : kKinds) {
+TodoFiles LookAtTodoFiles(EngineRun& run, const std::string& prefix) {
+  TodoFiles files;
+  const auto look = [&](const FileKind& kind) {
     const std::string path = prefix + kind.name;
-    const std::string problem = ProblemOf(path, kind);
-    if (!problem.empty()) problems.push_back(run.NativePathOf(path) + ": " + problem);
-  }
-  return problems;
+    const Finding found = LookAt(path, kind);
+    if (!found.problem.empty()) {
+      files.problems.push_back(run.NativePathOf(path) + ": " + found.problem);
+    }
+    return found.isVersion50;
+  };
+  const bool areTasks50 = look(kTasks);
+  files.callsTellChange = look(kCalls);
+  files.tasksTellChange = areTasks50 && files.callsTellChange;
+  return files;
 }
 
 }  // namespace pw

@@ -1,5 +1,6 @@
 #include "host/utc_stamp.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "base/text.h"
@@ -42,9 +43,14 @@ std::string UtcStampOfLocal(Clock& clock, const PWDateTimeStamp& stamp) {
   if (!IsDateAndTime(stamp)) return {};
   const std::int64_t local =
       PlainSecondsOf(stamp.year, stamp.month, stamp.day, stamp.hour, stamp.minute, stamp.second);
-  // The offset of the right moment, found from one that is within a day of it.
-  const std::int64_t guess = local - OffsetAt(clock, local);
-  return UtcStamp(clock, local - OffsetAt(clock, guess));
+  // With the offsets on both sides of a switch that may be near.
+  constexpr std::int64_t kDay = 86400;
+  const std::int64_t a = local - OffsetAt(clock, local - kDay);
+  const std::int64_t b = local - OffsetAt(clock, local + kDay);
+  const auto [earlier, later] = std::minmax(a, b);
+  const bool isEarlier = earlier + OffsetAt(clock, earlier) == local;
+  const bool isLater = later + OffsetAt(clock, later) == local;
+  return UtcStamp(clock, isEarlier && !isLater ? earlier : later);
 }
 
 }  // namespace pw

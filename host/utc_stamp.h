@@ -12,8 +12,8 @@ namespace pw {
 std::string UtcStamp(Clock& clock, std::int64_t seconds);
 
 // The moment that the machine's own clocks showed so, in the same form: of an hour that occurs
-// twice the second one, and of one that is left out what it would have been without. Empty where
-// the fields are no date and time.
+// twice the second one, and one that is left out as if the clocks hadn't been put forward. Empty
+// where the fields are no date and time.
 std::string UtcStampOfLocal(Clock& clock, const PWDateTimeStamp& stamp);
 
 }  // namespace pw

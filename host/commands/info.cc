@@ -41,7 +41,10 @@ std::string ClocksSummary(EngineRun& run, const Console& console, const std::str
 std::string TypeSummary(EngineRun& run, const Console& console, const std::string& type,
                         bool& anyLeftOut) {
   PWSourceCategoryVector categories;
-  if (run.Manager().ListCategories(type.c_str(), categories) != kResultOk) return "not served yet";
+  if (run.Manager().ListCategories(type.c_str(), categories) != kResultOk) {
+    const std::unique_ptr<PWSource> source(run.Manager().CreateSource(type.c_str()));
+    return source == nullptr ? "not served yet" : "nobody's files are named";
+  }
   std::size_t records = 0;
   std::size_t unreadable = 0;
   for (std::uint32_t i = 0; i < categories.Count(); ++i) {
@@ -52,7 +55,7 @@ std::string TypeSummary(EngineRun& run, const Console& console, const std::strin
       continue;
     }
     records += opened->source->RecordCount();
-    if (console.Warn(opened->problems)) anyLeftOut = true;
+    if (console.Warn(opened->todoFiles.problems)) anyLeftOut = true;
   }
   std::string text = Counted(categories.Count(), "category", "categories") + ", " +
                      Counted(records, "record", "records");

@@ -70,22 +70,34 @@ Outcome<OldMachine> AskRegistry(const fs::path& file, const Product* wanted) {
   return found;
 }
 
-// The stem of the calendar and to-do files. Of several people's the first is taken.
-std::string ChooseStem(const Console& console, const fs::path& data) {
-  const std::vector<std::string> stems = CalendarStems(data);
-  if (stems.size() > 1) {
-    console.messages << "pairwise: " << data.string()
-                     << ": several people's calendar and to-do files; those of '"
-                     << CodePageToUtf8(stems.front())
-                     << "' are taken, which [config] 5 of the profile can change\n";
+// Whose calendar and to-do files of the folder the profile is for: those of the old machine's
+// default user, or else the first. Where there are none yet they will be that user's.
+CalendarStem ChooseStem(const Console& console, const fs::path& data,
+                        const std::optional<std::string>& calendar) {
+  const std::string user = calendar ? calendar->substr(calendar->rfind('\\') + 1) : "";
+  const std::vector<CalendarStem> stems = CalendarStems(data);
+  if (stems.empty()) return {user, false};
+  for (const CalendarStem& stem : stems) {
+    if (calendar && EqualFileNames(stem.text, user)) return stem;
   }
-  return stems.empty() ? std::string() : stems.front();
+  if (stems.size() > 1) {
+    console.Warn({data.string() + ": several people's calendar and to-do files; those of '" +
+                  CodePageToUtf8(stems.front().text) +
+                  "' are taken, which [config] 5 of the profile can change"});
+  }
+  return stems.front();
 }
 
-// Whether the old machine itself names the files of that folder.
-bool NamesCalendarIn(const std::optional<std::string>& calendar, const std::string& folder) {
-  if (!calendar) return false;
-  return EqualFileNames(calendar->substr(0, calendar->rfind('\\')), folder);
+// Files without a stem are found by the default user's path alone, so that must be theirs.
+Outcome<Done> NameDefaultUser(const Profile& profile, const Product& product,
+                              const std::string& calendar) {
+  PosixRegistry registry({profile.RegistryFile(), RegistryMode::kReadWrite, {}});
+  if (const auto key = registry.Create(CalendarKey(product))) {
+    key->Write(kDefaultUser, TextValue(calendar));
+  }
+  if (const auto error = registry.Error()) return Failure{*error};
+  if (const auto error = registry.SaveFailure()) return Failure{*error};
+  return Done{};
 }
 
 Outcome<Done> WriteProfile(const Profile& profile, std::string_view registry) {
@@ -138,15 +150,21 @@ int Init(const CommandLine& line, const InitOptions& options) {
   }
   if (product == nullptr) product = &kProducts[0];
   const std::string folder = profile.drives.back().prefix;
-  const std::string stem = NamesCalendarIn(calendar, folder) ? "" : ChooseStem(console, data);
-  if (registry.empty())
-    registry = FreshRegistry(*product, {folder, folder + "\\" + stem, "", false});
+  const CalendarStem stem = ChooseStem(console, data, calendar);
+  const std::string ownCalendar = folder + "\\" + stem.text;
+  const bool isFresh = registry.empty();
+  if (isFresh) registry = FreshRegistry(*product, {folder, ownCalendar, "", stem.isVersion50});
   profile.config[PWConfig::kDataFolder] = folder;
-  profile.config[PWConfig::kCalendarStem] = stem;
+  profile.config[PWConfig::kCalendarStem] = stem.text;
   profile.config[PWConfig::kProductKey] = product->mainKey;
 
   const auto written = WriteProfile(profile, registry);
   if (!written) return console.Fail(written.Why());
+  const bool isNamed = isFresh || (calendar && EqualFileNames(*calendar, ownCalendar));
+  if (stem.text.empty() && !isNamed && !CalendarStems(data).empty()) {
+    const auto named = NameDefaultUser(profile, *product, ownCalendar);
+    if (!named) return console.Fail(named.Why());
+  }
   console.messages << "made " << profile.folder.string() << ": edition " << product->name << ", "
                    << CodePageToUtf8(profile.drives.back().prefix) << " is " << data.string()
                    << "\n";

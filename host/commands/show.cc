@@ -71,21 +71,26 @@ void Print(std::ostream& out, const Found& found) {
   }
 }
 
-// The record of that id in one category; nothing if it isn't there.
+// The record of that id in one category; nothing if it isn't there. Tells what of the category's
+// files can't be read, and whether there was anything.
 Outcome<std::optional<Found>> FindIn(EngineRun& run, const Console& console,
-                                     const PWSourceCategory& category, const ShowOptions& options) {
+                                     const PWSourceCategory& category, const ShowOptions& options,
+                                     bool& anyLeftOut) {
   const auto opened = OpenForReading(run, options.type, category);
   if (!opened) return opened.Why();
-  console.Warn(opened->problems);
+  if (console.Warn(opened->todoFiles.problems)) anyLeftOut = true;
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
-  auto contact = ReadRecord(*opened->source, options.type, FieldNames(run, options.type, category));
-  if (!contact) {
+  auto read = ReadRecord(*opened, options.type, FieldNames(run, options.type, category));
+  if (!read && options.type == kTodoType) {
+    return Failure{"record " + options.id + " is a recurring one, which can't be passed on"};
+  }
+  if (!read) {
     return Failure{run.NativePathOf(category.Location.Str()) + ": record " + options.id +
                    " can't be read"};
   }
   return std::optional<Found>(
-      Found{CodePageToUtf8(category.Name.View()), std::move(*contact), HasStamps(options.type)});
+      Found{CodePageToUtf8(category.Name.View()), std::move(read->shown), HasStamps(options.type)});
 }
 
 int Show(EngineRun& run, const Console& console, const ShowOptions& options) {
@@ -94,7 +99,7 @@ int Show(EngineRun& run, const Console& console, const ShowOptions& options) {
   std::optional<Found> found;
   bool anyLeftOut = false;
   for (std::uint32_t i = 0; i < categories->Count(); ++i) {
-    auto here = FindIn(run, console, *categories->At(i), options);
+    auto here = FindIn(run, console, *categories->At(i), options, anyLeftOut);
     if (!here) {
       const int failed = console.Fail(here.Why());
       if (categories->Count() == 1) return failed;

@@ -1,6 +1,7 @@
 #include "host/formats/vtodo.h"
 
 #include "host/formats/icalendar.h"
+#include "host/formats/stamp_text.h"
 
 namespace pw {
 namespace {
@@ -12,10 +13,10 @@ const char* PriorityValue(TodoPriority priority) {
 
 // A calendar's start must lie before what is due. One that doesn't is kept under a name of ours.
 void AppendDates(std::string& out, const Todo& todo) {
-  const bool inOrder = todo.due.empty() || todo.start < todo.due;
+  const bool inOrder = !IsDate(todo.due) || todo.start < todo.due;
   if (!todo.start.empty() && inOrder) AppendDateProperty(out, "DTSTART", todo.start);
   if (!todo.start.empty() && !inOrder) {
-    AppendProperty(out, std::string(kOwnPrefix) + "START", todo.start);
+    AppendProperty(out, std::string(kOwnPrefix) + "DTSTART", todo.start);
   }
   if (!todo.due.empty()) AppendDateProperty(out, "DUE", todo.due);
 }

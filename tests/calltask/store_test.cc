@@ -99,7 +99,7 @@ TEST_F(CallTaskStoreTest, OfTwoDaysWithOneKeyTheLaterThatCanBeReadCounts) {
     bytes[26] = 92;
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"b"});
     const std::size_t secondTable = 626 + 6222 + file.days[0].Block().size();
-    bytes.replace(secondTable + 5 * 17 + 9, 4, pw::test::Number(5, 4));
+    bytes.replace(secondTable + std::size_t{5 * 17} + 9, 4, pw::test::Number(5, 4));
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"a"});
   }
 }
@@ -119,7 +119,8 @@ TEST_F(CallTaskStoreTest, OnlyThe96SlotsOfABlockAreRead) {
     odd.replace(seventh + 4, 5, "\x01\x02\x03\x04\x05");
     odd.replace(seventh + 13, 4, "\x06\x07\x08\x09");
     // Empty slots before and between its records.
-    odd.replace(offset, 2 * record.size() + 2, "\x09" + record + "\x09" + record);
+    odd.replace(offset, 2 * record.size() + 2,
+                std::string("\x09").append(record) + "\x09" + record);
     const auto store = Load(kind, odd);
     EXPECT_EQ(store->Count(), 301U);
     EXPECT_EQ(Saved(kind, *store), whole);
@@ -328,6 +329,7 @@ TEST_F(CallTaskStoreTest, ATaskMayKeepItsDayAndOneWithoutAStartDateHasNone) {
   const std::string bytes = Saved(kTasks30, tasks);
   std::vector<std::uint16_t> keys;
   const auto written = pw::calltask::ReadFrame(bytes).days;
+  keys.reserve(written.size());
   for (const auto& day : written) keys.push_back(day.key);
   EXPECT_EQ(written[0].bytes.substr(0, 14), pw::test::Task30("", "")) << "a new one's words";
   EXPECT_EQ(keys, (std::vector<std::uint16_t>{0, 366, 9 * 366 + 251}));

@@ -27,6 +27,7 @@ std::string ReadAll(FILE* file) {
   ::sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
   if (user == 0 || (::setgid(user) == 0 && ::setuid(user) == 0)) {
+    ::setenv("TZ", "UTC0", 0);
     ::execv(PAIRWISE, arguments.data());
   }
   ::_exit(127);

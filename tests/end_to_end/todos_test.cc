@@ -1,4 +1,4 @@
-#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,7 +22,6 @@ constexpr const char* kOk = "{\"result\":0}\n";
 class TodoSample : public Sample {
  public:
   TodoSample() {
-    ::setenv("TZ", "UTC0", 1);
     std::string profile = folder.Get("profile.toml");
     profile.replace(profile.find("5 = ''"), 6, "5 = 'Ada'");
     folder.Put("profile.toml", profile);
@@ -56,6 +55,10 @@ TEST(Todos, AreListedShownAndExported) {
             "Category\tID\tKind\tSubject\tStart\tDue\tPriority\tDone\tNote\n"
             "Task\t1+2\ttask\tTea\t1998-02-10\t1998-03-04\tnormal\t\ttwo lines\n"
             "Task\t5+6\tcall\tZo\xC3\xAB\t1998-02-10\t\thigh\tyes\t\n");
+  const Finished recurring = sample.Run({"show", "todo", "3+4"});
+  EXPECT_EQ(recurring.code, 1);
+  EXPECT_EQ(recurring.messages.substr(0, recurring.messages.find('\n')),
+            "pairwise: record 3+4 is a recurring one, which can't be passed on");
   EXPECT_EQ(sample.Run({"show", "todo", "1+2"}).out,
             "Category  Task\nID        1+2\nChanged   1999-01-22T10:13:20\nKind      task\n"
             "Subject   Tea\nStart     1998-02-10\nDue       1998-03-04\nPriority  normal\n"
@@ -114,6 +117,7 @@ TEST(Todos, DrivenTakeDatesAndKeepThem) {
       "{\"op\":\"read\"}\n{\"op\":\"find\",\"id\":\"1+2\"}\n"
       "{\"op\":\"update\",\"record\":{\"Subject\":\"Coffee\",\"Completed\":true}}\n"
       "{\"op\":\"read\"}\n{\"op\":\"add\",\"record\":{\"DueDate\":\"29 May\"}}\n"
+      "{\"op\":\"add\",\"record\":{\"NoDueDate\":false}}\n"
       "{\"op\":\"close\"}\n");
   EXPECT_EQ(run.code, 1);
   EXPECT_EQ(
@@ -129,7 +133,7 @@ TEST(Todos, DrivenTakeDatesAndKeepThem) {
           "\"NoStartDate\":false,\"StartDate\":\"1998-03-02T00:00:00\",\"NoDueDate\":true,"
           "\"DueDate\":\"0000-00-00T00:00:00\",\"Priority\":1,\"Completed\":true}}\n"
           "{\"error\":\"\\\"DueDate\\\" must be a date as 1998-03-02, or "
-          "1998-03-02T12:00:00\"}\n" +
+          "1998-03-02T12:00:00\"}\n{\"error\":\"\\\"DueDate\\\" is missing\"}\n" +
           kOk);
   const Finished list = sample.Run({"list", "todo"});
   EXPECT_NE(list.out.find("\ttask\tCoffee\t1998-02-10\t\tnormal\tyes\t\n"), std::string::npos)
@@ -138,32 +142,72 @@ TEST(Todos, DrivenTakeDatesAndKeepThem) {
       << list.out;
 }
 
+// Where the files don't tell when something was changed nothing says so.
+TEST(Todos, OfOldFilesHaveNoTimeOfChange) {
+  const TodoSample sample;
+  const std::string record = test::Task30("Tea", "note", kNewWord | 1U << 22);
+  const auto put = [&](const char* kind, const char* version, const std::string& each) {
+    test::CallTaskBytes file{std::string("WMW") + kind + version};
+    file.days = {{1998, 40, {each, each}}};
+    sample.folder.Put(std::string("c/Data/Ada") + kind + ".WMW", file.Build());
+  };
+  put("TASK", "20", record);
+  const std::string calendar = sample.Run({"export", "todo", "--format", "ics"}).out;
+  EXPECT_EQ(calendar.find("LAST-MODIFIED"), calendar.rfind("LAST-MODIFIED")) << "the call's";
+  EXPECT_NE(calendar.find("TeaWMTodo\r\n"), std::string::npos) << calendar;
+  EXPECT_NE(calendar.find("TeaWMTodo#2\r\n"), std::string::npos) << calendar;
+  EXPECT_EQ(calendar.find("\nCOMPLETED:"), calendar.rfind("\nCOMPLETED:"));
+  // Nor do tasks beside old calls.
+  put("TASK", "50", Task50(1, 2, "Tea", "note", kNewWord | 1U << 22));
+  put("CALL", "20", test::Call30("Zo\xEB", "note"));
+  const Finished list = sample.Run({"export", "todo", "--format", "ics"});
+  EXPECT_EQ(list.out.find("LAST-MODIFIED"), std::string::npos);
+  EXPECT_NE(sample.Run({"show", "todo", "1+2"}).out.find("\nChanged   unknown\n"),
+            std::string::npos);
+}
+
 // A new profile knows the files of its folder by the names that they have.
 TEST(Todos, OfAFolderAreFoundByInit) {
   const TodoSample sample;
-  const std::string data = sample.Folder() + "/c/Data";
-  const auto listed = [&](const std::string& profile, std::vector<std::string> more) {
-    std::vector<std::string> words = {"-p", sample.Folder() + "/" + profile, "init", "--data",
-                                      data};
+  const std::string key = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\";
+  const std::string edition = "REGEDIT4\n\n" + key + "Main]\n\"PRODUCT\"=dword:00000001\n";
+  sample.folder.Put("none.reg", edition);
+  const auto putUser = [&](const std::string& user) {
+    sample.folder.Put("user.reg",
+                      edition + key + "Calendar-Task]\n\"DefUserName\"=\"" + user + "\"\n");
+  };
+  int profiles = 0;
+  const auto listed = [&](const std::vector<std::string>& more) {
+    const std::string profile = sample.Folder() + "/profile" + std::to_string(++profiles);
+    std::vector<std::string> words = {"-p", profile, "init", "--data", sample.Folder() + "/c/Data"};
     words.insert(words.end(), more.begin(), more.end());
     const Finished init = RunPairwise(words);
     EXPECT_EQ(init.code, 0) << init.messages;
-    return init.messages + RunPairwise({"-p", sample.Folder() + "/" + profile, "list", "todo"}).out;
+    return init.messages + RunPairwise({"-p", profile, "list", "todo"}).out;
   };
-  EXPECT_NE(listed("new", {}).find("\tTea\t"), std::string::npos);
-  const std::string user =
-      "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Main]\n"
-      "\"PRODUCT\"=dword:00000001\n"
-      "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Calendar-Task]\n"
-      "\"DefUserName\"=\"";
-  sample.folder.Put("here.reg", user + "C:\\\\Data\\\\Ada\"\n");
-  sample.folder.Put("away.reg", user + "X:\\\\Home\\\\Cy\"\n");
+  const std::vector<std::string> noUser = {"--registry", sample.Folder() + "/none.reg"};
+  const std::vector<std::string> user = {"--registry", sample.Folder() + "/user.reg"};
+  const auto isTea = [](const std::string& text) { return text.find("\tTea\t") != text.npos; };
+  EXPECT_TRUE(isTea(listed({})));
+  EXPECT_TRUE(isTea(listed(noUser)));
   sample.folder.Put("c/Data/AaronEven.wmw", "");
-  EXPECT_NE(listed("of-here", {"--registry", sample.Folder() + "/here.reg"}).find("\tTea\t"),
-            std::string::npos);
-  const std::string several = listed("of-away", {"--registry", sample.Folder() + "/away.reg"});
+  for (const char* path : {"C:\\\\Data\\\\Ada", "D:\\\\Wing\\\\ada"}) {
+    putUser(path);
+    EXPECT_TRUE(isTea(listed(user))) << path;
+  }
+  putUser("C:\\\\Data\\\\Cy");
+  const std::string several = listed(user);
   EXPECT_NE(several.find("those of 'Aaron' are taken"), std::string::npos) << several;
-  EXPECT_EQ(several.find("\tTea\t"), std::string::npos);
+  EXPECT_FALSE(isTea(several));
+
+  // Files without a stem.
+  sample.folder.Put("c/Data/TASK.WMW", sample.folder.Get("c/Data/AdaTASK.WMW"));
+  for (const char* file : {"AdaTASK.WMW", "AdaCALL.WMW", "AaronEven.wmw"}) {
+    std::filesystem::remove(sample.folder.Path() / "c/Data" / file);
+  }
+  EXPECT_TRUE(isTea(listed({})));
+  EXPECT_TRUE(isTea(listed(noUser)));
+  EXPECT_TRUE(isTea(listed(user)));
 }
 
 }  // namespace

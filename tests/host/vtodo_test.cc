@@ -66,10 +66,10 @@ TEST(VTodoTest, WhatTheStandardHasNoPlaceForIsKeptBesideIt) {
   } dates[] = {
       {"", "", ""},
       {"1998-03-04", "", "DTSTART;VALUE=DATE:19980304\r\n"},
-      {"1998-03-04", "1998-03-04", "X-PAIRWISE-START:1998-03-04\r\nDUE;VALUE=DATE:19980304\r\n"},
-      {"1998-03-05", "1998-03-04", "X-PAIRWISE-START:1998-03-05\r\nDUE;VALUE=DATE:19980304\r\n"},
+      {"1998-03-04", "1998-03-04", "X-PAIRWISE-DTSTART:1998-03-04\r\nDUE;VALUE=DATE:19980304\r\n"},
+      {"1998-03-05", "1998-03-04", "X-PAIRWISE-DTSTART:1998-03-05\r\nDUE;VALUE=DATE:19980304\r\n"},
       {"", "1998-02-30", "X-PAIRWISE-DUE:1998-02-30\r\n"},
-      {"1998-03-05", "2000-00-31", "DTSTART;VALUE=DATE:19980305\r\nX-PAIRWISE-DUE:2000-00-31\r\n"},
+      {"1998-03-05", "1997-00-31", "DTSTART;VALUE=DATE:19980305\r\nX-PAIRWISE-DUE:1997-00-31\r\n"},
   };
   for (const auto& each : dates) {
     Todo todo = Task();
@@ -115,25 +115,40 @@ TEST(RecordUidTest, IsThatOfTheFileAndTheId) {
   EXPECT_EQ(IdOfRecordUid("another-" + uid), "");
 }
 
-// Both sides of both switches, and fields that are no time.
+// Around both switches, west and east of Greenwich, and fields that are no time.
 TEST(UtcStampTest, ALocalTimeIsTakenWithTheMachinesZone) {
-  ::setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1);
   PosixClock clock;
   const struct {
     PWDateTimeStamp local;
     const char* utc;
-  } cases[] = {
+  } east[] = {
+      {{2026, 3, 29, 1, 59, 59}, "20260329T005959Z"},
+      {{2026, 3, 29, 2, 30, 0}, "20260329T013000Z"},
+      {{2026, 3, 29, 3, 0, 0}, "20260329T010000Z"},
+      {{2026, 10, 25, 1, 59, 59}, "20261024T235959Z"},
+      {{2026, 10, 25, 2, 30, 0}, "20261025T013000Z"},
+      {{2026, 10, 25, 3, 0, 0}, "20261025T020000Z"},
+  };
+  ::setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+  for (const auto& each : east) EXPECT_EQ(UtcStampOfLocal(clock, each.local), each.utc);
+  const struct {
+    PWDateTimeStamp local;
+    const char* utc;
+  } west[] = {
       {{2026, 1, 31, 23, 0, 0}, "20260201T040000Z"},
       {{2026, 3, 8, 1, 59, 59}, "20260308T065959Z"},
       {{2026, 3, 8, 3, 0, 0}, "20260308T070000Z"},
       {{2026, 11, 1, 0, 59, 59}, "20261101T045959Z"},
+      {{2026, 3, 8, 2, 30, 0}, "20260308T073000Z"},
+      {{2026, 11, 1, 1, 30, 0}, "20261101T063000Z"},
       {{2026, 11, 1, 2, 0, 0}, "20261101T070000Z"},
       {{2024, 2, 29, 12, 0, 0}, "20240229T170000Z"},
       {{2026, 2, 29, 12, 0, 0}, ""},
       {{2026, 2, 28, 24, 0, 0}, ""},
       {{0, 0, 0, 0, 0, 0}, ""},
   };
-  for (const auto& each : cases) EXPECT_EQ(UtcStampOfLocal(clock, each.local), each.utc);
+  ::setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1);
+  for (const auto& each : west) EXPECT_EQ(UtcStampOfLocal(clock, each.local), each.utc);
   ::unsetenv("TZ");
 }
 
