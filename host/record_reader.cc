@@ -143,7 +143,7 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
       continue;
     }
     if (type != kContactType) {
-      read.records.push_back({record->shown.id, record->stamp, std::move(record->record)});
+      read.records.push_back({record->shown.id, record->stamp, record->record});
     }
     read.contacts.push_back(std::move(record->shown));
   }

@@ -99,7 +99,7 @@ TEST_F(CallTaskStoreTest, OfTwoDaysWithOneKeyTheLaterThatCanBeReadCounts) {
     bytes[26] = 92;
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"b"});
     const std::size_t secondTable = 626 + 6222 + file.days[0].Block().size();
-    bytes.replace(secondTable + std::size_t{5 * 17} + 9, 4, pw::test::Number(5, 4));
+    bytes.replace(secondTable + 5 * std::size_t{17} + 9, 4, pw::test::Number(5, 4));
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"a"});
   }
 }
