@@ -15,7 +15,6 @@ inline constexpr std::uint32_t kNameInformationManager = 101;
 inline constexpr std::uint32_t kNameDesktop = 102;
 inline constexpr std::uint32_t kNameWingmate99 = 8110;
 
-inline constexpr std::uint32_t kPlaceListMagic = 2103;
 inline constexpr std::uint32_t kPlaceListFile = 2104;
 inline constexpr std::uint32_t kData = 2106;
 inline constexpr std::uint32_t kFile = 2107;

@@ -1,17 +1,16 @@
 #include "timeplace/place_list.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
-#include "base/cursor.h"
 #include "base/text.h"
 #include "platform/platform.h"
 #include "plugin/string_table.h"
+#include "timeplace/place_format.h"
 #include "timeplace/software_value.h"
 
 namespace {
-
-constexpr std::size_t kEntrySize = 64;
-constexpr std::size_t kLongestPlace = kEntrySize - 1;
 
 bool ComesBefore(const std::string& a, const std::string& b) {
   return pw::CompareIgnoringCase(a, b) < 0;
@@ -33,36 +32,24 @@ bool WMPlaceList::Load() {
 bool WMPlaceList::ReadFile() {
   const auto file =
       pw::CurrentPlatform().files->Open(path, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
-  if (file == nullptr) return false;
-  const PWString magic = LoadString(strings::kPlaceListMagic);
-  if (file->Read(magic.View().size()) != magic.View()) return false;
-
-  const std::string countBytes = file->Read(sizeof(std::uint32_t));
-  const std::uint64_t count = pw::ByteReader(countBytes).U32();
-  const std::string entries = file->Read(static_cast<std::size_t>(count * kEntrySize));
-  pw::ByteReader in(entries);
-  places.reserve(entries.size() / kEntrySize);
-  while (in.Remaining() >= kEntrySize) places.emplace_back(pw::UpToZero(in.Take(kEntrySize)));
+  const auto size = file == nullptr ? std::nullopt : file->Size();
+  if (!size) return false;
+  pw::places::PlaceFile read = pw::places::Decode(file->Read(static_cast<std::size_t>(*size)));
+  if (!read.hasMagic) return false;
+  places = std::move(read.places);
   inOrder = std::is_sorted(places.begin(), places.end(), ComesBefore);
   return true;
 }
 
 bool WMPlaceList::Save() const {
   if (path.empty()) return false;
-  pw::ByteWriter out;
-  out.Bytes(LoadString(strings::kPlaceListMagic).View());
-  out.U32(static_cast<std::uint32_t>(places.size()));
-  out.Reserve(out.Size() + places.size() * kEntrySize);
-  for (const std::string& place : places) {
-    out.Padded(std::string_view(place).substr(0, kLongestPlace), kEntrySize);
-  }
   const auto file =
       pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kReadWrite);
-  return file != nullptr && file->Write(out.Written());
+  return file != nullptr && file->Write(pw::places::Encode(places));
 }
 
 void WMPlaceList::Add(std::string_view text) {
-  std::string place(pw::UpToZero(text).substr(0, kLongestPlace));
+  std::string place(pw::UpToZero(text).substr(0, pw::places::kLongestPlace));
   const Position position = Locate(place);
   if (position.taken) return;
   places.insert(places.begin() + static_cast<std::ptrdiff_t>(position.index), std::move(place));

@@ -7,15 +7,6 @@
 
 // All locations that events were ever given: the organiser offers them for new ones. They stand in
 // the order of their texts, letter case ignored, each once; a damaged file may say otherwise.
-//
-// The bytes of "Place List.dat":
-//
-//   file := header entry{n}
-//
-//   offset       width  field    meaning
-//   0            6      magic    "WMW400", without a zero
-//   6            4      count    the number n of entries, little-endian
-//   10 + 64 * i  64     entry    text of at most 63 characters, zeros behind it
 class WMPlaceList {
  public:
   // Reads the file in the organiser's data folder, in place of what was here. A file that can't be

@@ -35,6 +35,7 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddInfoCommand(app, line);
   AddCategoriesCommand(app, line);
   AddCitiesCommand(app, line);
+  AddCheckCommand(app, line);
   AddListCommand(app, line);
   AddShowCommand(app, line);
   AddExportCommand(app, line);

@@ -27,6 +27,7 @@ void AddInitCommand(CLI::App& app, CommandLine& line);
 void AddInfoCommand(CLI::App& app, CommandLine& line);
 void AddCategoriesCommand(CLI::App& app, CommandLine& line);
 void AddCitiesCommand(CLI::App& app, CommandLine& line);
+void AddCheckCommand(CLI::App& app, CommandLine& line);
 void AddListCommand(CLI::App& app, CommandLine& line);
 void AddShowCommand(CLI::App& app, CommandLine& line);
 void AddExportCommand(CLI::App& app, CommandLine& line);

@@ -7,6 +7,7 @@
 #include "host/catalogue.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
+#include "host/counted.h"
 #include "host/organiser_folder.h"
 #include "host/record_reader.h"
 #include "host/text_table.h"
@@ -17,10 +18,6 @@ namespace pw {
 namespace {
 
 constexpr std::size_t kLabelWidth = 10;
-
-std::string Counted(std::size_t count, const char* one, const char* many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 bool HasClocks(EngineRun& run) {
   const std::string folder = OrganiserFolder(run);

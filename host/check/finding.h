@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What a look into a file of the organiser's says of it.
+namespace pw {
+
+struct Finding {
+  std::optional<std::uint64_t> offset;  // in the file, where it is about one place
+  std::string text;                     // what stands there or was expected, for a person
+  std::size_t lost = 0;                 // records that the next save would drop or empty
+};
+
+struct FileCheck {
+  std::string holds;  // "cardfile: 40 cards of 15 fields"
+  std::vector<Finding> findings;
+
+  void Add(std::optional<std::uint64_t> offset, std::string text, std::size_t lost = 0) {
+    findings.push_back({offset, std::move(text), lost});
+  }
+};
+
+}  // namespace pw

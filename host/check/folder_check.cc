@@ -1,0 +1,71 @@
+#include "host/check/folder_check.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+
+#include "base/text.h"
+#include "host/check/card_check.h"
+#include "host/check/clock_check.h"
+#include "host/native_file.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The offsets in all formats have 32 bits.
+constexpr std::uintmax_t kLargestFile = UINT32_MAX;
+
+// Which files are what, by the ends of their names.
+struct FileKind {
+  std::string_view ending;
+  FileCheck (*check)(std::string_view bytes);
+};
+constexpr FileKind kKinds[] = {
+    {".WMCard", CheckCardfile},      {"CLOCKS.DAT", CheckClocks},
+    {"cityinfo.dat", CheckCities},   {"timezone.dat", CheckZoneTable},
+    {"Place List.dat", CheckPlaces},
+};
+
+const FileKind* KindOf(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kKinds), std::end(kKinds), [&](const FileKind& kind) {
+    return EndsWithIgnoringCase(name, kind.ending);
+  });
+  return found == std::end(kKinds) ? nullptr : found;
+}
+
+CheckedFile CheckFile(const fs::path& file, const FileKind& kind) {
+  CheckedFile checked{file.filename().string(), {}};
+  const auto bytes = ReadNativeFile(file, kLargestFile);
+  if (bytes) {
+    checked.check = kind.check(*bytes);
+  } else {
+    checked.check.holds = "unreadable";
+    checked.check.Add(std::nullopt, bytes.Why().message);
+  }
+  return checked;
+}
+
+}  // namespace
+
+Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
+  std::error_code error;
+  FolderCheck check;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    const FileKind* kind = KindOf(entry.path().filename().string());
+    if (kind == nullptr) {
+      ++check.others;
+    } else {
+      check.files.push_back(CheckFile(entry.path(), *kind));
+    }
+  }
+  if (error) return SystemFailure(folder, error.value());
+  std::sort(check.files.begin(), check.files.end(),
+            [](const CheckedFile& a, const CheckedFile& b) { return a.name < b.name; });
+  return check;
+}
+
+}  // namespace pw
