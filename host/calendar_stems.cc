@@ -16,8 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kFixedParts[] = {"EVEN.WMW", "RECR.WMW", "DATA.WMW", "TASK.WMW",
-                                            "CALL.WMW"};
+constexpr std::string_view kFixedParts[] = {kEventFile, kRecurringFile, kDataFile, kTaskFile,
+                                            kCallFile};
 constexpr std::string_view kMagicsOf50[] = {"WMWCALE50", calltask::kTaskMagics.version50,
                                             calltask::kCallMagics.version50};
 
@@ -42,7 +42,8 @@ void AddFile(const fs::path& file, std::vector<CalendarStem>& stems) {
   auto known = std::find_if(stems.begin(), stems.end(), [&](const CalendarStem& stem) {
     return EqualFileNames(stem.text, text);
   });
-  if (known == stems.end()) known = stems.insert(known, {text, false});
+  if (known == stems.end()) known = stems.insert(known, {text, {}, false});
+  known->files.emplace(*fixed, file.filename().string());
   known->isVersion50 = known->isVersion50 || IsVersion50(file);
 }
 

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "base/text.h"
+#include "host/calendar_guard.h"
 #include "host/check/card_check.h"
 #include "host/check/clock_check.h"
 #include "host/native_file.h"
@@ -63,6 +64,7 @@ Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
     }
   }
   if (error) return SystemFailure(folder, error.value());
+  check.together = MissingEventFiles(folder);
   std::sort(check.files.begin(), check.files.end(),
             [](const CheckedFile& a, const CheckedFile& b) { return a.name < b.name; });
   return check;

@@ -5,9 +5,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <iostream>
+#include <memory>
 
 #include <CLI/CLI.hpp>
 
+#include "host/calendar_guard.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/native_file.h"
@@ -18,8 +20,10 @@ namespace pw {
 void AddDriveCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand(
       "drive", "Make the engine's calls, one JSON object a line, on the data in place");
-  command->callback([&line] {
-    line.chosen = [&line] {
+  auto force = std::make_shared<bool>(false);
+  command->add_flag("--force", *force, "Go on though an event file is missing beside others");
+  command->callback([&line, force] {
+    line.chosen = [&line, force] {
       const Console& console = line.console;
       // A closed or unreadable input is no empty one: nothing of what was meant would be done.
       char nothing = 0;
@@ -27,6 +31,7 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
         return console.Fail(SystemFailure("standard input", errno));
       }
       return WithRun(line, RunMode::kWriting, [&](EngineRun& run) {
+        if (const auto why = CalendarInTheWay(run, *force)) return console.Fail(*why);
         const int code = RunDrive(run.Objects(), console.in, console.out);
         // Nor is one that fails half-way an input that ended.
         if (&console.in == &std::cin && std::ferror(stdin) != 0) {
