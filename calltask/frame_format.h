@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -8,19 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "base/cursor.h"
+#include "timeplace/year_frame.h"
 
-// The bytes that the call file, "CALL.WMW", and the task file, "TASK.WMW", have in common: a
-// calendar of day blocks. All numbers are little-endian.
+// The bytes that the call file, "CALL.WMW", and the task file, "TASK.WMW", have in common: the
+// organiser's frame of files by days, around blocks of records.
 //
-//   file  := header year-entry{100} year*
-//   year  := day-entry{366} block*
 //   block := record{n} 0x09{96 - n}
-//
-//   offset  size  part
-//   0       26    header
-//   26      600   year index
-//   626           years, ascending; the blocks of each by ascending day
 //
 // No record begins with 0x09, so that one byte tells an empty slot from a record, and a day holds
 // at most 96 records.
@@ -32,12 +24,7 @@ enum class FormatVersion : std::int32_t { k30 = 30, k50 = 50 };
 // Larger ones aren't read. Far beyond what a person writes: 35,000 records take 3 MiB.
 inline constexpr std::uint64_t kLargestFile = 256 << 20;
 
-// Header.
-//
-//   offset  width  field  meaning
-//   0       26     bytes  the magic and a zero; what is behind that is carried, zero when new
-inline constexpr std::size_t kHeaderSize = 26;
-using Header = std::array<char, kHeaderSize>;
+using frame::Header;
 
 // What a header begins with. The text of version 30 says 20.
 struct Magics {
@@ -50,44 +37,6 @@ std::optional<FormatVersion> VersionOf(const Header& header, const Magics& magic
 
 // Puts the magic of that version and its zero over the header's first bytes.
 void SetMagic(Header& header, const Magics& magics, FormatVersion version);
-
-// Year entry. An entry is empty where either field says so. Those that aren't are written first, in
-// ascending years, and read in any order.
-//
-//   offset  width  field   meaning
-//   0       2      year    since 1900, signed; 0 or below for an empty entry
-//   2       4      offset  of the year's table of day entries; 0 for an empty entry
-struct YearEntry {
-  std::int16_t year = 0;
-  std::uint32_t offset = 0;
-
-  bool IsEmpty() const { return year <= 0 || offset == 0; }
-};
-inline constexpr std::size_t kYearEntries = 100;
-inline constexpr std::size_t kYearEntrySize = 2 + 4;
-inline constexpr std::size_t kYearIndexSize = kYearEntries * kYearEntrySize;
-YearEntry DecodeYearEntry(ByteReader& in);
-void EncodeYearEntry(ByteWriter& out, const YearEntry& entry);
-
-// Day entry. A year has one for each day, and one more that only leap years use.
-//
-//   offset  width  field   meaning
-//   0       4      offset  of the block; without one, where it would stand
-//   4       4              zero
-//   8       1              zero
-//   9       4      size    of the block; 0 for a day without records
-//   13      4              zero
-struct DayEntry {
-  std::uint32_t offset = 0;
-  std::uint32_t size = 0;
-};
-inline constexpr std::size_t kDayEntries = 366;
-inline constexpr std::size_t kDayEntrySize = 4 + 4 + 1 + 4 + 4;
-inline constexpr std::size_t kYearTableSize = kDayEntries * kDayEntrySize;
-DayEntry DecodeDayEntry(ByteReader& in);
-void EncodeDayEntry(ByteWriter& out, const DayEntry& entry);
-
-inline constexpr std::size_t kFirstTable = kHeaderSize + kYearIndexSize;
 
 // The slots of a block, and the byte of an empty one.
 inline constexpr std::size_t kSlots = 96;
