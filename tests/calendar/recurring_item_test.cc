@@ -1,0 +1,94 @@
+#include "calendar/recurring_item.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/zone_files.h"
+#include "timeplace/zones.h"
+
+namespace {
+
+using Dates = std::vector<std::int32_t>;
+
+constexpr std::int32_t kNewYork = 1, kSydney = 2, kLima = 6, kNoCity = 9;
+
+// A week of days at nine in the morning of Lima, without daylight time, by default.
+class RecurringItemTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    pw::test::PutZoneFiles(platform, pw::test::SomeCities(), "Lima");
+    ASSERT_TRUE(LoadHomeZone());
+  }
+
+  static pw::recurring::Record Week(std::int32_t zone, std::int32_t firstDay) {
+    pw::recurring::Record record;
+    record.zone = zone;
+    record.rule.patternKind = pw::calendar::kDaily;
+    record.rule.firstDay = firstDay;
+    record.rule.lastDay = firstDay + 6 * kSecondsPerDay;
+    return record;
+  }
+
+  static Dates Days(std::int32_t first, const std::vector<std::int32_t>& numbers) {
+    Dates days;
+    for (const std::int32_t number : numbers) days.push_back(first + number * kSecondsPerDay);
+    return days;
+  }
+
+  // Nine o'clock in Lima on 2 March 1998.
+  static constexpr std::int32_t kMonday = 888847200;
+
+  pw::TestPlatform platform;
+};
+
+TEST_F(RecurringItemTest, OccurrencesAreTheRulesWithoutItsExceptions) {
+  auto record = Week(0, kMonday);
+  for (const std::int32_t day : {4, 1, 30}) {
+    WMRecurringException exception;
+    exception.deleted = day != 1;  // a changed occurrence stands elsewhere, and is taken out too
+    exception.date = kMonday + day * kSecondsPerDay - 5 * kSecondsPerHour;  // by date
+    record.exceptions.push_back(exception);
+  }
+  WMRecurringItem item(record);
+  EXPECT_EQ(item.deletedDates, Days(kMonday - 5 * kSecondsPerHour, {1, 4, 30}));
+  EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5, 6}));
+
+  AddDeletedDate(item, kMonday + 6 * kSecondsPerDay);
+  EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5}));
+  item.ForgetOccurrences();
+  EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5}));
+  item.rule.interval = 3;
+  item.ForgetOccurrences();
+  EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 3}));
+}
+
+TEST_F(RecurringItemTest, DeletedDatesAreFiledBehindTheLastEarlierOne) {
+  WMRecurringItem item;
+  for (const std::int32_t date : {5, 9, 5, 9, 7, 3, 3, 5, -1}) item.AddDeletedDate(date);
+  EXPECT_EQ(item.deletedDates, (Dates{-1, 3, 5, 5, 7, 9, 9})) << "only the first is never twice";
+}
+
+// In the week of 29 March 1998 daylight time ends in Sydney, an hour more by Lima's clocks.
+TEST_F(RecurringItemTest, TheDatesAreThoseOfItsOwnZone) {
+  const std::int32_t before = 888847200 + 25 * kSecondsPerDay;
+  const struct {
+    std::int32_t working, zone, hoursBetween;
+  } cases[] = {
+      {kLima, kLima, 144},     {kLima, kSydney, 145}, {kNewYork, kSydney, 145}, {kSydney, 0, 144},
+      {kSydney, kNoCity, 144}, {kSydney, -1, 144},    {kSydney, kSydney, 145},  {kSydney, 300, 144},
+  };
+  for (const auto& each : cases) {
+    ASSERT_TRUE(SwitchZone(each.working, false) || each.working == kLima);
+    ASSERT_EQ(WorkingZoneId(), each.working);
+    auto record = Week(each.zone, before);
+    record.rule.lastDay += kSecondsPerHour;
+    WMRecurringItem item(record);
+    const Dates dates = item.Occurrences();
+    ASSERT_EQ(dates.size(), 7U);
+    EXPECT_EQ((dates.back() - dates.front()) / kSecondsPerHour, each.hoursBetween)
+        << each.working << " " << each.zone;
+    EXPECT_EQ(WorkingZoneId(), each.working);
+    SwitchZone(0, false);
+  }
+}
+
+}  // namespace
