@@ -1,0 +1,199 @@
+#include "calendar/data_format.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/data_file_builder.h"
+
+namespace {
+
+namespace datafile = pw::datafile;
+using datafile::FormatVersion;
+using pw::test::DataFileBytes;
+using pw::test::DateFields;
+using pw::test::DayKey;
+using pw::test::DayText;
+using pw::test::kMultiDays;
+using pw::test::kSpecialDays;
+using pw::test::SpanFields;
+
+const std::string kKey("\x01\x02\x03\x04\x05\x06\x07\x80\x09\x0A\x0B\x8C", 12);
+const std::string kDate("\x00\x50\x0B\x00\x05\x06\x01\x80\x0E\xFF", 10);
+const std::string kSpan("\x00\xA3\xE1\x11\x00\x94\x35\x77\x07\x09", 10);
+
+WMSpecialDay FourthOfSomething() {
+  WMSpecialDay day;
+  day.created = 0x04030201;
+  day.id = 0x80070605;
+  day.stamp = static_cast<std::int32_t>(0x8C0B0A09);
+  day.byDate = 0;
+  day.year = 80;
+  day.month = 11;
+  day.week = 5;
+  day.weekday = 6;
+  day.alarm = 0x8001;
+  day.alarmDays = 14;
+  day.spare = 0xFF;
+  day.subject = datafile::MakeSubject("Fourth");
+  return day;
+}
+
+WMMultiDay Journey() {
+  WMMultiDay span;
+  span.created = 0x04030201;
+  span.id = 0x80070605;
+  span.stamp = static_cast<std::int32_t>(0x8C0B0A09);
+  span.start = 300000000;
+  span.end = 2000000000;
+  span.flag = 7;
+  span.kind = 9;
+  span.subject = datafile::MakeSubject("Journey");
+  return span;
+}
+
+template <class Day>
+std::string Encoded(const Day& day, FormatVersion version) {
+  pw::ByteWriter out;
+  datafile::EncodeRecord(out, day, version);
+  return out.Release();
+}
+
+WMSpecialDay SpecialDayOf(const std::string& bytes, FormatVersion version) {
+  pw::ByteReader in(bytes);
+  return datafile::DecodeSpecialDay(in, version);
+}
+
+WMMultiDay MultiDayOf(const std::string& bytes, FormatVersion version) {
+  pw::ByteReader in(bytes);
+  return datafile::DecodeMultiDay(in, version);
+}
+
+constexpr FormatVersion k35 = FormatVersion::k35;
+constexpr FormatVersion k50 = FormatVersion::k50;
+
+TEST(DataFormatTest, RecordsByteForByte) {
+  const std::string special = kDate + DayText("Fourth");
+  const std::string multi = kSpan + DayText("Journey");
+  EXPECT_EQ(SpecialDayOf(kKey + special, k50), FourthOfSomething());
+  EXPECT_EQ(MultiDayOf(kKey + multi, k50), Journey());
+  EXPECT_EQ(Encoded(FourthOfSomething(), k50), kKey + special);
+  EXPECT_EQ(Encoded(Journey(), k50), kKey + multi);
+  EXPECT_EQ(Encoded(FourthOfSomething(), k35), special);
+  EXPECT_EQ(Encoded(Journey(), k35), multi);
+
+  const std::string noKey(12, '\0');
+  EXPECT_EQ(Encoded(SpecialDayOf(special, k35), k50), noKey + special);
+  EXPECT_EQ(Encoded(MultiDayOf(multi, k35), k50), noKey + multi);
+}
+
+TEST(DataFormatTest, NewRecords) {
+  EXPECT_EQ(Encoded(WMSpecialDay(), k50), std::string(12, '\0') + '\1' + std::string(58, '\0'));
+  EXPECT_EQ(Encoded(WMMultiDay(), k50), std::string(21, '\0') + '\5' + std::string(49, '\0'));
+}
+
+TEST(DataFormatTest, TextsHaveTheirLimits) {
+  const auto made = datafile::MakeSubject(std::string(60, 's'));
+  EXPECT_EQ(std::string(made.begin(), made.end()), DayText(std::string(47, 's')));
+
+  const std::string full(49, 'f');
+  const std::string garbled("ends\0here", 9);
+  const struct {
+    std::string stored;
+    std::string special35;
+    std::string multi35;
+  } cases[] = {
+      {full, full, std::string(48, 'f')},
+      {garbled, "ends", "ends"},
+      {std::string(48, 'g'), std::string(48, 'g'), std::string(48, 'g')},
+  };
+  for (const auto& c : cases) {
+    const std::string special = kKey + kDate + DayText(c.stored);
+    const std::string multi = kKey + kSpan + DayText(c.stored);
+    EXPECT_EQ(Encoded(SpecialDayOf(special, k50), k50), special) << "also behind the zero";
+    EXPECT_EQ(Encoded(MultiDayOf(multi, k50), k50), multi);
+    const std::string special35 = kDate + DayText(c.special35);
+    const std::string multi35 = kSpan + DayText(c.multi35);
+    EXPECT_EQ(Encoded(SpecialDayOf(special, k50), k35), special35);
+    EXPECT_EQ(Encoded(MultiDayOf(multi, k50), k35), multi35);
+    EXPECT_EQ(Encoded(SpecialDayOf(special.substr(12), k35), k50).substr(12), special35);
+    EXPECT_EQ(Encoded(MultiDayOf(multi.substr(12), k35), k50).substr(12), multi35);
+  }
+}
+
+TEST(DataFormatTest, IdTexts) {
+  WMSpecialDay day = FourthOfSomething();
+  WMMultiDay span = Journey();
+  EXPECT_EQ(datafile::IdText(day, k50), "SpecialDay:67305985+-2147023355");
+  EXPECT_EQ(datafile::IdText(span, k50), "MultiDay:67305985+-2147023355");
+  // 0x000B5000, 0x80010605
+  EXPECT_EQ(datafile::IdText(day, k35), "SpecialDay:Fourth+741376+-2147416571");
+  EXPECT_EQ(datafile::IdText(span, k35), "MultiDay:Journey+300000000");
+  day.day = 0xFF;
+  day.subject.fill('x');
+  EXPECT_EQ(datafile::IdText(day, k35),
+            "SpecialDay:" + std::string(48, 'x') + "+-16035840+-2147416571");
+}
+
+TEST(DataFormatTest, EmptyFileByteForByte) {
+  const std::string table = std::string("\xDB\x32\0\0\0\0\x7E\0\0\0", 10) + std::string(90, '\0');
+  const std::string zeros(17, '\0');
+  EXPECT_EQ(datafile::EncodeEmptyFile(k50), "WMWDATA50" + zeros + table);
+  EXPECT_EQ(datafile::EncodeEmptyFile(k35), "XQXDATA35" + zeros + table);
+}
+
+// What a checker is told, by what was done to a good file.
+TEST(DataFormatTest, DamageIsFoundWhereItIs) {
+  DataFileBytes sample;
+  sample.sections = {
+      {kSpecialDays, {kKey + kDate + DayText("one"), kKey + kDate + DayText("two")}},
+      {kMultiDays, {kKey + kSpan + DayText("three")}},
+  };
+  const std::string whole = sample.Build();
+  ASSERT_EQ(whole.size(), 126U + 3 * 71);
+  const auto with = [&](std::size_t at, const std::string& bytes) {
+    return std::string(whole).replace(at, bytes.size(), bytes);
+  };
+  const struct {
+    const char* what;
+    std::string bytes;
+    std::size_t records;
+    std::string expected;  // begins so; empty where nothing is wrong
+    std::size_t offset;
+    std::size_t lost;
+  } cases[] = {
+      {"nothing", whole, 3, "", 0, 0},
+      {"no zero behind the magic", with(9, "X"), 3, "", 0, 0},
+      {"an offset below the first section", with(32, std::string(4, '\0')), 3, "", 0, 0},
+      {"a negative one", with(32, "\xFF\xFF\xFF\xFF"), 3, "", 0, 0},
+      {"no file", "", 0, "\"WMWDATA50\"", 0, 0},
+      {"another magic", with(8, "1"), 0, "\"WMWDATA50\"", 0, 0},
+      {"a short table", whole.substr(0, 125), 0, "a header and", 125, 0},
+      {"a short section", whole.substr(0, whole.size() - 1), 2, "as many records", 268, 1},
+      {"an unknown kind", with(36, "\xDD"), 2, "special days (0x32DB)", 36, 1},
+      {"a kind twice", with(36, "\xDB"), 2, "one section", 36, 1},
+      {"a section elsewhere", with(42, "\x0D").insert(268, "x"), 3, "a section that begins", 42, 0},
+      {"too early", with(126 + 142 + 12, "\xFF\xA2"), 3, "a first and a last day", 280, 1},
+      {"too late", with(126 + 142 + 16, "\1"), 3, "a first and a last day", 280, 1},
+  };
+  for (const auto& c : cases) {
+    const datafile::File file = datafile::DecodeFile(c.bytes);
+    EXPECT_EQ(file.records.size(), c.records) << c.what;
+    ASSERT_EQ(file.damage.size(), c.expected.empty() ? 0U : 1U) << c.what;
+    if (file.damage.empty()) continue;
+    EXPECT_EQ(std::string(file.damage[0].expected).find(c.expected), 0U) << c.what;
+    EXPECT_EQ(file.damage[0].offset, c.offset) << c.what;
+    EXPECT_EQ(file.damage[0].recordsLost, c.lost) << c.what;
+  }
+}
+
+// Ten entries that each claim as much as they can, over the same bytes.
+TEST(DataFormatTest, CountsAreHeldToTheFile) {
+  DataFileBytes sample;
+  sample.sections = {{kSpecialDays, {std::string(71, 'x')}}, {kMultiDays, {std::string(71, 'x')}}};
+  std::string bytes = sample.Build();
+  for (std::size_t entry = 26; entry < 126; entry += 10) bytes.replace(entry + 2, 2, "\xFF\xFF");
+  EXPECT_EQ(datafile::DecodeFile(bytes).records.size(), 3U);
+  bytes.replace(32, 4, "\xFF\xFF\xFF\x7F");
+  EXPECT_EQ(datafile::DecodeFile(bytes).records.size(), 1U);
+}
+
+}  // namespace
