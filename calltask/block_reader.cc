@@ -20,12 +20,11 @@ bool TakeSlots(std::string_view& rest, const BlockReader::Take& take) {
 }  // namespace
 
 bool BlockReader::Read(std::string_view block, const Take& take) {
-  if (bytesLeft == 0) return false;
+  if (budget.IsSpent()) return false;
   std::string_view rest = block;
   const bool isRead = TakeSlots(rest, take);
   // The search for the end of a record may have gone through all of it.
-  const std::size_t used = isRead ? block.size() - rest.size() : block.size();
-  bytesLeft -= used < bytesLeft ? used : bytesLeft;
+  budget.Spend(isRead ? block.size() - rest.size() : block.size());
   return isRead;
 }
 

@@ -4,16 +4,14 @@
 #include <functional>
 #include <string_view>
 
+#include "timeplace/year_frame.h"
+
 namespace pw::calltask {
 
 // Cuts the blocks of one file into their slots.
-//
-// The blocks of a whole file don't overlap, so that reading them all is reading the file once. A
-// damaged file may name the same bytes for every day of a hundred years: when twice its length has
-// been read no further block is.
 class BlockReader {
  public:
-  explicit BlockReader(std::size_t fileSize) : bytesLeft(2 * fileSize) {}
+  explicit BlockReader(std::size_t fileSize) : budget(fileSize) {}
 
   // Takes a record off the front of what is left of a block. False where there is no whole one.
   using Take = std::function<bool(std::string_view& rest)>;
@@ -23,7 +21,7 @@ class BlockReader {
   bool Read(std::string_view block, const Take& take);
 
  private:
-  std::size_t bytesLeft;
+  frame::ReadingBudget budget;
 };
 
 }  // namespace pw::calltask

@@ -73,6 +73,20 @@ inline constexpr std::size_t kFirstTable = kHeaderSize + kYearIndexSize;
 // The bytes that an entry names; nothing if they aren't within the file.
 std::optional<std::string_view> BlockOf(std::string_view file, const DayEntry& entry);
 
+// How much more of a file's blocks is to be read. Those of a whole file don't overlap, so that
+// reading them all is reading the file once. A damaged file may name the same bytes for every day
+// of a hundred years: when twice its length has been read no further block is.
+class ReadingBudget {
+ public:
+  explicit ReadingBudget(std::size_t fileSize) : bytesLeft(2 * fileSize) {}
+
+  bool IsSpent() const { return bytesLeft == 0; }
+  void Spend(std::size_t bytes) { bytesLeft -= bytes < bytesLeft ? bytes : bytesLeft; }
+
+ private:
+  std::size_t bytesLeft;
+};
+
 // What stands under a day.
 struct DayBlock {
   std::int16_t year = 0;  // since 1900

@@ -1,0 +1,158 @@
+#include "calendar/event_format.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pw::events {
+namespace {
+
+constexpr char kSubjectEnd = '\x7F';
+constexpr char kNotesEnd = '\x7E';
+
+// What the header block takes beside its parts of no fixed size, and what of it `size` leaves out.
+constexpr std::size_t kHeaderFixed = 9 * 4 + 4 + 4;
+constexpr std::size_t kSizeLeavesOut = 12;
+constexpr std::size_t kDetailFixed = 4 + 4 + 1 + 1;
+
+std::size_t HeaderSize(const WMEventHeader& header) {
+  return kHeaderFixed + header.label.EncodedSize() + header.place.EncodedSize() +
+         header.places.EncodedSize();
+}
+
+// The byte at the cursor, which stays; nothing at the end.
+std::optional<char> Peek(ByteReader& in) {
+  const std::size_t at = in.Position();
+  if (in.Remaining() == 0) return std::nullopt;
+  const char next = in.Take(1).front();
+  in.Seek(at);
+  return next;
+}
+
+// What stands before the first of some bytes, at which the cursor then is; nothing if there is
+// none.
+std::optional<std::string_view> TakeUntil(ByteReader& in, std::string_view ends) {
+  const std::size_t start = in.Position();
+  const std::string_view rest = in.Take(in.Remaining());
+  const std::size_t length = rest.find_first_of(ends);
+  in.Seek(start + std::min(length, rest.size()));
+  if (length == std::string_view::npos) return std::nullopt;
+  return rest.substr(0, length);
+}
+
+bool TakeTexts(ByteReader& in, WMEventDetail& detail) {
+  constexpr std::array<char, 3> kSubjectEnds = {kSubjectEnd, kNotesEnd, kEndOfPosition};
+  constexpr std::array<char, 2> kNotesEnds = {kNotesEnd, kEndOfPosition};
+  const auto subject = TakeUntil(in, {kSubjectEnds.data(), kSubjectEnds.size()});
+  if (!subject) return false;
+  detail.subject = calendar::TextOfStored(*subject);
+  if (!subject->empty()) in.Take(1);
+  const auto notes = TakeUntil(in, {kNotesEnds.data(), kNotesEnds.size()});
+  if (!notes) return false;
+  detail.notes = calendar::TextOfStored(*notes);
+  if (Peek(in) == kNotesEnd) in.Take(1);
+  return true;
+}
+
+std::optional<Damage> DecodeDetail(ByteReader& in, WMEventDetail& detail) {
+  detail.subject.clear();
+  detail.notes.clear();
+  if (Peek(in) == kEndOfPosition) return std::nullopt;
+  const std::size_t at = in.Position();
+  detail.timeWord = in.U32();
+  detail.flagWord = in.U32();
+  if (in.Short() || !TakeTexts(in, detail)) return Damage{"texts that end in 0x7F and 0x7E", at};
+  return std::nullopt;
+}
+
+std::optional<Damage> DecodeHeader(ByteReader& in, WMEventHeader& header) {
+  std::size_t at = in.Position();
+  const auto damage = [&](const char* expected) { return Damage{expected, at}; };
+  if (in.U32() != kItemMagic) return damage("an item, 0xFFFEFEFF");
+  header.size = in.I32();
+  header.created = in.I32();
+  header.id = in.I32();
+  header.start = in.I32();
+  header.end = in.I32();
+  header.modified = in.I32();
+  header.reserved = in.I32();
+  header.flags = in.U32();
+  if ((header.flags & kZeroFlags) != 0)
+    return damage("an item with the bits 8 to 23 of its flags 0");
+  at = in.Position();
+  const auto label = Peek(in);
+  const bool isLabel = label && (*label == 0 || *label == 1);
+  if (!isLabel || !header.label.Take(in)) return damage("a label");
+  at = in.Position();
+  header.zone = in.U32();
+  if (in.Short() || header.zone > kLargestZone) return damage("a zone of 2560 at most");
+  at = in.Position();
+  if (!header.place.Take(in) || !header.places.Take(in)) return damage("the item's places");
+  at = in.Position();
+  if (in.U32() != kItemEnd) return damage("the end of an item's head, 0xFFFEEFFF");
+  return std::nullopt;
+}
+
+std::optional<Damage> DecodeColumn(ByteReader& in, const TakeItem& take) {
+  if (Peek(in) != kEmptyColumn) return take(in);
+  in.Take(1);
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::int32_t VersionOf(const frame::Header& header) {
+  return frame::MagicOf(header) == kMagic50 ? 50 : 40;
+}
+
+void SetMagic(frame::Header& header, std::int32_t version) {
+  frame::SetMagic(header, version == 50 ? kMagic50 : kMagic40);
+}
+
+std::optional<Damage> DecodeDay(ByteReader& in, const TakeItem& take) {
+  const std::size_t start = in.Position();
+  if (in.U32() != kDayMagic) return Damage{"a day, 0xFFEFEFFF", start};
+  for (std::size_t position = 0; position < kPositions; ++position) {
+    const auto next = Peek(in);
+    if (!next) return Damage{"96 positions", in.Position()};
+    for (std::size_t column = 0; *next != kEndOfPosition && column < kColumns; ++column) {
+      if (const auto damage = DecodeColumn(in, take)) return damage;
+    }
+    if (Peek(in) == kEndOfPosition) in.Take(1);
+  }
+  return std::nullopt;
+}
+
+std::optional<Damage> DecodeItem(ByteReader& in, WMEventHeader& header, WMEventDetail& detail) {
+  if (const auto damage = DecodeHeader(in, header)) return damage;
+  return DecodeDetail(in, detail);
+}
+
+void EncodeItem(ByteWriter& out, const WMEventHeader& header, const WMEventDetail& detail) {
+  out.U32(kItemMagic);
+  out.I32(static_cast<std::int32_t>(HeaderSize(header) - kSizeLeavesOut));
+  out.I32(header.created);
+  out.I32(header.id);
+  out.I32(header.start);
+  out.I32(header.end);
+  out.I32(header.modified);
+  out.I32(header.reserved);
+  out.U32(header.flags);
+  header.label.Encode(out);
+  out.U32(header.zone);
+  header.place.Encode(out);
+  header.places.Encode(out);
+  out.U32(kItemEnd);
+
+  out.U32(detail.timeWord);
+  out.U32(detail.flagWord);
+  out.Bytes(calendar::StoredText(detail.subject));
+  out.U8(static_cast<std::uint8_t>(kSubjectEnd));
+  out.Bytes(calendar::StoredText(detail.notes));
+  out.U8(static_cast<std::uint8_t>(kNotesEnd));
+}
+
+std::size_t EncodedSize(const WMEventHeader& header, const WMEventDetail& detail) {
+  return HeaderSize(header) + kDetailFixed + detail.subject.size() + detail.notes.size();
+}
+
+}  // namespace pw::events

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <set>
+#include <tuple>
+#include <vector>
+
+#include "base/slot_ranks.h"
+#include "calendar/event_item.h"
+
+// Items in an order, by ranks from 0, which it owns. Appending takes constant time; what removes or
+// looks up O(log n), beside an index that is built when something is first looked up.
+class ItemList {
+ public:
+  std::size_t Count() const { return ranks.Count(); }
+
+  // A rank below the count is asked of all that take one. An item stays where it is in memory until
+  // it is removed.
+  WMEventItem& Item(std::size_t rank) { return *items[ranks.SlotAt(rank)]; }
+  const WMEventItem& Item(std::size_t rank) const { return *items[ranks.SlotAt(rank)]; }
+
+  // The item's rank, which is the last now.
+  std::size_t Append(std::unique_ptr<WMEventItem> item);
+
+  void Remove(std::size_t rank);
+  void Clear();
+
+  // An item's key is changed so only: 0 is refused as by the item itself.
+  void SetCreated(std::size_t rank, std::int32_t created);
+
+  // The first item of that key.
+  std::optional<std::size_t> Find(std::int32_t created, std::int32_t id);
+
+  // All with that `created`, which are the occurrences of the series of that key, in their order.
+  std::vector<std::size_t> WithCreated(std::int32_t created);
+
+ private:
+  // A key, and the slot of an item that has it.
+  using Entry = std::tuple<std::int32_t, std::int32_t, std::size_t>;
+
+  Entry EntryOf(std::size_t slot) const {
+    return {items[slot]->Created(), items[slot]->Id(), slot};
+  }
+  std::set<Entry>& Index();
+
+  std::vector<std::unique_ptr<WMEventItem>> items;  // by slot; null where one was removed
+  pw::SlotRanks ranks;
+  std::optional<std::set<Entry>> index;
+};
