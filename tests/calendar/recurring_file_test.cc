@@ -1,6 +1,6 @@
 #include "calendar/recurring_file.h"
 
-#include <map>
+#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -11,9 +11,7 @@
 
 namespace {
 
-using pw::recurring::FormatVersion;
 using pw::test::RecurringFileBytes;
-using pw::test::SeriesBytes;
 
 constexpr const char* kPath = "C:\\Data\\Recr.WMW";
 constexpr std::int64_t kSecond = 1000000000;
@@ -92,7 +90,6 @@ TEST_F(RecurringFileTest, ASaveWithoutALoadMakesTheFileOfTheRegistrysVersion) {
 TEST_F(RecurringFileTest, WhatCanNotBeReadIsGoneAtTheSave) {
   RecurringFileBytes file = pw::test::SomeSeries(true);
   const std::string whole = file.Build();
-  std::string expected;
   // An entry with another tag is passed over.
   file.tags = {0x32C9, 0x32C8};
   std::size_t count = 0;
@@ -102,7 +99,7 @@ TEST_F(RecurringFileTest, WhatCanNotBeReadIsGoneAtTheSave) {
   file.records.erase(file.records.begin() + 1);
   EXPECT_EQ(saved, file.Build());
 
-  // No file without a header; no series without the index.
+  // Cut at every length: no series without the index, and no more than are there whole.
   for (std::size_t length = 1; length < whole.size(); ++length) {
     std::size_t records = 0;
     std::size_t end = 60;
@@ -113,7 +110,6 @@ TEST_F(RecurringFileTest, WhatCanNotBeReadIsGoneAtTheSave) {
     const bool hasHeaderOnly = length >= 28 && length < 60;
     SavedAgain(whole.substr(0, length), hasHeaderOnly, &count);
     ASSERT_EQ(count, records) << length;
-    if (length > 700 && length + 700 < whole.size()) length += 16;
   }
 }
 

@@ -42,7 +42,7 @@ struct SeriesBytes {
   std::string slack = std::string("\x01\x02\x00\x04", 4);
 
   std::string Build50() const {
-    const std::int64_t first = startOfFirstDay + 9 * 3600 + 15 * 60;
+    const std::int64_t first = startOfFirstDay + 33300;  // 9:15
     LittleEndian out;
     out.Put(firstDay, 4).Put(lastDay, 4).Put(first, 4).Put(first, 4).Put(zone, 4).Put(key, 4);
     out.Put(modified, 4).Put(reserved1, 4).Put(reserved2, 4).Put(Pattern());
