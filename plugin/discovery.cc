@@ -89,14 +89,6 @@ std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
   return edition->mainKey;
 }
 
-bool IsVersion50() {
-  constexpr std::uint32_t kVersion50 = 50;
-  const auto key = pw::CurrentPlatform().registry->Open(LoadString(strings::kVersionKey).Str(),
-                                                        pw::RegistryAccess::kRead);
-  if (key == nullptr) return false;
-  return pw::ReadNumber(*key, LoadString(strings::kVersion).Str()) == kVersion50;
-}
-
 std::int32_t WMSourceManager::GetProduct() {
   if (Product != product::kUnknown || Config == nullptr) return Product;
   const PWString& key = Config->String(PWConfig::kProductKey);
