@@ -116,14 +116,13 @@ const WMSpecialDay* WMDataFile::SpecialDay(std::uint32_t index) const {
 
 std::int32_t WMDataFile::Stamp(std::uint32_t index) const {
   if (version != FormatVersion::k50) return fileStamp;
-  const WMMultiDay* const span = MultiDay(index);
-  return span != nullptr ? span->stamp : SpecialDay(index)->stamp;
+  if (index < MultiDayCount()) return multiDays.At(index).stamp;
+  return specialDays.At(index - MultiDayCount()).stamp;
 }
 
 std::string WMDataFile::IdText(std::uint32_t index) const {
-  const WMMultiDay* const span = MultiDay(index);
-  return span != nullptr ? datafile::IdText(*span, version)
-                         : datafile::IdText(*SpecialDay(index), version);
+  if (index < MultiDayCount()) return datafile::IdText(multiDays.At(index), version);
+  return datafile::IdText(specialDays.At(index - MultiDayCount()), version);
 }
 
 std::optional<std::uint32_t> WMDataFile::Find(const std::string& id) {

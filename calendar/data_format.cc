@@ -88,9 +88,9 @@ class SectionReader {
     const std::size_t size = RecordSize(*file.version);
     const std::size_t whole = std::min<std::size_t>(section.count, in.Remaining() / size);
     for (std::size_t i = 0; i < whole; ++i) ReadRecord(in, section.tag);
-    position = offset + whole * size;
+    position = offset + section.count * size;
     if (whole < section.count) {
-      Report("as many records as the section table says", position, section.count - whole);
+      Report("as many records as the section table says", in.Position(), section.count - whole);
     }
   }
 
@@ -111,7 +111,7 @@ class SectionReader {
 
   std::string_view bytes;
   File& file;
-  std::size_t position = kFirstSection;  // where the section read last ends
+  std::size_t position = kFirstSection;  // where the section read last ends by the table
 };
 
 }  // namespace

@@ -9,12 +9,9 @@ namespace {
 namespace datafile = pw::datafile;
 using datafile::FormatVersion;
 using pw::test::DataFileBytes;
-using pw::test::DateFields;
-using pw::test::DayKey;
 using pw::test::DayText;
 using pw::test::kMultiDays;
 using pw::test::kSpecialDays;
-using pw::test::SpanFields;
 
 const std::string kKey("\x01\x02\x03\x04\x05\x06\x07\x80\x09\x0A\x0B\x8C", 12);
 const std::string kDate("\x00\x50\x0B\x00\x05\x06\x01\x80\x0E\xFF", 10);
