@@ -19,12 +19,13 @@ bool TakeYear(std::string_view file, const frame::YearEntry& year, Frame& found)
   if (in.Remaining() < frame::kYearTableSize) return false;
   const std::uint16_t first = FirstKeyOf(year.year);
   for (std::size_t day = 0; day < frame::kDayEntries; ++day) {
+    const std::size_t at = in.Position();
     const frame::DayEntry entry = frame::DecodeDayEntry(in);
     if (entry.size == 0) continue;
     if (const auto block = frame::BlockOf(file, entry)) {
       found.days.push_back({static_cast<std::uint16_t>(first + day), *block});
     } else {
-      ++found.blocksOutside;
+      found.blocksOutside.push_back(at);
     }
   }
   return true;
@@ -70,8 +71,9 @@ Frame ReadFrame(std::string_view file) {
   if (!found.isWhole) return found;
   for (std::size_t i = 0; i < frame::kYearEntries; ++i) {
     const frame::YearEntry year = frame::DecodeYearEntry(in);
-    if (!IsEmpty(year) && !TakeYear(file, year, found)) found.isWhole = false;
+    if (!IsEmpty(year) && !TakeYear(file, year, found)) found.cutTables.push_back(year.offset);
   }
+  found.isWhole = found.cutTables.empty();
   return found;
 }
 

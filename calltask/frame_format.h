@@ -66,7 +66,11 @@ struct Frame {
   bool hasHeader = false;  // the file has a whole one
   bool isWhole = false;    // the year index and all tables that it names are whole too
   std::vector<DayBlock> days;
-  std::size_t blocksOutside = 0;  // blocks that aren't within the file, which were left out
+
+  // What was left out: where the entries of blocks are that aren't within the file, and where
+  // tables should be that aren't.
+  std::vector<std::size_t> blocksOutside;
+  std::vector<std::size_t> cutTables;
 };
 
 // Finds the blocks of a file, in the order of its entries; two may have one key. Those of a damaged

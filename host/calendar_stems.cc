@@ -8,6 +8,7 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "calendar/event_format.h"
 #include "calltask/call_format.h"
 #include "calltask/task_format.h"
 
@@ -18,7 +19,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kFixedParts[] = {kEventFile, kRecurringFile, kDataFile, kTaskFile,
                                             kCallFile};
-constexpr std::string_view kMagicsOf50[] = {"WMWCALE50", calltask::kTaskMagics.version50,
+constexpr std::string_view kMagicsOf50[] = {events::kMagic50, calltask::kTaskMagics.version50,
                                             calltask::kCallMagics.version50};
 
 bool IsVersion50(const fs::path& file) {

@@ -3,38 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
-#include "calltask/block_reader.h"
-#include "calltask/call_format.h"
-#include "calltask/task_format.h"
+#include "calltask/frame_format.h"
+#include "host/check/todo_check.h"
+#include "host/counted.h"
 #include "platform/platform.h"
 
 namespace pw {
 namespace {
-
-using calltask::FormatVersion;
-
-bool TakeCall(std::string_view& block, FormatVersion version) {
-  calltask::RecordFields call;
-  calltask::Date due;
-  return calltask::TakeCall(block, version, call, due);
-}
-
-bool TakeTask(std::string_view& block, FormatVersion version) {
-  calltask::RecordFields task;
-  calltask::TaskWords words;
-  return calltask::TakeTask(block, version, task, words);
-}
-
-struct FileKind {
-  const char* name;
-  calltask::Magics magics;
-  bool (*take)(std::string_view& block, FormatVersion version);
-};
-
-constexpr FileKind kTasks = {"TASK.WMW", calltask::kTaskMagics, TakeTask};
-constexpr FileKind kCalls = {"CALL.WMW", calltask::kCallMagics, TakeCall};
 
 // Nothing for a file that the module doesn't read either.
 std::optional<std::string> BytesOf(const std::string& path) {
@@ -46,55 +22,36 @@ std::optional<std::string> BytesOf(const std::string& path) {
   return bytes;
 }
 
-std::size_t UnreadableDays(const calltask::Frame& frame, std::size_t fileSize, const FileKind& kind,
-                           FormatVersion version) {
-  calltask::BlockReader reader(fileSize);
-  std::size_t unreadable = frame.blocksOutside;
-  for (const calltask::DayBlock& day : frame.days) {
-    const bool isRead =
-        reader.Read(day.bytes, [&](std::string_view& rest) { return kind.take(rest, version); });
-    if (!isRead) ++unreadable;
+// A line for all that was found; empty where that is nothing.
+std::string ProblemOf(const FileCheck& check) {
+  if (check.findings.empty()) return {};
+  const Finding& first = check.findings.front();
+  std::string text = "damaged, so that not all of it is read: ";
+  if (first.offset) text += "at " + std::to_string(*first.offset) + " ";
+  text += first.text;
+  if (check.findings.size() > 1) {
+    text += ", and " + Counted(check.findings.size() - 1, "finding", "findings") +
+            " more; see `pairwise check`";
   }
-  return unreadable;
+  return text;
 }
 
-struct Finding {
-  std::string problem;  // empty if all of it can be read
-  bool isVersion50 = false;
-};
-
-Finding LookAt(const std::string& path, const FileKind& kind) {
+// Whether the file is of version 50.
+bool LookAt(EngineRun& run, const std::string& path, TodoFileCheck (*check)(std::string_view),
+            TodoFiles& files) {
   const auto bytes = BytesOf(path);
-  if (!bytes) return {"can't be read, or is far too large", false};
-  if (bytes->empty()) return {};
-  const calltask::Frame frame = calltask::ReadFrame(*bytes);
-  const auto version = calltask::VersionOf(frame.header, kind.magics);
-  const bool isVersion50 = version == FormatVersion::k50;
-  if (!frame.isWhole) {
-    return {"cut short or damaged; what lies behind that is left out", isVersion50};
-  }
-  if (!version) return {"doesn't begin as such a file does; its records may be wrong", false};
-  const std::size_t unreadable = UnreadableDays(frame, bytes->size(), kind, *version);
-  if (unreadable == 0) return {"", isVersion50};
-  const char* words = unreadable == 1 ? " day can't be read and is left out"
-                                      : " days can't be read and are left out";
-  return {std::to_string(unreadable) + words, isVersion50};
+  const TodoFileCheck found = bytes ? check(*bytes) : TodoFileCheck();
+  const std::string problem = bytes ? ProblemOf(found) : "can't be read, or is far too large";
+  if (!problem.empty()) files.problems.push_back(run.NativePathOf(path) + ": " + problem);
+  return found.isVersion50;
 }
 
 }  // namespace
 
 TodoFiles LookAtTodoFiles(EngineRun& run, const std::string& prefix) {
   TodoFiles files;
-  const auto look = [&](const FileKind& kind) {
-    const std::string path = prefix + kind.name;
-    const Finding found = LookAt(path, kind);
-    if (!found.problem.empty()) {
-      files.problems.push_back(run.NativePathOf(path) + ": " + found.problem);
-    }
-    return found.isVersion50;
-  };
-  const bool areTasks50 = look(kTasks);
-  files.callsTellChange = look(kCalls);
+  const bool areTasks50 = LookAt(run, prefix + "TASK.WMW", CheckTasks, files);
+  files.callsTellChange = LookAt(run, prefix + "CALL.WMW", CheckCalls, files);
   files.tasksTellChange = areTasks50 && files.callsTellChange;
   return files;
 }

@@ -8,8 +8,11 @@
 
 #include "base/text.h"
 #include "host/calendar_guard.h"
+#include "host/calendar_stems.h"
+#include "host/check/calendar_check.h"
 #include "host/check/card_check.h"
 #include "host/check/clock_check.h"
+#include "host/check/todo_check.h"
 #include "host/native_file.h"
 
 namespace pw {
@@ -26,8 +29,16 @@ struct FileKind {
   FileCheck (*check)(std::string_view bytes);
 };
 constexpr FileKind kKinds[] = {
-    {".WMCard", CheckCardfile},      {"CLOCKS.DAT", CheckClocks},
-    {"cityinfo.dat", CheckCities},   {"timezone.dat", CheckZoneTable},
+    {".WMCard", CheckCardfile},
+    {kEventFile, CheckEvents},
+    {kRecurringFile, CheckSeries},
+    {kDataFile, CheckDataFile},
+    {"Holidef.dat", CheckDataFile},
+    {kTaskFile, [](std::string_view bytes) -> FileCheck { return CheckTasks(bytes); }},
+    {kCallFile, [](std::string_view bytes) -> FileCheck { return CheckCalls(bytes); }},
+    {"CLOCKS.DAT", CheckClocks},
+    {"cityinfo.dat", CheckCities},
+    {"timezone.dat", CheckZoneTable},
     {"Place List.dat", CheckPlaces},
 };
 

@@ -80,14 +80,16 @@ TEST(Todos, AreListedShownAndExported) {
 TEST(Todos, ThatCannotBeReadAreToldByFile) {
   const TodoSample sample;
   const std::string calls = sample.folder.Get("c/Data/AdaCALL.WMW");
-  const std::string path = "pairwise: " + sample.Folder() + "/c/Data/AdaCALL.WMW: ";
+  const std::string path = "pairwise: " + sample.Folder() +
+                           "/c/Data/AdaCALL.WMW: damaged, so that not all of it is read: ";
   const struct {
     std::string bytes;
     const char* problem;
   } cases[] = {
-      {calls.substr(0, 600), "cut short or damaged; what lies behind that is left out"},
-      {calls.substr(0, 6900), "1 day can't be read and is left out"},
-      {"another" + calls.substr(7), "doesn't begin as such a file does; its records may be wrong"},
+      {calls.substr(0, 600), "at 600 a header and the table of years, 626 bytes, were expected"},
+      {calls.substr(0, 6900), "at 1306 a day that lies within the file was expected here"},
+      {"another" + calls.substr(7),
+       "at 0 \"WMWCALL50\" or \"WMWCALL20\" was expected here; the records may be wrong"},
   };
   for (const auto& each : cases) {
     sample.folder.Put("c/Data/AdaCALL.WMW", each.bytes);

@@ -1,10 +1,17 @@
 #include <gtest/gtest.h>
 
+#include "calendar/event_file.h"
+#include "host/check/calendar_check.h"
 #include "host/check/card_check.h"
 #include "host/check/clock_check.h"
 #include "host/check/folder_check.h"
+#include "host/check/todo_check.h"
+#include "platform/testing/test_platform.h"
 #include "tests/platform/temp_folder.h"
+#include "tests/support/calltask_builder.h"
 #include "tests/support/card_file_builder.h"
+#include "tests/support/data_file_builder.h"
+#include "tests/support/recurring_file_builder.h"
 
 namespace pw {
 namespace {
@@ -63,6 +70,98 @@ TEST(CheckTest, ClocksCitiesAndPlaces) {
             Lines{"0 \"WMW400\" was expected here; an empty list takes its place (0)"});
 }
 
+TEST(CheckTest, TasksAndCallsByTheDay) {
+  test::CallTaskBytes file{"WMWTASK50"};
+  const std::string task = test::Task50(1, 2, "s", "n");
+  file.days = {{1998, 40, {task, task}}, {1999, 0, {task}}};
+  const std::string whole = file.Build();
+  EXPECT_EQ(CheckTasks(whole).holds, "3 tasks of version 50");
+  EXPECT_TRUE(CheckTasks(whole).isVersion50);
+  EXPECT_EQ(Texts(CheckTasks(whole)), Lines());
+  EXPECT_EQ(CheckCalls(whole).findings.at(0).text.substr(0, 26), "\"WMWCALL50\" or \"WMWCALL20\"");
+
+  // The second record of the first day is cut by its block's size.
+  std::string cut = whole;
+  cut.replace(626 + 40 * 17 + 9, 4, test::Word(2 * task.size() - 1, 4));
+  EXPECT_EQ(Texts(CheckTasks(cut)),
+            Lines{std::to_string(6848 + task.size()) +
+                  " a whole task was expected here; its day is left out (2)"});
+  EXPECT_EQ(CheckTasks(cut).holds, "1 task of version 50");
+  std::string outside = whole;
+  outside.replace(28, 4, test::Word(0xFFFFFF, 4));
+  outside.replace(34, 4, test::Word(626, 4));
+  outside.replace(626, 4, test::Word(0xFFFFFF, 4)).replace(626 + 9, 4, test::Word(1, 4));
+  EXPECT_EQ(Texts(CheckTasks(outside)),
+            (Lines{"16777215 the table of a year was expected here (0)",
+                   "626 a day that lies within the file was expected here (0)"}));
+}
+
+std::string EventFile(const std::vector<std::int32_t>& starts) {
+  ItemList plain;
+  for (const std::int32_t start : starts) {
+    auto item = std::make_unique<WMEventItem>();
+    item->header.start = start;
+    plain.Append(std::move(item));
+  }
+  frame::Header header{};
+  events::SetMagic(header, 50);
+  return *EncodeEvents(header, plain, {});
+}
+
+TEST(CheckTest, EventsThatWouldBeLost) {
+  TestPlatform platform;
+  constexpr std::int32_t kDay = 86400;
+  constexpr std::int32_t kNoon = 43200;
+  std::string whole = EventFile({kNoon, kNoon, kNoon, kNoon + kDay, kNoon + 400 * kDay});
+  EXPECT_EQ(CheckEvents(whole).holds, "5 events and 0 occurrences of version 50");
+  EXPECT_EQ(Texts(CheckEvents(whole)), Lines());
+  EXPECT_EQ(Texts(CheckEvents(whole.substr(0, 625))),
+            Lines{"625 626 bytes were expected at least; the calendar can't be opened (0)"});
+  EXPECT_EQ(Texts(CheckEvents(EventFile({kDay - 1}))),
+            Lines{"6948 the end of the day was expected here; an event at 23:59 is behind it (1)"});
+
+  // An item of the first day is moved to where three are; then it is before 1970.
+  const std::size_t second = test::NumberAt(whole, 626 + 17, 4);
+  std::string moved = whole;
+  const std::size_t start = whole.find(test::Word(kNoon + kDay, 4), second);
+  moved.replace(start, 4, test::Word(kNoon, 4));
+  EXPECT_EQ(CheckEvents(moved).findings.at(0).lost, 1U);
+  moved.replace(start, 4, test::Word(-1, 4));
+  EXPECT_EQ(CheckEvents(moved).findings.at(0).text, "an event before 1970 stands in this day");
+
+  // The last day of a year is damaged: the year behind it isn't read.
+  std::string damaged = whole;
+  damaged[second] = 'X';
+  EXPECT_EQ(Texts(CheckEvents(damaged)),
+            (Lines{std::to_string(second) +
+                       " a day, 0xFFEFEFFF was expected here; its day is left out (0)",
+                   "- the years behind one that ends with a damaged day aren't read (1)"}));
+}
+
+TEST(CheckTest, SeriesAndAllDayEntries) {
+  const test::RecurringFileBytes series = test::SomeSeries(true);
+  EXPECT_EQ(CheckSeries(series.Build()).holds, "4 series of version 50");
+  EXPECT_EQ(Texts(CheckSeries(series.Build())), Lines());
+  test::RecurringFileBytes tagged = series;
+  tagged.tags = {0x32C8};
+  ASSERT_EQ(CheckSeries(tagged.Build()).findings.size(), 2U);
+  EXPECT_EQ(CheckSeries(tagged.Build()).findings[1].lost, 1U);
+
+  test::DataFileBytes data;
+  data.sections = {
+      {test::kMultiDays,
+       {test::DayKey(1, 2, 3) + test::SpanFields(300'000'000, 300'000'001) + test::DayText("in"),
+        test::DayKey(1, 2, 3) + test::SpanFields(299'999'999, 300'000'001) +
+            test::DayText("out")}}};
+  const FileCheck found = CheckDataFile(data.Build());
+  EXPECT_EQ(found.holds, "0 special days and 2 spans of days, of version 50");
+  ASSERT_EQ(found.findings.size(), 1U);
+  EXPECT_EQ(found.findings[0].lost, 1U);
+  const std::string day = test::DayKey(1, 2, 3) + test::DateFields(0, 1, 2) + test::DayText("d");
+  data.sections = {{test::kSpecialDays, std::vector<std::string>(924, day)}};
+  EXPECT_EQ(CheckDataFile(data.Build()).findings.size(), 1U);
+}
+
 TEST(CheckTest, FilesAreKnownByTheirNames) {
   const TempFolder folder;
   folder.Put("friends.wmcard", test::ThreeCards().Build());
@@ -71,9 +170,10 @@ TEST(CheckTest, FilesAreKnownByTheirNames) {
   folder.Put("AdaRecr.wmw", "");
   const auto check = CheckFolder(folder.Path());
   ASSERT_TRUE(check);
-  ASSERT_EQ(check->files.size(), 2U);
-  EXPECT_EQ(check->files[1].name, "friends.wmcard");
-  EXPECT_EQ(check->others, 2U);
+  ASSERT_EQ(check->files.size(), 3U);
+  EXPECT_EQ(check->files[0].check.holds, "no series");
+  EXPECT_EQ(check->files[2].name, "friends.wmcard");
+  EXPECT_EQ(check->others, 1U);
   EXPECT_EQ(check->together, Lines{"there is no event file beside AdaRecr.wmw; the next save would "
                                    "overwrite it with an empty calendar"});
   EXPECT_FALSE(CheckFolder(folder.Path() / "none"));

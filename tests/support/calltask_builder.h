@@ -9,14 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/bytes.h"
+
 // Call and task files laid out byte by byte, apart from the codecs that they test.
 namespace pw::test {
-
-inline std::string Number(std::uint64_t value, int width) {
-  std::string bytes;
-  for (int i = 0; i < width; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
-  return bytes;
-}
 
 // The mask and the four words: bit i of a mask byte is the top bit of that byte of word i.
 inline std::string Escaped(const std::array<std::uint32_t, 4>& words) {
@@ -41,17 +37,17 @@ constexpr std::uint32_t kNewWord = 0x80808080;
 
 inline std::string Call30(const std::string& subject, const std::string& note,
                           std::uint32_t flags = kNewWord) {
-  return Number(flags, 4) + Texts(subject, note);
+  return Word(flags, 4) + Texts(subject, note);
 }
 inline std::string Call50(std::uint32_t id1, std::uint32_t id2, const std::string& subject,
                           const std::string& note, std::uint32_t flags = kNewWord,
                           std::uint32_t changed = 917000000, std::uint32_t due = 0) {
-  return Escaped({id1, id2, changed, due}) + Number(flags, 4) + Texts(subject, note);
+  return Escaped({id1, id2, changed, due}) + Word(flags, 4) + Texts(subject, note);
 }
 inline std::string Task30(const std::string& subject, const std::string& note,
                           std::uint32_t a = kNewWord, std::uint32_t b = kNewWord,
                           std::uint32_t c = kNewWord) {
-  return Number(a, 4) + Number(b, 4) + Number(c, 4) + Texts(subject, note);
+  return Word(a, 4) + Word(b, 4) + Word(c, 4) + Texts(subject, note);
 }
 inline std::string Task50(std::uint32_t id1, std::uint32_t id2, const std::string& subject,
                           const std::string& note, std::uint32_t a = kNewWord,
@@ -93,7 +89,7 @@ struct CallTaskBytes {
       std::size_t end = i;
       while (end < days.size() && days[end].year == days[i].year) ++end;
       index +=
-          Number(static_cast<std::uint64_t>(days[i].year - 1900), 2) + Number(626 + rest.size(), 4);
+          Word(static_cast<std::uint64_t>(days[i].year - 1900), 2) + Word(626 + rest.size(), 4);
       rest += Year(626 + rest.size(), i, end);
       i = end;
     }
@@ -108,8 +104,8 @@ struct CallTaskBytes {
     for (int day = 0; day < 366; ++day) {
       const bool has = first < end && days[first].day == day;
       const std::string block = has ? days[first].Block() : "";
-      table += Number(offset + 6222 + blocks.size(), 4) + Number(0, 5) + Number(block.size(), 4) +
-               Number(0, 4);
+      table +=
+          Word(offset + 6222 + blocks.size(), 4) + Word(0, 5) + Word(block.size(), 4) + Word(0, 4);
       blocks += block;
       if (has) ++first;
     }

@@ -4,14 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/bytes.h"
+
 // Cardfiles laid out byte by byte, apart from the encoder that they test.
 namespace pw::test {
-
-inline std::string Word(std::uint32_t value, int width) {
-  std::string bytes;
-  for (int i = 0; i < width; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
-  return bytes;
-}
 
 inline std::string Padded(std::string text, std::size_t width, char fill = '\0') {
   text.resize(width, fill);

@@ -4,14 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/bytes.h"
+
 // Data files laid out byte by byte, apart from the codec that they test.
 namespace pw::test {
-
-inline std::string Word(std::int64_t value, int width) {
-  std::string bytes;
-  for (int i = 0; i < width; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
-  return bytes;
-}
 
 // The parts of a record: `DayKey` only in version 50, then the fields of its kind, then the text.
 inline std::string DayKey(std::int64_t created, std::int64_t id, std::int64_t stamp) {

@@ -8,15 +8,15 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/bytes.h"
+
 // Recurring files laid out byte by byte, apart from the codec that they test.
 namespace pw::test {
 
 class LittleEndian {
  public:
   LittleEndian& Put(std::int64_t value, int width) {
-    for (int i = 0; i < width; ++i) {
-      bytes.push_back(static_cast<char>(static_cast<std::uint64_t>(value) >> (8 * i)));
-    }
+    bytes += Word(value, width);
     return *this;
   }
   LittleEndian& Put(const std::string& text) {
