@@ -269,7 +269,6 @@ File DecodeFile(std::string_view bytes) {
   File file;
   ByteReader in(bytes);
   in.TakeInto(file.header);
-  file.header[kMagicSize - 1] = '\0';
   file.version = VersionOf(file.header);
   if (!file.version) {
     file.damage.push_back({"\"WMWDATA50\" or \"XQXDATA35\"", 0, 0});

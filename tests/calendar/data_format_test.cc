@@ -137,6 +137,24 @@ TEST(DataFormatTest, EmptyFileByteForByte) {
   EXPECT_EQ(datafile::EncodeEmptyFile(k35), "XQXDATA35" + zeros + table);
 }
 
+TEST(DataFormatTest, SectionsWrapAt16Bits) {
+  const struct {
+    std::size_t specialDays;
+    int count;
+    int bytes;
+  } cases[] = {
+      {datafile::kMostRecords, 923, 65533}, {datafile::kMostRecords + 1, 924, 68}, {65537, 1, 71}};
+  for (const auto& c : cases) {
+    datafile::SectionTable table = datafile::NewTable();
+    table[1].tag = kMultiDays;
+    datafile::PlaceSections(table, c.specialDays, 2);
+    EXPECT_EQ(table[0].count, c.count);
+    EXPECT_EQ(table[0].bytes, c.bytes);
+    EXPECT_EQ(table[1].offset, 126 + c.bytes);
+    EXPECT_EQ(table[9].offset, 126 + c.bytes + 142) << "free ones too";
+  }
+}
+
 // What a checker is told, by what was done to a good file.
 TEST(DataFormatTest, DamageIsFoundWhereItIs) {
   DataFileBytes sample;
