@@ -25,7 +25,12 @@ class ByteReader {
   std::int32_t I32() { return static_cast<std::int32_t>(Number(4)); }
 
   // The next `count` bytes, or as many as are left. The view points into the bytes given.
-  std::string_view Take(std::size_t count);
+  std::string_view Take(std::size_t count) {
+    if (count > Remaining()) wasShort = true;
+    const std::string_view taken = bytes.substr(position, count);
+    position += taken.size();
+    return taken;
+  }
 
   // Fills a field of fixed width; what the bytes don't reach stays as it is.
   template <std::size_t kWidth>
@@ -36,14 +41,27 @@ class ByteReader {
 
   // Moves to an offset from the start. One beyond the end moves to the end, where any read is
   // short; the seek itself isn't.
-  void Seek(std::size_t offset);
+  void Seek(std::size_t offset) { position = std::min(offset, bytes.size()); }
 
   std::size_t Position() const { return position; }
   std::size_t Remaining() const { return bytes.size() - position; }
   bool Short() const { return wasShort; }
 
  private:
-  std::uint32_t Number(std::size_t width);
+  std::uint32_t Number(std::size_t width) {
+    if (width > Remaining()) {
+      wasShort = true;
+      position = bytes.size();
+      return 0;
+    }
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < width; ++i) {
+      const auto byte = static_cast<std::uint8_t>(bytes[position + i]);
+      value |= static_cast<std::uint32_t>(byte) << (8 * i);
+    }
+    position += width;
+    return value;
+  }
 
   std::string_view bytes;
   std::size_t position = 0;
@@ -73,7 +91,11 @@ class ByteWriter {
   std::string Release() { return std::move(out); }
 
  private:
-  void Number(std::uint32_t value, std::size_t width);
+  void Number(std::uint32_t value, std::size_t width) {
+    std::array<char, sizeof value> number{};
+    for (std::size_t i = 0; i < width; ++i) number[i] = static_cast<char>(value >> (8 * i) & 0xFF);
+    out.append(number.data(), width);
+  }
 
   std::string out;
 };

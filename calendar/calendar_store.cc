@@ -119,7 +119,7 @@ std::uint32_t WMCalendarStore::RecordCount() {
 bool CreateEventFiles(const std::string& folder) {
   if (OrganiserVersion() == 0) ChooseOrganiserVersion();
   const bool isMade =
-      Overwrite(pw::calendar::EventPath(folder), *pw::frame::WriteFile(NewHeader(), {}));
+      Overwrite(pw::calendar::EventPath(folder), pw::frame::WriteEmptyFile(NewHeader()));
   WMDataFile::CreateEmpty(pw::calendar::DataPath(folder));
   return isMade;
 }

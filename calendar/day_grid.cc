@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr std::int32_t kMinutesOfHour = 60;
 constexpr std::int32_t kMinutesOfSlot = 15;
 constexpr std::int32_t kSlotsOfHour = 4;
 constexpr std::size_t kDayMagicSize = 4;
@@ -14,8 +15,9 @@ constexpr std::size_t kDayMagicSize = 4;
 }  // namespace
 
 std::int32_t SlotNumber(const WMEventItem& item) {
-  const WMBrokenTime start = BrokenTimeOf(item.Start());
-  return kSlotsOfHour * start.hour + (start.min + 1) / kMinutesOfSlot + 1;
+  const std::int32_t minute = item.Start() % kSecondsPerDay / kSecondsPerMinute;
+  return kSlotsOfHour * (minute / kMinutesOfHour) + (minute % kMinutesOfHour + 1) / kMinutesOfSlot +
+         1;
 }
 
 std::int32_t WMTimeSlot::Add(const WMEventItem& item) {
@@ -43,8 +45,10 @@ std::size_t WMTimeSlot::EncodedSize() const {
 
 std::int32_t WMDayRecord::Add(const WMEventItem& item) {
   const std::int32_t number = SlotNumber(item);
-  const auto slot = std::find_if(slots.begin(), slots.end(),
-                                 [&](const WMTimeSlot& each) { return each.Number() >= number; });
+  const auto isBefore = [](const WMTimeSlot& slot, std::int32_t wanted) {
+    return slot.Number() < wanted;
+  };
+  const auto slot = std::lower_bound(slots.begin(), slots.end(), number, isBefore);
   if (slot != slots.end() && slot->Number() == number) return slot->Add(item);
   slots.insert(slot, WMTimeSlot(item));
   return 0;
@@ -59,21 +63,28 @@ std::int32_t WMDayRecord::DayOfYear() const {
 }
 
 void WMDayRecord::Encode(pw::ByteWriter& out) const {
-  pw::ByteWriter blob;
-  blob.U32(pw::events::kDayMagic);
+  const bool isLate =
+      !slots.empty() && slots.back().Number() > std::int32_t{pw::events::kPositions};
+  if (!isLate) return EncodeWhole(out);
+  pw::ByteWriter whole;
+  EncodeWhole(whole);
+  out.Bytes(std::string_view(whole.Written()).substr(0, EncodedSize()));
+}
+
+void WMDayRecord::EncodeWhole(pw::ByteWriter& out) const {
+  out.U32(pw::events::kDayMagic);
   std::size_t position = 0;
   const auto passOver = [&](std::size_t until) {
     for (; position < until; ++position) {
-      blob.U8(static_cast<std::uint8_t>(pw::events::kEndOfPosition));
+      out.U8(static_cast<std::uint8_t>(pw::events::kEndOfPosition));
     }
   };
   for (const WMTimeSlot& slot : slots) {
     passOver(static_cast<std::size_t>(slot.Number()) - 1);
-    slot.Encode(blob);
+    slot.Encode(out);
     ++position;
   }
   passOver(pw::events::kPositions);
-  out.Bytes(std::string_view(blob.Written()).substr(0, EncodedSize()));
 }
 
 std::size_t WMDayRecord::EncodedSize() const {

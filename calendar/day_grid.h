@@ -11,18 +11,18 @@
 // The grid of a day as the event file has it: 96 quarters of an hour with room for three items
 // each. Nothing here owns an item.
 
-// The quarter that an item stands in, from 1. Each begins a minute early, so that 00:14 is in the
-// second; 23:59 is in the 97th, which the file has no room for.
+// The quarter that an item from 1970 on stands in, from 1. Each begins a minute early, so that
+// 00:14 is in the second; 23:59 is in the 97th, which the file has no room for.
 std::int32_t SlotNumber(const WMEventItem& item);
 
 class WMTimeSlot {
  public:
-  explicit WMTimeSlot(const WMEventItem& item) { Add(item); }
+  explicit WMTimeSlot(const WMEventItem& item) : number(SlotNumber(item)) { Add(item); }
 
   // 0, or -1 if the slot is full.
   std::int32_t Add(const WMEventItem& item);
 
-  std::int32_t Number() const { return SlotNumber(*items[0]); }
+  std::int32_t Number() const { return number; }
 
   // Null for a column that is empty.
   const WMEventItem* Item(std::size_t column) const { return items[column]; }
@@ -31,6 +31,7 @@ class WMTimeSlot {
   std::size_t EncodedSize() const;
 
  private:
+  std::int32_t number;
   std::array<const WMEventItem*, pw::events::kColumns> items{};
   std::size_t count = 0;
 };
@@ -56,5 +57,7 @@ class WMDayRecord {
   std::size_t EncodedSize() const;
 
  private:
+  void EncodeWhole(pw::ByteWriter& out) const;
+
   std::vector<WMTimeSlot> slots;
 };

@@ -55,9 +55,16 @@ std::string StoredText(std::string_view text) {
   return stored;
 }
 
+void EncodeText(ByteWriter& out, std::string_view text) {
+  const bool isPlain = text.find('~') == text.npos && text.find('\x7F') == text.npos &&
+                       text.find('\x09') == text.npos;
+  if (isPlain) return out.Bytes(text);
+  out.Bytes(StoredText(text));
+}
+
 std::string TextOfStored(std::string_view stored) {
   std::string text(stored);
-  std::replace(text.begin(), text.end(), '\x10', '~');
+  if (text.find('\x10') != text.npos) std::replace(text.begin(), text.end(), '\x10', '~');
   return text;
 }
 

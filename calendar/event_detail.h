@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/cursor.h"
+
 // What single items and series of the calendar say of an event, in the two words and two texts that
 // the event file and the recurring file have in common.
 namespace pw::calendar {
@@ -15,6 +17,7 @@ inline constexpr std::uint32_t kTopBits = 0x80808080;
 // else is one, 0x09 and 0x7F, is a blank.
 std::string StoredText(std::string_view text);
 std::string TextOfStored(std::string_view stored);
+void EncodeText(ByteWriter& out, std::string_view text);  // as `StoredText` gives it
 
 }  // namespace pw::calendar
 

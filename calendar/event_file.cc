@@ -78,13 +78,15 @@ void Place(const ItemList& items, std::vector<Placed>& placed) {
   }
 }
 
-// A day's blob in the bytes of all.
-struct Blob {
-  std::int16_t year;
-  std::uint16_t day;
-  std::size_t begin;
-  std::size_t end;
-};
+using Position = std::vector<Placed>::const_iterator;
+
+// The day that begins there, and where the next one does.
+Position TakeDay(Position next, Position end, WMDayRecord& day) {
+  const std::int32_t date = next->day;
+  day.ClearSlots();
+  for (; next != end && next->day == date; ++next) day.Add(*next->item);
+  return next;
+}
 
 }  // namespace
 
@@ -117,23 +119,17 @@ std::optional<std::string> EncodeEvents(const frame::Header& header, const ItemL
     std::stable_sort(placed.begin(), placed.end(), isEarlier);
   }
 
-  pw::ByteWriter out;
-  std::vector<Blob> blobs;
-  WMDayRecord day;
-  for (auto next = placed.begin(); next != placed.end();) {
-    const std::int32_t date = next->day;
-    day.ClearSlots();
-    for (; next != placed.end() && next->day == date; ++next) day.Add(*next->item);
-    const std::size_t begin = out.Size();
-    day.Encode(out);
-    blobs.push_back({static_cast<std::int16_t>(day.Year()),
-                     static_cast<std::uint16_t>(day.DayOfYear() - 1), begin, out.Size()});
-  }
-  const std::string_view bytes = out.Written();
   std::vector<frame::DayBlock> days;
-  days.reserve(blobs.size());
-  for (const Blob& blob : blobs) {
-    days.push_back({blob.year, blob.day, bytes.substr(blob.begin, blob.end - blob.begin)});
+  std::vector<Position> begins;
+  WMDayRecord day;
+  for (Position next = placed.begin(); next != placed.end();) {
+    begins.push_back(next);
+    next = TakeDay(next, placed.end(), day);
+    days.push_back({static_cast<std::int16_t>(day.Year()),
+                    static_cast<std::uint16_t>(day.DayOfYear() - 1), day.EncodedSize()});
   }
-  return frame::WriteFile(header, days);
+  return frame::WriteFile(header, days, [&](pw::ByteWriter& out, std::size_t index) {
+    TakeDay(begins[index], placed.end(), day);
+    day.Encode(out);
+  });
 }

@@ -1,7 +1,6 @@
 #include "calendar/event_format.h"
 
 #include <algorithm>
-#include <array>
 
 namespace pw::events {
 namespace {
@@ -28,25 +27,33 @@ std::optional<char> Peek(ByteReader& in) {
   return next;
 }
 
-// What stands before the first of some bytes, at which the cursor then is; nothing if there is
+// What stands before the first byte that ends it, at which the cursor then is; nothing if there is
 // none.
-std::optional<std::string_view> TakeUntil(ByteReader& in, std::string_view ends) {
+template <class IsEnd>
+std::optional<std::string_view> TakeUntil(ByteReader& in, IsEnd isEnd) {
   const std::size_t start = in.Position();
   const std::string_view rest = in.Take(in.Remaining());
-  const std::size_t length = rest.find_first_of(ends);
-  in.Seek(start + std::min(length, rest.size()));
-  if (length == std::string_view::npos) return std::nullopt;
+  const auto end = std::find_if(rest.begin(), rest.end(), isEnd);
+  const auto length = static_cast<std::size_t>(end - rest.begin());
+  in.Seek(start + length);
+  if (end == rest.end()) return std::nullopt;
   return rest.substr(0, length);
 }
 
+bool EndsNotes(char c) {
+  return c == kNotesEnd || c == kEndOfPosition;
+}
+
+bool EndsSubject(char c) {
+  return c == kSubjectEnd || EndsNotes(c);
+}
+
 bool TakeTexts(ByteReader& in, WMEventDetail& detail) {
-  constexpr std::array<char, 3> kSubjectEnds = {kSubjectEnd, kNotesEnd, kEndOfPosition};
-  constexpr std::array<char, 2> kNotesEnds = {kNotesEnd, kEndOfPosition};
-  const auto subject = TakeUntil(in, {kSubjectEnds.data(), kSubjectEnds.size()});
+  const auto subject = TakeUntil(in, EndsSubject);
   if (!subject) return false;
   detail.subject = calendar::TextOfStored(*subject);
   if (!subject->empty()) in.Take(1);
-  const auto notes = TakeUntil(in, {kNotesEnds.data(), kNotesEnds.size()});
+  const auto notes = TakeUntil(in, EndsNotes);
   if (!notes) return false;
   detail.notes = calendar::TextOfStored(*notes);
   if (Peek(in) == kNotesEnd) in.Take(1);
@@ -145,9 +152,9 @@ void EncodeItem(ByteWriter& out, const WMEventHeader& header, const WMEventDetai
 
   out.U32(detail.timeWord);
   out.U32(detail.flagWord);
-  out.Bytes(calendar::StoredText(detail.subject));
+  calendar::EncodeText(out, detail.subject);
   out.U8(static_cast<std::uint8_t>(kSubjectEnd));
-  out.Bytes(calendar::StoredText(detail.notes));
+  calendar::EncodeText(out, detail.notes);
   out.U8(static_cast<std::uint8_t>(kNotesEnd));
 }
 

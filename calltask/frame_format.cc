@@ -82,9 +82,10 @@ std::optional<std::string> WriteFrame(const Header& header, const std::vector<Da
   blocks.reserve(days.size());
   for (const DayBlock& day : days) {
     blocks.push_back({static_cast<std::int16_t>(YearOfKey(day.key) - 1900),
-                      static_cast<std::uint16_t>(DayOfKey(day.key)), day.bytes});
+                      static_cast<std::uint16_t>(DayOfKey(day.key)), day.bytes.size()});
   }
-  return frame::WriteFile(header, blocks);
+  return frame::WriteFile(
+      header, blocks, [&](ByteWriter& out, std::size_t index) { out.Bytes(days[index].bytes); });
 }
 
 }  // namespace pw::calltask

@@ -32,23 +32,22 @@ std::optional<Layout> PlaceYears(const std::vector<DayBlock>& days) {
       layout.size += kYearTableSize;
     }
     layout.years.back().end = day + 1;
-    layout.size += day->bytes.size();
+    layout.size += day->size;
     if (layout.size > UINT32_MAX) return std::nullopt;
   }
   return layout;
 }
 
-void EncodeYear(ByteWriter& out, const Year& year) {
+void EncodeTable(ByteWriter& out, const Year& year) {
   auto position = static_cast<std::uint32_t>(year.entry.offset + kYearTableSize);
   Days next = year.begin;
   for (std::size_t day = 0; day < kDayEntries; ++day) {
     const bool hasBlock = next != year.end && next->day == day;
-    const auto size = static_cast<std::uint32_t>(hasBlock ? next->bytes.size() : 0);
+    const auto size = static_cast<std::uint32_t>(hasBlock ? next->size : 0);
     EncodeDayEntry(out, {position, size});
     position += size;
     if (hasBlock) ++next;
   }
-  std::for_each(year.begin, year.end, [&](const DayBlock& day) { out.Bytes(day.bytes); });
 }
 
 }  // namespace
@@ -94,7 +93,8 @@ std::optional<std::string_view> BlockOf(std::string_view file, const DayEntry& e
   return file.substr(entry.offset, entry.size);
 }
 
-std::optional<std::string> WriteFile(const Header& header, const std::vector<DayBlock>& days) {
+std::optional<std::string> WriteFile(const Header& header, const std::vector<DayBlock>& days,
+                                     const EncodeBlock& encode) {
   const auto layout = PlaceYears(days);
   if (!layout) return std::nullopt;
   ByteWriter out;
@@ -102,8 +102,17 @@ std::optional<std::string> WriteFile(const Header& header, const std::vector<Day
   out.Bytes(header);
   for (const Year& year : layout->years) EncodeYearEntry(out, year.entry);
   out.Zeros((kYearEntries - layout->years.size()) * kYearEntrySize);
-  for (const Year& year : layout->years) EncodeYear(out, year);
+  for (const Year& year : layout->years) {
+    EncodeTable(out, year);
+    for (Days day = year.begin; day != year.end; ++day) {
+      encode(out, static_cast<std::size_t>(day - days.begin()));
+    }
+  }
   return out.Release();
+}
+
+std::string WriteEmptyFile(const Header& header) {
+  return *WriteFile(header, {}, [](ByteWriter& /*out*/, std::size_t /*index*/) {});
 }
 
 }  // namespace pw::frame

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -91,11 +92,17 @@ class ReadingBudget {
 struct DayBlock {
   std::int16_t year = 0;  // since 1900
   std::uint16_t day = 0;  // of the year, from 0
-  std::string_view bytes;
+  std::size_t size = 0;   // not 0
 };
 
-// The whole file over blocks that aren't empty, by ascending days. A file has room for 100 years,
-// and those behind them are left out. Nothing if the file would outgrow its 32-bit offsets.
-std::optional<std::string> WriteFile(const Header& header, const std::vector<DayBlock>& days);
+// The whole file over blocks by ascending days, of which `encode` appends the one of an index: as
+// many bytes as its size says. A file has room for 100 years, and those behind them are left out.
+// Nothing if the file would outgrow its 32-bit offsets.
+using EncodeBlock = std::function<void(ByteWriter& out, std::size_t index)>;
+std::optional<std::string> WriteFile(const Header& header, const std::vector<DayBlock>& days,
+                                     const EncodeBlock& encode);
+
+// The file of no days.
+std::string WriteEmptyFile(const Header& header);
 
 }  // namespace pw::frame
