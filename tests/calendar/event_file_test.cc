@@ -18,8 +18,8 @@ using pw::test::DayBytes;
 using pw::test::EventFileBytes;
 using pw::test::ItemBytes;
 using pw::test::kMonday;
-using pw::test::Number;
 using pw::test::Slot;
+using pw::test::Word;
 
 constexpr std::int64_t kMidnight = kMonday - 9 * 3600;
 constexpr int kMondaysDay = 60;
@@ -252,32 +252,32 @@ TEST_F(EventFileTest, WhatADamagedEntryCosts) {
   const std::string whole = ThreeDays().Build();
   const std::size_t entry = kFirstTable + 17 * 60;  // of the first day
   const std::size_t lastEntry = entry + 17;         // of its year
-  const std::string minus = Number(0xFFFFFFFF, 4);
+  const std::string minus = Word(0xFFFFFFFF, 4);
   const struct {
     std::size_t at;
     std::string bytes;
     Ids32 ids;
   } cases[] = {
       {entry + 9, minus, {2, 3}},
-      {entry + 9, Number(DayOf(1).size() - 1, 4), {2, 3}},
-      {entry + 9, Number(DayOf(1).size() + 1, 4), {1, 2, 3}},  // the rest isn't looked at
-      {entry + 9, Number(0, 4), {2, 3}},
+      {entry + 9, Word(DayOf(1).size() - 1, 4), {2, 3}},
+      {entry + 9, Word(DayOf(1).size() + 1, 4), {1, 2, 3}},  // the rest isn't looked at
+      {entry + 9, Word(0, 4), {2, 3}},
       {entry, minus, {2, 3}},
-      {entry, Number(0, 4), {2, 3}},
-      {entry, Number(kFirstBlob + DayOf(1).size(), 4), {2, 2, 3}},
+      {entry, Word(0, 4), {2, 3}},
+      {entry, Word(kFirstBlob + DayOf(1).size(), 4), {2, 2, 3}},
       {entry + 4, std::string(5, '\xFF'), {1, 2, 3}},
       {entry + 13, minus, {1, 2, 3}},
       {lastEntry + 9, minus, {1}},
-      {lastEntry + 9, Number(0, 4), {1, 3}},
-      {lastEntry + 17 + 9, Number(1, 4), {1, 2}},  // a day that isn't there
-      {26, Number(0, 2), {3}},
-      {26, Number(0xFFFF, 2), {3}},  // a year before 1900 is unused
-      {26, Number(0, 6), {3}},
-      {28, Number(0, 4), {0}},
+      {lastEntry + 9, Word(0, 4), {1, 3}},
+      {lastEntry + 17 + 9, Word(1, 4), {1, 2}},  // a day that isn't there
+      {26, Word(0, 2), {3}},
+      {26, Word(0xFFFF, 2), {3}},  // a year before 1900 is unused
+      {26, Word(0, 6), {3}},
+      {28, Word(0, 4), {0}},
       {28, minus, {0}},
-      {28, Number(whole.size() - 6221, 4), {0}},
-      {26 + 99 * 6, Number(1, 6), {0}},
-      {26 + 99 * 6, Number(1, 2) + Number(kFirstTable, 4), {1, 2, 3, 1, 2}},
+      {28, Word(whole.size() - 6221, 4), {0}},
+      {26 + 99 * 6, Word(1, 6), {0}},
+      {26 + 99 * 6, Word(1, 2) + Word(kFirstTable, 4), {1, 2, 3, 1, 2}},
   };
   for (const auto& each : cases) {
     std::string damaged = whole;
@@ -302,7 +302,7 @@ TEST_F(EventFileTest, OverlappingBlobsAreReadTwiceAtMost) {
   file.days = {{1998, 0, Day({{0, Slot({At(0).Build(), At(0).Build(), At(0).Build()})}})}};
   std::string bytes = file.Build();
   for (std::size_t at = 0; at < 100; ++at) {
-    bytes.replace(26 + 6 * at, 6, Number(1 + at, 2) + Number(kFirstTable, 4));
+    bytes.replace(26 + 6 * at, 6, Word(1 + at, 2) + Word(kFirstTable, 4));
   }
   for (std::size_t day = 1; day < 366; ++day) {
     bytes.replace(kFirstTable + 17 * day, 17, bytes.substr(kFirstTable, 17));

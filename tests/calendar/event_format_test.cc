@@ -9,9 +9,9 @@ namespace {
 namespace events = pw::events;
 using pw::test::Day;
 using pw::test::ItemBytes;
-using pw::test::Number;
 using pw::test::PairBytes;
 using pw::test::Slot;
+using pw::test::Word;
 
 struct Item {
   WMEventHeader header;
@@ -142,7 +142,7 @@ TEST(EventFormatTest, TextsAsTheOrganiserReadsThem) {
       {"\x09", "", "", "\x7F\x7E"},
       {"\x10\xE4\x7F\x10\x10\x7E", "~\xE4", "~~", "\x10\xE4\x7F\x10\x10\x7E"},
   };
-  const std::string head = ItemBytes{}.Header() + Number(0x8989898980808080, 8);
+  const std::string head = ItemBytes{}.Header() + Word(0x8989898980808080, 8);
   for (const auto& each : cases) {
     const std::string bytes = head + each.stored;
     Item item;
@@ -172,7 +172,7 @@ TEST(EventFormatTest, ADayHas96PositionsOfThreeColumns) {
   const std::string item = ItemBytes{}.Build();
   const std::string bare = ItemBytes{}.Header() + "\x09";
   const std::string none(95, '\x09');
-  const std::string magic = Number(0xFFEFEFFF, 4);
+  const std::string magic = Word(0xFFEFEFFF, 4);
   const std::size_t size = item.size();
   const struct {
     std::string bytes;

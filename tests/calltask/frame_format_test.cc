@@ -14,7 +14,7 @@ using calltask::FormatVersion;
 using calltask::Frame;
 using calltask::Header;
 using pw::test::CallTaskBytes;
-using pw::test::Number;
+using pw::test::Word;
 
 CallTaskBytes ThreeDays() {
   CallTaskBytes bytes;
@@ -32,7 +32,7 @@ Header HeaderOf(const std::string& text) {
 TEST(FrameFormatTest, YearsAndDaysStandWhereTheTablesSay) {
   const std::string bytes = ThreeDays().Build();
   ASSERT_EQ(bytes.substr(26, 12),
-            Number(92, 2) + Number(626, 4) + Number(101, 2) + Number(626 + 6222 + 100 + 105, 4));
+            Word(92, 2) + Word(626, 4) + Word(101, 2) + Word(626 + 6222 + 100 + 105, 4));
   const Frame frame = calltask::ReadFrame(bytes);
   EXPECT_TRUE(frame.hasHeader);
   EXPECT_TRUE(frame.isWhole);
@@ -95,9 +95,9 @@ TEST(FrameFormatTest, EntriesMayComeInAnyOrderAndLeaveGaps) {
   const std::string bytes = ThreeDays().Build();
   const std::string first = bytes.substr(26, 6);
   const std::string second = bytes.substr(32, 6);
-  const auto noYear = Number(0, 2) + Number(626, 4);
-  const auto negative = Number(0xFFFF, 2) + Number(626, 4);
-  const auto noOffset = Number(92, 2) + Number(0, 4);
+  const auto noYear = Word(0, 2) + Word(626, 4);
+  const auto negative = Word(0xFFFF, 2) + Word(626, 4);
+  const auto noOffset = Word(92, 2) + Word(0, 4);
   std::string index = noYear + second + negative + noOffset + first;
   index.resize(600, '\0');
   const std::string shuffled = bytes.substr(0, 26) + index + bytes.substr(626);
@@ -118,14 +118,14 @@ TEST(FrameFormatTest, WhatIsNotWithinTheFileIsLeftOut) {
     bool isWhole;
     std::size_t days, outside;
   } cases[] = {
-      {28, Number(0xFFFFFFFF, 4), false, 1, 0},           // a table beyond the end
-      {28, Number(whole.size() - 6221, 4), false, 1, 0},  // and one that is cut
-      {626, Number(0xFFFFFFFF, 4), true, 2, 1},           // a block beyond the end
-      {626 + 9, Number(0xFFFFFFFF, 4), true, 2, 1},       // and one that is too long
-      {626 + 9, Number(whole.size() - 6848 + 1, 4), true, 2, 1},
-      {626 + 9, Number(whole.size() - 6848, 4), true, 3, 0},
-      {626, Number(whole.size(), 4), true, 2, 1},
-      {secondYear + 17 * february + 9, Number(0, 4), true, 2, 0},
+      {28, Word(0xFFFFFFFF, 4), false, 1, 0},           // a table beyond the end
+      {28, Word(whole.size() - 6221, 4), false, 1, 0},  // and one that is cut
+      {626, Word(0xFFFFFFFF, 4), true, 2, 1},           // a block beyond the end
+      {626 + 9, Word(0xFFFFFFFF, 4), true, 2, 1},       // and one that is too long
+      {626 + 9, Word(whole.size() - 6848 + 1, 4), true, 2, 1},
+      {626 + 9, Word(whole.size() - 6848, 4), true, 3, 0},
+      {626, Word(whole.size(), 4), true, 2, 1},
+      {secondYear + 17 * february + 9, Word(0, 4), true, 2, 0},
   };
   for (const auto& each : cases) {
     std::string damaged = whole;

@@ -99,7 +99,7 @@ TEST_F(CallTaskStoreTest, OfTwoDaysWithOneKeyTheLaterThatCanBeReadCounts) {
     bytes[26] = 92;
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"b"});
     const std::size_t secondTable = 626 + 6222 + file.days[0].Block().size();
-    bytes.replace(secondTable + 5 * std::size_t{17} + 9, 4, pw::test::Number(5, 4));
+    bytes.replace(secondTable + 5 * std::size_t{17} + 9, 4, pw::test::Word(5, 4));
     EXPECT_EQ(Subjects(*Load(kind, bytes)), std::vector<std::string>{"a"});
   }
 }
@@ -115,7 +115,7 @@ TEST_F(CallTaskStoreTest, OnlyThe96SlotsOfABlockAreRead) {
     std::string odd = whole;
     const std::size_t seventh = 626 + 7 * 17;
     const std::size_t offset = pw::test::NumberAt(whole, seventh, 4);
-    odd.replace(626 + 9, 4, pw::test::Number(whole.size() - 6848, 4));  // to the end of the file
+    odd.replace(626 + 9, 4, pw::test::Word(whole.size() - 6848, 4));  // to the end of the file
     odd.replace(seventh + 4, 5, "\x01\x02\x03\x04\x05");
     odd.replace(seventh + 13, 4, "\x06\x07\x08\x09");
     // Empty slots before and between its records.
@@ -152,7 +152,7 @@ TEST_F(CallTaskStoreTest, ADayThatCannotBeReadIsLeftOut) {
     std::string bytes = file.Build();
     // A block that ends within its second record, in a file that ends there.
     const std::size_t size = file.days[0].records[0].size() + good.size() - 1;
-    bytes.replace(626 + 5 * 17 + 9, 4, pw::test::Number(size, 4));
+    bytes.replace(626 + 5 * 17 + 9, 4, pw::test::Word(size, 4));
     const auto store = Load(kind, bytes);
     EXPECT_EQ(Subjects(*store), std::vector<std::string>{"good"});
     EXPECT_EQ(Saved(kind, *store), left.Build());
@@ -243,7 +243,7 @@ TEST_F(CallTaskStoreTest, ACutTableFailsTheLoadButNotTheOtherYears) {
   CallTaskBytes file = kCalls50.File();
   file.days = {{1991, 5, {kCalls50.Record(1, "a", "")}}, {1992, 5, {kCalls50.Record(2, "b", "")}}};
   std::string bytes = file.Build();
-  bytes.replace(28, 4, pw::test::Number(bytes.size() - 100, 4));
+  bytes.replace(28, 4, pw::test::Word(bytes.size() - 100, 4));
   const auto store = Load(kCalls50, bytes, -1);
   EXPECT_EQ(Subjects(*store), std::vector<std::string>{"b"});
   EXPECT_TRUE(store->IsDirty());

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/bytes.h"
 #include "tests/support/day_file_builder.h"
 
 // Call and task files laid out byte by byte, apart from the codecs that they test.
@@ -37,17 +38,17 @@ constexpr std::uint32_t kNewWord = 0x80808080;
 
 inline std::string Call30(const std::string& subject, const std::string& note,
                           std::uint32_t flags = kNewWord) {
-  return Number(flags, 4) + Texts(subject, note);
+  return Word(flags, 4) + Texts(subject, note);
 }
 inline std::string Call50(std::uint32_t id1, std::uint32_t id2, const std::string& subject,
                           const std::string& note, std::uint32_t flags = kNewWord,
                           std::uint32_t changed = 917000000, std::uint32_t due = 0) {
-  return Escaped({id1, id2, changed, due}) + Number(flags, 4) + Texts(subject, note);
+  return Escaped({id1, id2, changed, due}) + Word(flags, 4) + Texts(subject, note);
 }
 inline std::string Task30(const std::string& subject, const std::string& note,
                           std::uint32_t a = kNewWord, std::uint32_t b = kNewWord,
                           std::uint32_t c = kNewWord) {
-  return Number(a, 4) + Number(b, 4) + Number(c, 4) + Texts(subject, note);
+  return Word(a, 4) + Word(b, 4) + Word(c, 4) + Texts(subject, note);
 }
 inline std::string Task50(std::uint32_t id1, std::uint32_t id2, const std::string& subject,
                           const std::string& note, std::uint32_t a = kNewWord,

@@ -6,14 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/bytes.h"
+
 // The frame of the files by days, laid out byte by byte, apart from the codec that it tests.
 namespace pw::test {
-
-inline std::string Number(std::uint64_t value, int width) {
-  std::string bytes;
-  for (int i = 0; i < width; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
-  return bytes;
-}
 
 inline std::uint32_t NumberAt(const std::string& bytes, std::size_t at, int width) {
   std::uint32_t value = 0;
@@ -42,7 +38,7 @@ struct DayFileBytes {
       std::size_t end = i;
       while (end < days.size() && days[end].year == days[i].year) ++end;
       index +=
-          Number(static_cast<std::uint64_t>(days[i].year - 1900), 2) + Number(626 + rest.size(), 4);
+          Word(static_cast<std::uint64_t>(days[i].year - 1900), 2) + Word(626 + rest.size(), 4);
       rest += Year(626 + rest.size(), i, end);
       i = end;
     }
@@ -57,8 +53,8 @@ struct DayFileBytes {
     for (int day = 0; day < 366; ++day) {
       const bool has = first < end && days[first].day == day;
       const std::string block = has ? days[first].block : "";
-      table += Number(offset + 6222 + blocks.size(), 4) + Number(0, 5) + Number(block.size(), 4) +
-               Number(0, 4);
+      table +=
+          Word(offset + 6222 + blocks.size(), 4) + Word(0, 5) + Word(block.size(), 4) + Word(0, 4);
       blocks += block;
       if (has) ++first;
     }

@@ -9,13 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/bytes.h"
 #include "tests/support/day_file_builder.h"
 
 // Event files laid out byte by byte, apart from the codec that they test.
 namespace pw::test {
 
 inline std::string CountedString(const std::string& text) {
-  return text.empty() ? std::string(1, '\0') : '\x01' + Number(text.size(), 4) + text;
+  return text.empty() ? std::string(1, '\0') : '\x01' + Word(text.size(), 4) + text;
 }
 
 struct PairBytes {
@@ -24,8 +25,8 @@ struct PairBytes {
   std::array<std::uint32_t, 3> words = {};
 
   std::string Build() const {
-    return '\x01' + CountedString(first) + CountedString(second) + Number(words[0], 4) +
-           Number(words[1], 4) + Number(words[2], 4);
+    return '\x01' + CountedString(first) + CountedString(second) + Word(words[0], 4) +
+           Word(words[1], 4) + Word(words[2], 4);
   }
 };
 
@@ -48,7 +49,7 @@ struct ItemBytes {
 
   // The parts of the header block that have no fixed size, and what is between them.
   std::string Parts() const {
-    std::string parts = CountedString(label) + Number(zone, 4);
+    std::string parts = CountedString(label) + Word(zone, 4);
     parts += place ? place->Build() : std::string(1, '\0');
     if (places.empty()) return parts + '\0';
     parts += '\x01';
@@ -58,16 +59,16 @@ struct ItemBytes {
   std::string Words() const {
     std::string words;
     for (const std::int64_t word : {created, id, start, end, modified, reserved}) {
-      words += Number(static_cast<std::uint64_t>(word), 4);
+      words += Word(static_cast<std::uint64_t>(word), 4);
     }
-    return words + Number(flags, 4);
+    return words + Word(flags, 4);
   }
   std::string Header() const {
-    const std::string rest = Words() + Parts() + Number(0xFFFEEFFF, 4);
-    return Number(0xFFFEFEFF, 4) + Number(rest.size() - 4, 4) + rest;
+    const std::string rest = Words() + Parts() + Word(0xFFFEEFFF, 4);
+    return Word(0xFFFEFEFF, 4) + Word(rest.size() - 4, 4) + rest;
   }
   std::string Build() const {
-    return Header() + Number(timeWord, 4) + Number(flagWord, 4) + subject + '\x7F' + notes + '\x7E';
+    return Header() + Word(timeWord, 4) + Word(flagWord, 4) + subject + '\x7F' + notes + '\x7E';
   }
 };
 
@@ -80,7 +81,7 @@ inline std::string Slot(const std::vector<std::string>& items) {
 
 // A day's blob, of slots by their positions from 0.
 inline std::string Day(const std::map<int, std::string>& slots) {
-  std::string blob = Number(0xFFEFEFFF, 4);
+  std::string blob = Word(0xFFEFEFFF, 4);
   for (int position = 0; position < 96; ++position) {
     const auto slot = slots.find(position);
     blob += slot == slots.end() ? "\x09" : slot->second;
