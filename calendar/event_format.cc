@@ -99,10 +99,17 @@ std::optional<Damage> DecodeHeader(ByteReader& in, WMEventHeader& header) {
   return std::nullopt;
 }
 
+bool IsAtItem(ByteReader in) {
+  return in.U32() == kItemMagic;
+}
+
 std::optional<Damage> DecodeColumn(ByteReader& in, const TakeItem& take) {
-  if (Peek(in) != kEmptyColumn) return take(in);
-  in.Take(1);
-  return std::nullopt;
+  if (Peek(in) == kEmptyColumn) {
+    in.Take(1);
+    return std::nullopt;
+  }
+  if (!IsAtItem(in)) return Damage{"an item or an empty column, 0x7E", in.Position()};
+  return take(in);
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ std::optional<Damage> DecodeDay(ByteReader& in, const TakeItem& take);
 //   8       4      created   first half of the item's key: when it was made; for an occurrence the
 //                            key of its series
 //   12      4      id        second half of the key
-//   16      4      start     in seconds, by the clocks of its place
+//   16      4      start     in seconds since 1970 UTC
 //   20      4      end
 //   24      4      modified  when it was last changed, in seconds since 1970 UTC
 //   28      4      reserved  carried; 0 when new

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/bytes.h"
+#include "tests/support/day_file_builder.h"
 
 // Call and task files laid out byte by byte, apart from the codecs that they test.
 namespace pw::test {
@@ -83,76 +84,22 @@ struct CallTaskBytes {
   std::vector<DayOfRecords> days = {};           // ascending
 
   std::string Build() const {
-    std::string index;
-    std::string rest;
-    for (std::size_t i = 0; i < days.size();) {
-      std::size_t end = i;
-      while (end < days.size() && days[end].year == days[i].year) ++end;
-      index +=
-          Word(static_cast<std::uint64_t>(days[i].year - 1900), 2) + Word(626 + rest.size(), 4);
-      rest += Year(626 + rest.size(), i, end);
-      i = end;
-    }
-    index.resize(600, '\0');
-    return magic + '\0' + behindMagic + index + rest;
-  }
-
- private:
-  std::string Year(std::size_t offset, std::size_t first, std::size_t end) const {
-    std::string table;
-    std::string blocks;
-    for (int day = 0; day < 366; ++day) {
-      const bool has = first < end && days[first].day == day;
-      const std::string block = has ? days[first].Block() : "";
-      table +=
-          Word(offset + 6222 + blocks.size(), 4) + Word(0, 5) + Word(block.size(), 4) + Word(0, 4);
-      blocks += block;
-      if (has) ++first;
-    }
-    return table + blocks;
+    DayFileBytes file{magic + '\0' + behindMagic};
+    for (const DayOfRecords& day : days) file.days.push_back({day.year, day.day, day.Block()});
+    return file.Build();
   }
 };
 
-inline std::uint32_t NumberAt(const std::string& bytes, std::size_t at, int width) {
-  std::uint32_t value = 0;
-  for (int i = width; i-- > 0;) {
-    value = value << 8 | static_cast<unsigned char>(bytes.at(at + static_cast<std::size_t>(i)));
-  }
-  return value;
-}
-
-// Holds a whole file to its frame: years ascending and without gaps, every offset, every size, the
-// 96 slots of each block, unless its records are damaged. Gives the number of days with records.
+// Holds a whole file to its frame, and each block to its 96 slots, unless its records are damaged.
+// Gives the number of days with records.
 inline int CheckFrame(const std::string& bytes, bool damaged = false) {
-  std::size_t position = 626;
-  std::uint32_t yearBefore = 0;
-  int found = 0;
-  for (std::size_t at = 26; at < 626; at += 6) {
-    const std::uint32_t year = NumberAt(bytes, at, 2);
-    if (year == 0) {
-      EXPECT_EQ(bytes.substr(at, 626 - at), std::string(626 - at, '\0'));
-      break;
-    }
-    EXPECT_GT(year, yearBefore);
-    EXPECT_EQ(NumberAt(bytes, at + 2, 4), position);
-    yearBefore = year;
-    const std::size_t table = position;
-    position += 6222;
-    for (std::size_t entry = table; entry < table + 6222; entry += 17) {
-      const std::size_t size = NumberAt(bytes, entry + 9, 4);
-      EXPECT_EQ(NumberAt(bytes, entry, 4), position);
-      EXPECT_EQ(bytes.substr(entry + 4, 5), std::string(5, '\0'));
-      EXPECT_EQ(bytes.substr(entry + 13, 4), std::string(4, '\0'));
-      const std::string block = bytes.substr(position, size);
-      // Each record ends with the byte that an empty slot has.
-      const auto ends = std::count(block.begin(), block.end(), '\x09');
-      EXPECT_TRUE(size == 0 || damaged || ends == 96) << ends;
-      found += size > 0 ? 1 : 0;
-      position += size;
-    }
+  const std::vector<std::string> blocks = CheckedBlocks(bytes);
+  for (const std::string& block : blocks) {
+    // Each record ends with the byte that an empty slot has.
+    const auto ends = std::count(block.begin(), block.end(), '\x09');
+    EXPECT_TRUE(damaged || ends == 96) << ends;
   }
-  EXPECT_EQ(bytes.size(), position);
-  return found;
+  return static_cast<int>(blocks.size());
 }
 
 }  // namespace pw::test
