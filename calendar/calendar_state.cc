@@ -27,9 +27,8 @@ std::int32_t& OrganiserVersion() {
   return *organiserVersion;
 }
 
-std::int32_t ChooseOrganiserVersion() {
+void ChooseOrganiserVersion() {
   *organiserVersion = IsVersion50() ? kNewVersion : kOldVersion;
-  return *organiserVersion;
 }
 
 std::uint32_t NewItemId() {

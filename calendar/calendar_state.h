@@ -9,8 +9,8 @@
 // The event file that was loaded last sets it.
 std::int32_t& OrganiserVersion();
 
-// Makes it the one that the registry asks for, and gives it.
-std::int32_t ChooseOrganiserVersion();
+// Makes it the one that the registry asks for.
+void ChooseOrganiserVersion();
 
 // The second half of an item's key: a 16-bit count that goes up with each in the high half, the low
 // half of the machine's ticks below it.

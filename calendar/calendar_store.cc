@@ -17,10 +17,13 @@ namespace events = pw::events;
 constexpr std::int32_t kLoadFailed = -1;
 constexpr std::int32_t kVersion50 = 50;
 
+// Whether the file could be opened; what is written isn't looked at.
 bool Overwrite(const std::string& path, std::string_view bytes) {
   const auto file =
       pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kReadWrite);
-  return file != nullptr && file->Write(bytes);
+  if (file == nullptr) return false;
+  file->Write(bytes);
+  return true;
 }
 
 pw::frame::Header NewHeader() {
@@ -28,10 +31,6 @@ pw::frame::Header NewHeader() {
   events::SetMagic(header, OrganiserVersion());
   return header;
 }
-
-}  // namespace
-
-namespace pw::calendar {
 
 std::string EventPath(const std::string& folder) {
   return folder + LoadString(strings::kEventFile).Str();
@@ -45,7 +44,7 @@ std::string RecurringPath(const std::string& folder) {
   return folder + LoadString(strings::kRecurringFile).Str();
 }
 
-}  // namespace pw::calendar
+}  // namespace
 
 WMCalendarStore::WMCalendarStore() {
   ChooseOrganiserVersion();
@@ -58,9 +57,9 @@ std::int32_t WMCalendarStore::Load(const std::string& folder) {
   if (!LoadHomeZone()) return kLoadFailed;
   zone = HomeZoneId();
   places.Load();
-  eventPath = pw::calendar::EventPath(folder);
-  dataPath = pw::calendar::DataPath(folder);
-  recurringPath = pw::calendar::RecurringPath(folder);
+  eventPath = EventPath(folder);
+  dataPath = DataPath(folder);
+  recurringPath = RecurringPath(folder);
   recurring.SetPath(recurringPath);
 
   const auto file = pw::CurrentPlatform().files->Open(eventPath, pw::OpenMode::kReadWriteExisting,
@@ -118,16 +117,14 @@ std::uint32_t WMCalendarStore::RecordCount() {
 
 bool CreateEventFiles(const std::string& folder) {
   if (OrganiserVersion() == 0) ChooseOrganiserVersion();
-  const bool isMade =
-      Overwrite(pw::calendar::EventPath(folder), pw::frame::WriteEmptyFile(NewHeader()));
-  WMDataFile::CreateEmpty(pw::calendar::DataPath(folder));
+  const bool isMade = Overwrite(EventPath(folder), pw::frame::WriteEmptyFile(NewHeader()));
+  WMDataFile::CreateEmpty(DataPath(folder));
   return isMade;
 }
 
 bool ResetFiles(const std::string& folder) {
   pw::Files& files = *pw::CurrentPlatform().files;
-  const std::string dataPath = pw::calendar::DataPath(folder);
-  return files.Delete(pw::calendar::EventPath(folder)) && CreateEventFiles(folder) &&
-         files.Delete(dataPath) && WMDataFile::CreateEmpty(dataPath) &&
-         files.Delete(pw::calendar::RecurringPath(folder));
+  const std::string dataPath = DataPath(folder);
+  return files.Delete(EventPath(folder)) && CreateEventFiles(folder) && files.Delete(dataPath) &&
+         WMDataFile::CreateEmpty(dataPath) && files.Delete(RecurringPath(folder));
 }

@@ -26,16 +26,17 @@ class WMCalendarStore : public PWObject {
 
   // Reads the files whose names are appended to `folder`, which ends in its separator and a stem if
   // there is one; once for each object. 0, or -1 without the organiser's city file, for an event
-  // file that is empty, or whose header, year table or day index is cut short. 0, and an empty
+  // file that is empty, larger than 256 MiB, or whose header, year table or day index is cut short,
+  // which may be found when the other files have been made already. 0, and an empty
   // calendar, where the event file can't be opened: the others aren't read then, and a save
   // overwrites them. Days that can't be read are left out, and are gone with the next save.
   std::int32_t Load(const std::string& folder);
 
-  // Rewrites all files, and makes those that are missing. Always 0: a file that can't be written is
-  // not told of.
+  // Rewrites all files, and makes those that are missing. Always 0: a file that can't be written,
+  // or an event file that would outgrow its offsets and so stays as it is, isn't told of.
   std::int32_t Save();
 
-  // Closes the files and drops all. Always 0.
+  // Closes the files, and drops items and series. Always 0.
   std::int32_t Close();
 
   // Works the bounds out again, which every change of a list calls for.
@@ -67,15 +68,6 @@ class WMCalendarStore : public PWObject {
   std::string recurringPath;
   pw::frame::Header header;
 };
-
-// The paths of a calendar's files.
-namespace pw::calendar {
-
-std::string EventPath(const std::string& folder);
-std::string DataPath(const std::string& folder);
-std::string RecurringPath(const std::string& folder);
-
-}  // namespace pw::calendar
 
 // Makes an empty event file and an empty data file, of the version in force, or if there is none
 // yet of the one that the registry asks for. Whether the event file could be opened; the data file

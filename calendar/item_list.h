@@ -11,8 +11,8 @@
 #include "base/slot_ranks.h"
 #include "calendar/event_item.h"
 
-// Items in an order, by ranks from 0, which it owns. Appending takes constant time; what removes or
-// looks up O(log n), beside an index that is built when something is first looked up.
+// Items in an order, by ranks from 0, which it owns. Everything takes O(log n), beside an index
+// that is built when something is first looked up.
 class ItemList {
  public:
   std::size_t Count() const { return ranks.Count(); }

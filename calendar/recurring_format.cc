@@ -282,6 +282,10 @@ std::size_t RecordSize(FormatVersion version, const Record& record) {
   return kFixed50 + kExceptionSize * record.exceptions.size() + texts;
 }
 
+bool IsNoRecord(std::string_view bytes) {
+  return bytes.size() < kShortestRecord || bytes.front() == kRecordEnd;
+}
+
 DecodedRecord DecodeRecord(FormatVersion version, std::string_view bytes) {
   DecodedRecord decoded;
   if (bytes.size() < kShortestRecord) {

@@ -156,6 +156,9 @@ inline constexpr std::size_t kShortestRecord = 30;
 inline constexpr std::size_t kLongestRecord = 0xFFFF;
 std::size_t RecordSize(FormatVersion version, const Record& record);
 
+// Whether nothing is read of a record: it is too short, or begins with 0x09.
+bool IsNoRecord(std::string_view bytes);
+
 // A record that begins with 0x09 is a new one, and one that is too short is all zeros, but for an
 // interval of 1 in both. Of version 50, what is missing at the end is zero, and exceptions count if
 // they are whole; `firstStart` and `firstEnd` are computed anew. Version 30 leaves zero what it

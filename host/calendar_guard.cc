@@ -1,48 +1,35 @@
 #include "host/calendar_guard.h"
 
+#include <string>
 #include <string_view>
 
 #include "framework/config.h"
-#include "host/calendar_stems.h"
 #include "platform/platform.h"
 
 namespace pw {
-namespace {
 
-namespace fs = std::filesystem;
-
-}  // namespace
-
-std::vector<std::string> MissingEventFiles(const fs::path& folder) {
-  std::vector<std::string> missing;
-  for (const CalendarStem& stem : CalendarStems(folder)) {
-    const auto has = [&](std::string_view fixed) {
-      return stem.files.count(std::string(fixed)) > 0;
-    };
-    if (has(kEventFile) || (!has(kDataFile) && !has(kRecurringFile))) continue;
-    const std::string there =
-        stem.files.at(std::string(has(kDataFile) ? kDataFile : kRecurringFile));
-    missing.push_back("there is no event file beside " + there +
-                      "; the next save would overwrite it with an empty calendar");
-  }
-  return missing;
+bool LacksEventFile(const CalendarStem& stem) {
+  const auto has = [&](std::string_view fixed) { return stem.files.count(std::string(fixed)) > 0; };
+  return !has(kEventFile) && (has(kDataFile) || has(kRecurringFile));
 }
 
 std::optional<Failure> CalendarInTheWay(EngineRun& run, bool force) {
+  Files& files = *CurrentPlatform().files;
   const std::string folder = run.Objects().config.String(PWConfig::kDataFolder).Str();
-  const fs::path native = run.NativePathOf(folder);
-  for (const CalendarStem& stem : CalendarStems(native)) {
+  for (const CalendarStem& stem : CalendarStems(run.NativePathOf(folder))) {
     for (const auto& [fixed, name] : stem.files) {
       const std::string path = folder + "\\" + stem.text + fixed;
-      if (!CurrentPlatform().files->IsReadableAndWritable(path)) {
-        return Failure{run.NativePathOf(path) +
-                       ": can't be opened for reading and writing; nothing was done"};
-      }
+      if (files.Open(path, OpenMode::kReadWriteExisting, Sharing::kReadWrite) != nullptr) continue;
+      return Failure{run.NativePathOf(path) +
+                     ": can't be opened for reading and writing; nothing was done"};
+    }
+    if (LacksEventFile(stem) && !force) {
+      return Failure{run.NativePathOf(folder + "\\" + stem.text + std::string(kEventFile)) +
+                     ": not there, so that a save would overwrite the calendar's other files; "
+                     "--force goes on all the same"};
     }
   }
-  const std::vector<std::string> missing = MissingEventFiles(native);
-  if (missing.empty() || force) return std::nullopt;
-  return Failure{native.string() + ": " + missing.front() + "; --force goes on all the same"};
+  return std::nullopt;
 }
 
 }  // namespace pw

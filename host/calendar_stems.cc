@@ -1,16 +1,19 @@
 #include "host/calendar_stems.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
 #include <cstddef>
-#include <fstream>
 #include <string_view>
-#include <system_error>
 
 #include "base/codepage.h"
 #include "base/text.h"
 #include "calendar/event_format.h"
 #include "calltask/call_format.h"
 #include "calltask/task_format.h"
+#include "host/traceless.h"
 
 namespace pw {
 namespace {
@@ -24,11 +27,11 @@ constexpr std::string_view kMagicsOf50[] = {events::kMagic50, calltask::kTaskMag
 
 bool IsVersion50(const fs::path& file) {
   constexpr std::size_t kMagicSize = 9;
-  char magic[kMagicSize] = {};
-  std::ifstream in(file, std::ios::binary);
-  in.read(magic, kMagicSize);
+  const Descriptor opened = OpenLeavingNoTrace(AT_FDCWD, file.c_str(), O_NONBLOCK);
+  std::array<char, kMagicSize> magic{};
+  if (!opened.IsOpen() || ::read(opened.Number(), magic.data(), magic.size()) < 0) return false;
   return std::find(std::begin(kMagicsOf50), std::end(kMagicsOf50),
-                   std::string_view(magic, kMagicSize)) != std::end(kMagicsOf50);
+                   std::string_view(magic.data(), magic.size())) != std::end(kMagicsOf50);
 }
 
 // Adds what the file says of its stem.
@@ -52,11 +55,10 @@ void AddFile(const fs::path& file, std::vector<CalendarStem>& stems) {
 
 std::vector<CalendarStem> CalendarStems(const fs::path& folder) {
   std::vector<CalendarStem> stems;
-  std::error_code error;
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::directory_iterator(folder, error)) files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-  for (const fs::path& file : files) AddFile(file, stems);
+  auto names = NamesLeavingNoTrace(folder);
+  if (!names) return stems;
+  std::sort(names->begin(), names->end());
+  for (const std::string& name : *names) AddFile(folder / name, stems);
   std::sort(stems.begin(), stems.end(), [](const CalendarStem& a, const CalendarStem& b) {
     return CompareIgnoringCase(a.text, b.text) < 0;
   });

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "host/traceless.h"
 #include "platform/posix/descriptor.h"
 
 namespace pw {
@@ -75,7 +76,7 @@ Failure SystemFailure(const std::filesystem::path& file, int error) {
 
 Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uintmax_t limit) {
   // A pipe without a writer must not hold us up.
-  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor descriptor = OpenLeavingNoTrace(AT_FDCWD, file.c_str(), O_NONBLOCK);
   if (!descriptor.IsOpen()) return SystemFailure(file, errno);
   struct stat status {};
   if (::fstat(descriptor.Number(), &status) != 0) return SystemFailure(file, errno);

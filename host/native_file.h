@@ -9,7 +9,8 @@
 // The host's own files: profiles, registries, exports. Paths are the machine's.
 namespace pw {
 
-// The file's bytes. A file of more than `limit` bytes, or one that isn't a regular file, fails.
+// The file's bytes; where the system lets us, not even its access time changes. A file of more than
+// `limit` bytes, or one that isn't a regular file, fails.
 Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uintmax_t limit);
 
 // Puts the bytes into a file beside the target, which then takes the target's place in one step:

@@ -1,6 +1,5 @@
 #include "host/private_copy.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,21 +13,13 @@
 
 #include "host/native_file.h"
 #include "host/signal_cleanup.h"
+#include "host/traceless.h"
 #include "platform/posix/descriptor.h"
 
 namespace pw {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Only a file's owner may read it without a trace; for others it is read like any.
-Descriptor OpenLeavingNoTrace(int folder, const char* name, int flags) {
-  Descriptor opened(::openat(folder, name, flags | O_RDONLY | O_CLOEXEC | O_NOATIME));
-  if (!opened.IsOpen() && errno == EPERM) {
-    opened = Descriptor(::openat(folder, name, flags | O_RDONLY | O_CLOEXEC));
-  }
-  return opened;
-}
 
 bool CopyBytes(int from, int to) {
   char piece[1 << 16];
@@ -64,19 +55,14 @@ int CopyFile(int folder, const char* name, const fs::path& target) {
 }
 
 std::optional<Failure> CopyFolder(const fs::path& original, const fs::path& copy) {
-  Descriptor folder = OpenLeavingNoTrace(AT_FDCWD, original.c_str(), O_DIRECTORY);
+  const Descriptor folder = OpenLeavingNoTrace(AT_FDCWD, original.c_str(), O_DIRECTORY);
   if (!folder.IsOpen()) return SystemFailure(original, errno);
-  const int number = ::fcntl(folder.Number(), F_DUPFD_CLOEXEC, 0);
-  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::fdopendir(number), ::closedir);
-  if (entries == nullptr) return SystemFailure(original, errno);
-  for (;;) {
-    errno = 0;
-    const dirent* entry = ::readdir(entries.get());
-    if (entry == nullptr) break;
-    const int error = CopyFile(folder.Number(), entry->d_name, copy / entry->d_name);
-    if (error != 0) return SystemFailure(original / entry->d_name, error);
+  const auto names = NamesLeavingNoTrace(original);
+  if (!names) return names.Why();
+  for (const std::string& name : *names) {
+    const int error = CopyFile(folder.Number(), name.c_str(), copy / name);
+    if (error != 0) return SystemFailure(original / name, error);
   }
-  if (errno != 0) return SystemFailure(original, errno);
   return {};
 }
 

@@ -46,6 +46,7 @@ class EventCheck {
       const frame::YearEntry year = frame::DecodeYearEntry(in);
       if (year.year > 0) CheckYear(year);
     }
+    check.records = plain + occurrences;
     check.holds = Counted(plain, "event", "events") + " and " +
                   Counted(occurrences, "occurrence", "occurrences") + " of version " +
                   std::to_string(events::VersionOf(header));
@@ -77,7 +78,8 @@ class EventCheck {
   bool CheckDay(std::size_t entryAt, const frame::DayEntry& entry) {
     const auto blob = frame::BlockOf(bytes, entry);
     if (!blob || budget.IsSpent()) {
-      check.Add(entryAt, Expected("a day that lies within the file, and not across others,"));
+      check.Add(entryAt, Expected("a day that lies within the file, and not across others,") +
+                             "; all of it is left out");
       return false;
     }
     std::vector<Item> items;
@@ -100,6 +102,28 @@ class EventCheck {
       }
     }
     return !damage;
+  }
+
+  // How many items begin in the bytes.
+  static std::size_t ItemsIn(std::string_view blob) {
+    ByteWriter magic;
+    magic.U32(events::kItemMagic);
+    std::size_t count = 0;
+    for (std::size_t at = blob.find(magic.Written()); at != blob.npos;
+         at = blob.find(magic.Written(), at + 1)) {
+      ++count;
+    }
+    return count;
+  }
+
+  // An event at 23:59 stands behind the last quarter of an hour, where nobody reads it.
+  void CheckEnd(std::size_t at, std::string_view behind) {
+    if (behind.empty()) return;
+    const std::size_t late = ItemsIn(behind);
+    check.Add(at,
+              "the end of the day was expected here" +
+                  std::string(late > 0 ? "; what is behind it is at 23:59" : ""),
+              late);
   }
 
   void Count(const Item& item, std::size_t dayAt) {
@@ -155,7 +179,10 @@ FileCheck CheckSeries(std::string_view bytes) {
   for (const recurring::StoredRecord& stored : frame.records) {
     const recurring::DecodedRecord decoded = recurring::DecodeRecord(frame.version, stored.bytes);
     if (decoded.damage) {
-      check.Add(stored.offset + decoded.damage->offset, Expected(decoded.damage->expected));
+      // Such a record is read as a new one.
+      const bool isEmptied = recurring::IsNoRecord(stored.bytes);
+      check.Add(stored.offset + decoded.damage->offset, Expected(decoded.damage->expected),
+                isEmptied ? 1 : 0);
     }
     if (recurring::RecordSize(frame.version, decoded.record) > recurring::kLongestRecord) {
       check.Add(stored.offset, "a series of more than 65535 bytes", 1);
@@ -169,8 +196,17 @@ FileCheck CheckSeries(std::string_view bytes) {
                   std::to_string(frame.records.size()) + " can be read",
               counted - frame.records.size());
   }
+  check.records = frame.records.size();
   check.holds = Counted(frame.records.size(), "series", "series") + " of version " +
                 std::to_string(static_cast<int>(frame.version));
+  return check;
+}
+
+FileCheck CheckTemplate(std::string_view bytes) {
+  FileCheck check = CheckDataFile(bytes);
+  // It is only ever copied.
+  for (Finding& finding : check.findings) finding.lost = 0;
+  check.records = 0;
   return check;
 }
 
@@ -182,7 +218,10 @@ FileCheck CheckDataFile(std::string_view bytes) {
   for (const datafile::Damage& damage : file.damage) {
     check.Add(damage.offset, Expected(damage.expected), damage.recordsLost);
   }
-  if (!file.version) return check;
+  if (!file.version) {
+    check.Add(std::nullopt, "the file is read as an empty one, and replaced at the next save");
+    return check;
+  }
   const auto spans = static_cast<std::size_t>(std::count_if(
       file.records.begin(), file.records.end(),
       [](const datafile::Record& record) { return std::holds_alternative<WMMultiDay>(record); }));
@@ -193,6 +232,7 @@ FileCheck CheckDataFile(std::string_view bytes) {
               Counted(count, "record", "records") + " in one section, which has room for " +
                   std::to_string(datafile::kMostRecords) + "; the section behind it is misplaced");
   }
+  check.records = file.records.size();
   check.holds = Counted(days, "special day", "special days") + " and " +
                 Counted(spans, "span", "spans") + " of days, of version " +
                 std::to_string(static_cast<int>(*file.version));

@@ -10,5 +10,6 @@ namespace pw {
 FileCheck CheckEvents(std::string_view bytes);
 FileCheck CheckSeries(std::string_view bytes);
 FileCheck CheckDataFile(std::string_view bytes);
+FileCheck CheckTemplate(std::string_view bytes);
 
 }  // namespace pw

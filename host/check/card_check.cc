@@ -67,6 +67,7 @@ class CardfileCheck {
       if (isBlank) return;
       CheckCard(at, entry, listed, cards);
     }
+    check.records = listed;
     check.holds = "cardfile: " + Counted(listed, "card", "cards") + " of " +
                   Counted(fields + 1, "field", "fields");
     if (listed < cards) {

@@ -17,7 +17,8 @@ struct Finding {
 };
 
 struct FileCheck {
-  std::string holds;  // "cardfile: 40 cards of 15 fields"
+  std::string holds;        // "cardfile: 40 cards of 15 fields"
+  std::size_t records = 0;  // that can be read
   std::vector<Finding> findings;
 
   void Add(std::optional<std::uint64_t> offset, std::string text, std::size_t lost = 0) {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <iterator>
 #include <string_view>
-#include <system_error>
 
 #include "base/text.h"
 #include "host/calendar_guard.h"
@@ -14,70 +13,92 @@
 #include "host/check/clock_check.h"
 #include "host/check/todo_check.h"
 #include "host/native_file.h"
+#include "host/traceless.h"
 
 namespace pw {
 namespace {
 
 namespace fs = std::filesystem;
 
-// The offsets in all formats have 32 bits.
-constexpr std::uintmax_t kLargestFile = UINT32_MAX;
+// What the module reads at most of a cardfile, and of the others.
+constexpr std::uintmax_t kLargestCardfile = UINT32_MAX;
+constexpr std::uintmax_t kLargest = 256 << 20;
 
-// Which files are what, by the ends of their names.
+// Which files are what, by their names, or the ends of their names where a person's own word stands
+// before.
 struct FileKind {
-  std::string_view ending;
+  std::string_view name;
+  bool isEnding;
+  std::uintmax_t largest;
   FileCheck (*check)(std::string_view bytes);
 };
 constexpr FileKind kKinds[] = {
-    {".WMCard", CheckCardfile},
-    {kEventFile, CheckEvents},
-    {kRecurringFile, CheckSeries},
-    {kDataFile, CheckDataFile},
-    {"Holidef.dat", CheckDataFile},
-    {kTaskFile, [](std::string_view bytes) -> FileCheck { return CheckTasks(bytes); }},
-    {kCallFile, [](std::string_view bytes) -> FileCheck { return CheckCalls(bytes); }},
-    {"CLOCKS.DAT", CheckClocks},
-    {"cityinfo.dat", CheckCities},
-    {"timezone.dat", CheckZoneTable},
-    {"Place List.dat", CheckPlaces},
+    {".WMCard", true, kLargestCardfile, CheckCardfile},
+    {kEventFile, true, kLargest, CheckEvents},
+    {kRecurringFile, true, kLargest, CheckSeries},
+    {kDataFile, true, kLargest, CheckDataFile},
+    {kTaskFile, true, kLargest,
+     [](std::string_view bytes) -> FileCheck { return CheckTasks(bytes); }},
+    {kCallFile, true, kLargest,
+     [](std::string_view bytes) -> FileCheck { return CheckCalls(bytes); }},
+    {"Holidef.dat", false, kLargest, CheckTemplate},
+    {"CLOCKS.DAT", false, kLargest, CheckClocks},
+    {"cityinfo.dat", false, kLargest, CheckCities},
+    {"timezone.dat", false, kLargest, CheckZoneTable},
+    {"Place List.dat", false, kLargest, CheckPlaces},
 };
 
 const FileKind* KindOf(std::string_view name) {
   const auto* found = std::find_if(std::begin(kKinds), std::end(kKinds), [&](const FileKind& kind) {
-    return EndsWithIgnoringCase(name, kind.ending);
+    return kind.isEnding ? EndsWithIgnoringCase(name, kind.name)
+                         : EqualIgnoringCase(name, kind.name);
   });
   return found == std::end(kKinds) ? nullptr : found;
 }
 
 CheckedFile CheckFile(const fs::path& file, const FileKind& kind) {
   CheckedFile checked{file.filename().string(), {}};
-  const auto bytes = ReadNativeFile(file, kLargestFile);
+  const auto bytes = ReadNativeFile(file, kind.largest);
   if (bytes) {
     checked.check = kind.check(*bytes);
   } else {
-    checked.check.holds = "unreadable";
+    checked.check.holds = "can't be read";
     checked.check.Add(std::nullopt, bytes.Why().message);
   }
   return checked;
 }
 
+// What the module will overwrite, as it reads nothing of a calendar without an event file.
+void TellOverwritten(const CalendarStem& stem, std::vector<CheckedFile>& files) {
+  for (const std::string_view fixed : {kDataFile, kRecurringFile}) {
+    const auto name = stem.files.find(std::string(fixed));
+    if (name == stem.files.end()) continue;
+    for (CheckedFile& file : files) {
+      if (file.name != name->second) continue;
+      file.check.Add(std::nullopt, "there is no event file beside it, so that it is overwritten",
+                     file.check.records);
+    }
+  }
+}
+
 }  // namespace
 
 Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
-  std::error_code error;
+  auto names = NamesLeavingNoTrace(folder);
+  if (!names) return names.Why();
+  std::sort(names->begin(), names->end());
   FolderCheck check;
-  for (const auto& entry : fs::directory_iterator(folder, error)) {
-    const FileKind* kind = KindOf(entry.path().filename().string());
+  for (const std::string& name : *names) {
+    const FileKind* kind = KindOf(name);
     if (kind == nullptr) {
       ++check.others;
     } else {
-      check.files.push_back(CheckFile(entry.path(), *kind));
+      check.files.push_back(CheckFile(folder / name, *kind));
     }
   }
-  if (error) return SystemFailure(folder, error.value());
-  check.together = MissingEventFiles(folder);
-  std::sort(check.files.begin(), check.files.end(),
-            [](const CheckedFile& a, const CheckedFile& b) { return a.name < b.name; });
+  for (const CalendarStem& stem : CalendarStems(folder)) {
+    if (LacksEventFile(stem)) TellOverwritten(stem, check.files);
+  }
   return check;
 }
 

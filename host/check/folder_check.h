@@ -16,13 +16,12 @@ struct CheckedFile {
 };
 
 struct FolderCheck {
-  std::vector<CheckedFile> files;     // the organiser's, by their names
-  std::vector<std::string> together;  // what is wrong between files
-  std::size_t others = 0;             // files that aren't the organiser's
+  std::vector<CheckedFile> files;  // the organiser's, by their names
+  std::size_t others = 0;          // what else is there
 };
 
-// Reads all files of a folder that the organiser's names tell to be its own. A file that can't be
-// read is a finding.
+// Reads all files of a folder that the organiser's names tell to be its own, and leaves no trace of
+// that where the system lets us. A file that can't be read is a finding.
 Outcome<FolderCheck> CheckFolder(const std::filesystem::path& folder);
 
 }  // namespace pw

@@ -1,5 +1,7 @@
 #include "host/check/todo_check.h"
 
+#include <cstdint>
+#include <map>
 #include <string>
 
 #include "calltask/block_reader.h"
@@ -63,12 +65,34 @@ class TodoCheck {
     for (const calltask::DayBlock& day : frame.days) {
       CheckDay(day, version.value_or(FormatVersion::k30));
     }
+    check.records = records;
     check.holds = Counted(records, kind.one, kind.many) + " of version " +
                   std::to_string(static_cast<int>(version.value_or(FormatVersion::k30)));
     return check;
   }
 
  private:
+  // How many records end in a block: each does so with the byte of an empty slot. One that doesn't
+  // end counts too.
+  static std::size_t RecordsIn(std::string_view block) {
+    std::size_t count = block.back() == calltask::kEmptySlot ? 0 : 1;
+    for (std::size_t at = 1; at < block.size(); ++at) {
+      const bool ends = block[at] == calltask::kEmptySlot && block[at - 1] != calltask::kEmptySlot;
+      count += ends ? 1 : 0;
+    }
+    return count;
+  }
+
+  // Of two blocks under one day only the later one is read.
+  void Keep(std::uint16_t key, std::size_t at, std::size_t found) {
+    const auto [known, isNew] = kept.try_emplace(key, found);
+    if (isNew) return;
+    check.Add(at, "this block stands under the same day as an earlier one, which it replaces",
+              known->second);
+    records -= known->second;
+    known->second = found;
+  }
+
   void CheckDay(const calltask::DayBlock& day, FormatVersion version) {
     std::size_t found = 0;
     std::size_t at = 0;
@@ -79,9 +103,10 @@ class TodoCheck {
     });
     if (isRead) {
       records += found;
+      Keep(day.key, static_cast<std::size_t>(day.bytes.data() - bytes.data()), found);
     } else {
       check.Add(at, std::string("a whole ") + kind.one + " was expected here; its day is left out",
-                found);
+                RecordsIn(day.bytes));
     }
   }
 
@@ -89,6 +114,7 @@ class TodoCheck {
   const Kind& kind;
   calltask::BlockReader reader;
   std::size_t records = 0;
+  std::map<std::uint16_t, std::size_t> kept;
   TodoFileCheck check;
 };
 

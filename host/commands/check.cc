@@ -9,7 +9,6 @@
 #include "host/check/folder_check.h"
 #include "host/commands/commands.h"
 #include "host/counted.h"
-#include "host/private_copy.h"
 #include "host/text_table.h"
 
 // `pairwise check`: what a folder's files hold, and what of them is damaged.
@@ -48,12 +47,10 @@ std::string Summary(const FolderCheck& check, std::size_t findings, std::size_t 
 }
 
 int Check(const Console& console, const std::string& folder) {
-  const auto copy = PrivateCopy::Make(folder);
-  if (!copy) return console.Fail(copy.Why());
-  const auto check = CheckFolder((*copy)->Folder());
+  const auto check = CheckFolder(folder);
   if (!check) return console.Fail(check.Why());
   std::size_t width = 0;
-  std::size_t findings = check->together.size();
+  std::size_t findings = 0;
   std::size_t lost = 0;
   for (const CheckedFile& file : check->files) {
     width = std::max(width, DisplayWidth(OneLine(file.name)));
@@ -61,7 +58,6 @@ int Check(const Console& console, const std::string& folder) {
     for (const Finding& finding : file.check.findings) lost += finding.lost;
   }
   for (const CheckedFile& file : check->files) Print(console.out, file, width);
-  for (const std::string& text : check->together) console.out << text << "\n";
   console.out << Summary(*check, findings, lost) << "\n";
   return findings == 0 ? kExitDone : kExitSomeSkipped;
 }

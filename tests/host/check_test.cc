@@ -118,7 +118,7 @@ TEST(CheckTest, EventsThatWouldBeLost) {
   EXPECT_EQ(Texts(CheckEvents(whole.substr(0, 625))),
             Lines{"625 626 bytes were expected at least; the calendar can't be opened (0)"});
   EXPECT_EQ(Texts(CheckEvents(EventFile({kDay - 1}))),
-            Lines{"6948 the end of the day was expected here; an event at 23:59 is behind it (1)"});
+            Lines{"6948 the end of the day was expected here; what is behind it is at 23:59 (1)"});
 
   // An item of the first day is moved to where three are; then it is before 1970.
   const std::size_t second = test::NumberAt(whole, 626 + 17, 4);
@@ -134,7 +134,7 @@ TEST(CheckTest, EventsThatWouldBeLost) {
   damaged[second] = 'X';
   EXPECT_EQ(Texts(CheckEvents(damaged)),
             (Lines{std::to_string(second) +
-                       " a day, 0xFFEFEFFF was expected here; its day is left out (0)",
+                       " a day, 0xFFEFEFFF was expected here; its day is left out (1)",
                    "- the years behind one that ends with a damaged day aren't read (1)"}));
 }
 
@@ -167,15 +167,15 @@ TEST(CheckTest, FilesAreKnownByTheirNames) {
   folder.Put("friends.wmcard", test::ThreeCards().Build());
   folder.Put("Clocks.dat", std::string(1216, '\0'));
   folder.Put("letter.txt", "");
-  folder.Put("AdaRecr.wmw", "");
+  folder.Put("AdaRecr.wmw", test::SomeSeries(true).Build());
+  folder.Put("My clocks.dat", "");
   const auto check = CheckFolder(folder.Path());
   ASSERT_TRUE(check);
   ASSERT_EQ(check->files.size(), 3U);
-  EXPECT_EQ(check->files[0].check.holds, "no series");
   EXPECT_EQ(check->files[2].name, "friends.wmcard");
-  EXPECT_EQ(check->others, 1U);
-  EXPECT_EQ(check->together, Lines{"there is no event file beside AdaRecr.wmw; the next save would "
-                                   "overwrite it with an empty calendar"});
+  EXPECT_EQ(check->others, 2U);
+  EXPECT_EQ(Texts(check->files[0].check),
+            Lines{"- there is no event file beside it, so that it is overwritten (4)"});
   EXPECT_FALSE(CheckFolder(folder.Path() / "none"));
 }
 
