@@ -83,8 +83,9 @@ std::optional<Damage> DecodeHeader(ByteReader& in, WMEventHeader& header) {
   header.modified = in.I32();
   header.reserved = in.I32();
   header.flags = in.U32();
-  if ((header.flags & kZeroFlags) != 0)
+  if ((header.flags & kZeroFlags) != 0) {
     return damage("an item with the bits 8 to 23 of its flags 0");
+  }
   at = in.Position();
   const auto label = Peek(in);
   const bool isLabel = label && (*label == 0 || *label == 1);

@@ -21,7 +21,7 @@ inline std::string CountedString(const std::string& text) {
 
 struct PairBytes {
   std::string first = "Place";
-  std::string second = "";
+  std::string second;
   std::array<std::uint32_t, 3> words = {};
 
   std::string Build() const {
@@ -39,13 +39,13 @@ struct ItemBytes {
   std::int64_t start = kMonday, end = kMonday + 3600;
   std::int64_t modified = 890000000, reserved = 0;
   std::uint32_t flags = 0;
-  std::string label = "";
+  std::string label;
   std::uint32_t zone = 0;
   std::optional<PairBytes> place = std::nullopt;
   std::vector<PairBytes> places = {};
   std::uint32_t timeWord = 0x89808A80;  // 9:00 to 10:00
   std::uint32_t flagWord = 0x808080C0;
-  std::string subject = "subject", notes = "";
+  std::string subject = "subject", notes;
 
   // The parts of the header block that have no fixed size, and what is between them.
   std::string Parts() const {
@@ -109,7 +109,7 @@ inline EventFileBytes SomeEvents() {
     item.id = id;
     return item;
   };
-  ItemBytes full = at(kLeapDay + 13 * 60, -2);
+  ItemBytes full = at(kLeapDay + 780, -2);
   full.reserved = -1;
   full.flags = 0x02000080;
   full.label = std::string("la\0\x09\x7E", 5);
@@ -117,11 +117,9 @@ inline EventFileBytes SomeEvents() {
   full.place = PairBytes{"Caf\xE9", "second", {1, 0x80000000, 0xFFFFFFFF}};
   full.timeWord = 0xFFFFFFFF;
   full.flagWord = 0xFFFFFFDE;
-  full.subject =
-      "a\x10"
-      "b";
+  full.subject = "a\x10z";
   full.notes = std::string("no\0tes\r\n", 8);
-  ItemBytes occurrence = at(kLeapDay + 14 * 60, 3);
+  ItemBytes occurrence = at(kLeapDay + 840, 3);
   occurrence.flagWord = 0x808080C1;
   ItemBytes changed = occurrence;
   changed.flags = 4;
@@ -133,7 +131,7 @@ inline EventFileBytes SomeEvents() {
                 Day({{0, Slot({full.Build()})},
                      {1, Slot({occurrence.Build(), changed.Build()})},
                      {95, Slot({at(kLeapDay + 86279, 4).Build()})}})},
-               {2000, 365, Day({{52, Slot({at(kLastDay + 13 * 3600, 5).Build()})}})},
+               {2000, 365, Day({{52, Slot({at(kLastDay + 46800, 5).Build()})}})},
                {2001, 0, Day({{4, Slot({at(kLastDay + 86400 + 3600, 6).Build()})}})},
                {2038, 18, Day({{12, Slot({at(0x7FFFFFFF - 600, 7).Build()})}})}};
   return file;
