@@ -49,8 +49,7 @@ class EventReader {
       items.push_back(std::make_unique<WMEventItem>());
       return items.back()->Parse(rest);
     });
-    // The search for the end of a text may have gone through all of it.
-    budget.Spend(damage ? blob->size() : in.Position());
+    budget.Spend(in.Position());
     if (damage) return false;
     for (auto& item : items) {
       const bool isPlain = !item->IsOccurrence() && !item->IsChanged();

@@ -23,8 +23,7 @@ bool BlockReader::Read(std::string_view block, const Take& take) {
   if (budget.IsSpent()) return false;
   std::string_view rest = block;
   const bool isRead = TakeSlots(rest, take);
-  // The search for the end of a record may have gone through all of it.
-  budget.Spend(isRead ? block.size() - rest.size() : block.size());
+  budget.Spend(block.size() - rest.size());
   return isRead;
 }
 

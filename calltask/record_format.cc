@@ -19,6 +19,12 @@ std::string ReadText(std::string_view stored) {
   return text;
 }
 
+// What was searched in vain has been read.
+bool Exhaust(std::string_view& bytes) {
+  bytes = {};
+  return false;
+}
+
 }  // namespace
 
 EscapedWords DecodeEscapedWords(ByteReader& in) {
@@ -46,12 +52,12 @@ void EncodeEscapedWords(ByteWriter& out, const EscapedWords& words) {
 bool TakeTexts(std::string_view& bytes, RecordFields& record) {
   constexpr std::array<char, 2> kEnds = {kSubjectEnd, kRecordEnd};
   const std::size_t subjectEnd = bytes.find_first_of({kEnds.data(), kEnds.size()});
-  if (subjectEnd == std::string_view::npos) return false;
+  if (subjectEnd == std::string_view::npos) return Exhaust(bytes);
   record.subject = ReadText(bytes.substr(0, subjectEnd));
   if (subjectEnd != 0) bytes.remove_prefix(subjectEnd + 1);
 
   const std::size_t noteEnd = bytes.find(kRecordEnd);
-  if (noteEnd == std::string_view::npos) return false;
+  if (noteEnd == std::string_view::npos) return Exhaust(bytes);
   record.note = ReadText(bytes.substr(0, noteEnd));
   bytes.remove_prefix(noteEnd + 1);
   return true;

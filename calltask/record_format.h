@@ -54,7 +54,7 @@ void EncodeEscapedWords(ByteWriter& out, const EscapedWords& words);
 // subject may end in 0x09 too, and the note is what then follows; a record without a subject has
 // the 0x7F as the first byte of its note.
 //
-// Takes the texts off the front of `bytes`. False where they don't end.
+// Takes the texts off the front of `bytes`. False where they don't end; nothing is left then.
 bool TakeTexts(std::string_view& bytes, RecordFields& record);
 void EncodeTexts(ByteWriter& out, const RecordFields& record);
 

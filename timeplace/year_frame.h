@@ -35,8 +35,8 @@ using Header = std::array<char, kHeaderSize>;
 std::string_view MagicOf(const Header& header);
 void SetMagic(Header& header, std::string_view magic);
 
-// Year entry. An entry is empty where either field says so. Those that aren't are written first, in
-// ascending years.
+// Year entry. Those that aren't empty are written first, in ascending years. Of one with a year and
+// no offset readers think differently.
 //
 //   offset  width  field   meaning
 //   0       2      year    since 1900, signed; 0 or below for an empty entry

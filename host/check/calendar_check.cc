@@ -28,7 +28,8 @@ struct Item {
 
 class EventCheck {
  public:
-  explicit EventCheck(std::string_view bytes) : bytes(bytes), in(bytes), budget(bytes.size()) {}
+  explicit EventCheck(std::string_view bytes)
+      : bytes(bytes), in(bytes), budget(bytes.size()), searchBudget(bytes.size()) {}
 
   FileCheck Run() {
     check.holds = "no events";
@@ -88,29 +89,31 @@ class EventCheck {
       Item& item = items.emplace_back();
       return events::DecodeItem(rest, item.header, item.detail);
     });
-    budget.Spend(damage ? blob->size() : day.Position());
+    budget.Spend(day.Position());
     if (!areYearsRead) {
-      unreached += items.size();
+      unreached += damage ? ItemsIn(*blob) : items.size();
     } else if (damage) {
       check.Add(entry.offset + damage->offset, Expected(damage->expected) + "; its day is left out",
-                items.size());
+                ItemsIn(*blob));
     } else {
       for (const Item& item : items) Count(item, entry.offset);
-      if (day.Remaining() != 0) {
-        check.Add(entry.offset + day.Position(),
-                  "the end of the day was expected here; an event at 23:59 is behind it", 1);
-      }
+      const std::size_t end = entry.offset + day.Position();
+      CheckEnd(end, day.Take(day.Remaining()));
     }
     return !damage;
   }
 
-  // How many items begin in the bytes.
-  static std::size_t ItemsIn(std::string_view blob) {
+  // How many items begin in the bytes, as far as a day has room for them.
+  std::size_t ItemsIn(std::string_view blob) {
     ByteWriter magic;
     magic.U32(events::kItemMagic);
     std::size_t count = 0;
-    for (std::size_t at = blob.find(magic.Written()); at != blob.npos;
-         at = blob.find(magic.Written(), at + 1)) {
+    std::size_t at = 0;
+    while (!searchBudget.IsSpent() && count < events::kPositions * events::kColumns) {
+      const std::size_t next = std::min(blob.find(magic.Written(), at), blob.size());
+      searchBudget.Spend(next - at + 1);
+      if (next == blob.size()) break;
+      at = next + 1;
       ++count;
     }
     return count;
@@ -153,6 +156,7 @@ class EventCheck {
   std::string_view bytes;
   ByteReader in;
   frame::ReadingBudget budget;
+  frame::ReadingBudget searchBudget;
   std::size_t plain = 0;
   std::size_t occurrences = 0;
   std::size_t unreached = 0;

@@ -311,6 +311,18 @@ TEST_F(EventFileTest, OverlappingBlobsAreReadTwiceAtMost) {
   EXPECT_EQ(plain.Count(), 3 * blobs);
 }
 
+// Only what was read counts, not what an entry names.
+TEST_F(EventFileTest, EntriesThatNameTheWholeFileCostTheirDaysAlone) {
+  EventFileBytes file;
+  for (int day = 0; day < 5; ++day) file.days.push_back({1998, day, DayOf(day)});
+  std::string bytes = file.Build();
+  for (std::size_t day = 0; day < 3; ++day) {
+    bytes.replace(kFirstTable + 17 * day, 17,
+                  Word(0, 4) + Word(0, 5) + Word(bytes.size(), 4) + Word(0, 4));
+  }
+  EXPECT_EQ(Ids(bytes), (Ids32{3, 4}));
+}
+
 TEST_F(EventFileTest, CutAtEveryLength) {
   const std::string whole = ThreeDays().Build();
   const std::size_t blob = DayOf(1).size();
