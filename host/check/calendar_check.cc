@@ -144,7 +144,8 @@ class EventCheck {
     }
     // A slot begins a minute before its quarter of an hour.
     const std::int64_t day = item.header.start / kSecondsPerDay;
-    const std::int64_t slot = day * kSlotsOfDay + (minute / 60) * 4 + (minute % 60 + 1) / 15;
+    const std::int64_t quarter = std::int64_t{minute / 60} * 4 + (minute % 60 + 1) / 15;
+    const std::int64_t slot = day * kSlotsOfDay + quarter;
     if (++itemsOfSlot[slot] > events::kColumns) {
       check.Add(dayAt, "more than three events stand in one quarter of an hour of this day", 1);
     }
