@@ -65,16 +65,18 @@ class SectionReader {
 
  private:
   void ReadEntry(const WMDataSection& section, std::size_t entryOffset) {
-    if (section.tag == kFreeTag) return;
     const bool isKnown = section.tag == kSpecialDayTag || section.tag == kMultiDayTag;
-    if (!isKnown) {
+    if (isKnown && FindSection(file.table, section.tag) == &section) {
+      if (section.count > 0) ReadSection(section, entryOffset);
+      return;
+    }
+    if (isKnown) {
+      Report("one section of each kind, and this is another", entryOffset, section.count);
+    } else if (section.tag != kFreeTag) {
       Report("special days (0x32DB), multi-day spans (0x32DC) or a free entry (0)", entryOffset,
              section.count);
-    } else if (FindSection(file.table, section.tag) != &section) {
-      Report("one section of each kind, and this is another", entryOffset, section.count);
-    } else if (section.count > 0) {
-      ReadSection(section, entryOffset);
     }
+    position += section.bytes;  // of what isn't read no more is known
   }
 
   void ReadSection(const WMDataSection& section, std::size_t entryOffset) {
@@ -111,7 +113,7 @@ class SectionReader {
 
   std::string_view bytes;
   File& file;
-  std::size_t position = kFirstSection;  // where the section read last ends by the table
+  std::size_t position = kFirstSection;  // where the entry looked at last ends by the table
 };
 
 }  // namespace

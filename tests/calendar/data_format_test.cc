@@ -184,6 +184,7 @@ TEST(DataFormatTest, DamageIsFoundWhereItIs) {
       {"a short table", whole.substr(0, 125), 0, "a header and", 125, 0},
       {"a short section", whole.substr(0, whole.size() - 1), 2, "as many records", 268, 1},
       {"an unknown kind", with(36, "\xDD"), 2, "special days (0x32DB)", 36, 1},
+      {"one before a known one", with(26, "\xDD"), 1, "special days (0x32DB)", 26, 2},
       {"a kind twice", with(36, "\xDB"), 2, "one section", 36, 1},
       {"a section elsewhere", with(42, "\x0D").insert(268, "x"), 3, "a section that begins", 42, 0},
       {"too early", with(126 + 142 + 12, "\xFF\xA2"), 3, "a first and a last day", 280, 1},
