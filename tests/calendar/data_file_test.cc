@@ -271,6 +271,37 @@ TEST_F(DataFileTest, SectionsOfNewRecords) {
   }
 }
 
+// An entry counts what is added at once, and what is removed only with a save that opens the file.
+TEST_F(DataFileTest, AnEntryIsKeptForWhatItCounts) {
+  const std::string span = DayKey(0, 0, 0) + SpanFields(917000000, 917000000) + DayText("span");
+  const std::string day = DayKey(0, 0, 0) + '\1' + std::string(9, '\0') + DayText("day");
+  const auto added = Load(DataFileBytes{.sections = {{kMultiDays}}}.Build());
+  added->AddMultiDay(NewMultiDay("span"));
+  added->AddSpecialDay(NewSpecialDay("day"));
+  const DataFileBytes both = {.sections = {{kMultiDays, {span}}, {kSpecialDays, {day}}}};
+  EXPECT_EQ(Saved(*added), both.Build());
+
+  const auto removed = Load(DataFileBytes{.sections = {{kMultiDays, {span}}}}.Build());
+  EXPECT_TRUE(removed->Remove(0));
+  removed->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*removed),
+            (DataFileBytes{.sections = {{kMultiDays}, {kSpecialDays, {day}}}}.Build()));
+
+  std::vector<pw::test::DataSectionBytes> full(10, {0x1234, {"?"}});
+  full[0] = {kMultiDays, {span}};
+  const auto unsaved = Load(DataFileBytes{.sections = full}.Build());
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_TRUE(unsaved->Remove(0));
+  {
+    const auto open = platform.files.Open(kPath, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
+    EXPECT_FALSE(unsaved->Save(kPath)) << "the file must be this one's alone";
+  }
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*unsaved).size(), 126U) << "no entry for special days";
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*unsaved).size(), 126U + 3 * 71) << "that of the spans";
+}
+
 TEST_F(DataFileTest, IndexFollowsEveryChange) {
   DataFileBytes sample = {.sections = {{kSpecialDays}, {kMultiDays}}};
   for (int i = 0; i < 4; ++i) {
