@@ -1,6 +1,7 @@
 #include "calendar/data_format.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -305,6 +306,33 @@ std::string EncodeFile(const Header& header, const SectionTable& table, FormatVe
     if (section.tag == kMultiDayTag) writeOnce(hasMultiDays, multiDays);
   }
   return out.Release();
+}
+
+std::size_t LostAtSave(const File& file, FormatVersion version) {
+  std::vector<WMSpecialDay> days;
+  std::vector<WMMultiDay> spans;
+  std::vector<Record> held;
+  for (const Record& record : file.records) {
+    if (const auto* const span = std::get_if<WMMultiDay>(&record)) {
+      if (!IsInRange(*span)) continue;
+      spans.push_back(*span);
+    } else {
+      days.push_back(std::get<WMSpecialDay>(record));
+    }
+    held.push_back(record);
+  }
+  Header header = file.header;
+  SetMagic(header, version);
+  SectionTable table = file.table;
+  PlaceSections(table, days.size(), spans.size());
+  std::vector<Record> kept = DecodeFile(EncodeFile(header, table, version, days, spans)).records;
+
+  // What is misplaced may come back in part, and so in another order.
+  std::sort(held.begin(), held.end());
+  std::sort(kept.begin(), kept.end());
+  std::vector<Record> lost;
+  std::set_difference(held.begin(), held.end(), kept.begin(), kept.end(), std::back_inserter(lost));
+  return lost.size();
 }
 
 std::string EncodeEmptyFile(FormatVersion version) {

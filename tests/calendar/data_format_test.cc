@@ -201,6 +201,80 @@ TEST(DataFormatTest, DamageIsFoundWhereItIs) {
   }
 }
 
+TEST(DataFormatTest, RecordsLostAtASave) {
+  const auto specials = [](std::size_t count, const std::string& key) {
+    std::vector<std::string> records;
+    for (std::size_t i = 0; i < count; ++i) {
+      records.push_back(key + kDate + DayText("day " + std::to_string(i)));
+    }
+    return records;
+  };
+  const std::string span35 = kSpan + DayText("span");
+  const std::string early = kKey + std::string(10, '\0') + DayText("early");
+  const std::vector<std::string> spans = {kKey + span35, early};  // the latter isn't taken in
+  const struct {
+    const char* what;
+    DataFileBytes file;
+    FormatVersion version;
+    std::size_t lost;
+  } cases[] = {
+      {"nothing at all", {}, k50, 0},
+      {"both kinds",
+       {.sections = {{kSpecialDays, specials(3, kKey)}, {kMultiDays, spans}}},
+       k50,
+       0},
+      {"both in the old form",
+       {.magic = "XQXDATA35",
+        .sections = {{kSpecialDays, specials(3, "")}, {kMultiDays, {span35, span35}}},
+        .offsetsBy71 = false},
+       k35,
+       2},
+      {"taken over into the new form",
+       {.magic = "XQXDATA35",
+        .sections = {{kSpecialDays, specials(3, "")}, {kMultiDays, {span35, span35}}},
+        .offsetsBy71 = false},
+       k50,
+       0},
+      {"one kind in the old form",
+       {.magic = "XQXDATA35", .sections = {{kSpecialDays, specials(3, "")}}},
+       k35,
+       0},
+      {"a full section",
+       {.sections = {{kSpecialDays, specials(923, kKey)}, {kMultiDays, spans}}},
+       k50,
+       0},
+      {"one too many",
+       {.sections = {{kSpecialDays, specials(924, kKey)}, {kMultiDays, spans}},
+        .offsetsBy71 = false},
+       k50,
+       1},
+      {"no other section behind them", {.sections = {{kSpecialDays, specials(924, kKey)}}}, k50, 0},
+      {"behind two of an unknown kind",
+       {.sections = {{0x1234, specials(2, kKey)}, {kSpecialDays, specials(3, kKey)}}},
+       k50,
+       2},
+      {"before them",
+       {.sections = {{kSpecialDays, specials(3, kKey)}, {0x1234, specials(2, kKey)}}},
+       k50,
+       0},
+      {"a key, which the old form has no room for",
+       {.sections = {{kMultiDays, {kKey + span35, std::string(12, '\0') + span35}}}},
+       k35,
+       1},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(datafile::LostAtSave(datafile::DecodeFile(c.file.Build()), c.version), c.lost)
+        << c.what;
+  }
+
+  datafile::File full;
+  for (WMDataSection& section : full.table) section.tag = 0x1234;
+  full.records = {FourthOfSomething(), Journey()};
+  EXPECT_EQ(datafile::LostAtSave(full, k50), 2U) << "no entry is free";
+  full.table[9].tag = kMultiDays;
+  EXPECT_EQ(datafile::LostAtSave(full, k50), 1U) << "but one";
+}
+
 // Ten entries that each claim as much as they can, over the same bytes.
 TEST(DataFormatTest, CountsAreHeldToTheFile) {
   DataFileBytes sample;
