@@ -53,6 +53,40 @@ std::string KeyText(const Day& day) {
   return FormatLong(day.created) + '+' + FormatLong(static_cast<std::int32_t>(day.id));
 }
 
+struct DaysAndSpans {
+  std::vector<WMSpecialDay> days;
+  std::vector<WMMultiDay> spans;
+};
+
+// As a data file does that loads them.
+DaysAndSpans TakenIn(const std::vector<Record>& records) {
+  DaysAndSpans taken;
+  for (const Record& record : records) {
+    if (const auto* const day = std::get_if<WMSpecialDay>(&record)) {
+      taken.days.push_back(*day);
+    } else if (const auto& span = std::get<WMMultiDay>(record); IsInRange(span)) {
+      taken.spans.push_back(span);
+    }
+  }
+  return taken;
+}
+
+// What is misplaced may come back in part, and so in another order.
+std::vector<std::string> SortedBytes(const DaysAndSpans& records) {
+  std::vector<std::string> all;
+  all.reserve(records.days.size() + records.spans.size());
+  const auto add = [&](char kind, const auto& record) {
+    ByteWriter out;
+    out.U8(static_cast<std::uint8_t>(kind));
+    EncodeRecord(out, record, FormatVersion::k50);
+    all.push_back(out.Release());
+  };
+  for (const WMSpecialDay& day : records.days) add('d', day);
+  for (const WMMultiDay& span : records.spans) add('s', span);
+  std::sort(all.begin(), all.end());
+  return all;
+}
+
 // Reads the sections that the table names.
 class SectionReader {
  public:
@@ -309,29 +343,18 @@ std::string EncodeFile(const Header& header, const SectionTable& table, FormatVe
 }
 
 std::size_t LostAtSave(const File& file, FormatVersion version) {
-  std::vector<WMSpecialDay> days;
-  std::vector<WMMultiDay> spans;
-  std::vector<Record> held;
-  for (const Record& record : file.records) {
-    if (const auto* const span = std::get_if<WMMultiDay>(&record)) {
-      if (!IsInRange(*span)) continue;
-      spans.push_back(*span);
-    } else {
-      days.push_back(std::get<WMSpecialDay>(record));
-    }
-    held.push_back(record);
-  }
+  const DaysAndSpans held = TakenIn(file.records);
   Header header = file.header;
   SetMagic(header, version);
   SectionTable table = file.table;
-  PlaceSections(table, days.size(), spans.size());
-  std::vector<Record> kept = DecodeFile(EncodeFile(header, table, version, days, spans)).records;
+  PlaceSections(table, held.days.size(), held.spans.size());
+  const File saved = DecodeFile(EncodeFile(header, table, version, held.days, held.spans));
 
-  // What is misplaced may come back in part, and so in another order.
-  std::sort(held.begin(), held.end());
-  std::sort(kept.begin(), kept.end());
-  std::vector<Record> lost;
-  std::set_difference(held.begin(), held.end(), kept.begin(), kept.end(), std::back_inserter(lost));
+  const auto before = SortedBytes(held);
+  const auto after = SortedBytes(TakenIn(saved.records));
+  std::vector<std::string> lost;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                      std::back_inserter(lost));
   return lost.size();
 }
 

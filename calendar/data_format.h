@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -105,7 +104,7 @@ struct WMSpecialDay {
   std::uint8_t spare = 0;
   pw::datafile::Subject subject{};
 
-  friend auto operator<=>(const WMSpecialDay&, const WMSpecialDay&) = default;
+  friend bool operator==(const WMSpecialDay&, const WMSpecialDay&) = default;
 };
 
 // Multi-day span: a banner over several dates.
@@ -130,7 +129,7 @@ struct WMMultiDay {
   std::uint8_t kind = 5;
   pw::datafile::Subject subject{};
 
-  friend auto operator<=>(const WMMultiDay&, const WMMultiDay&) = default;
+  friend bool operator==(const WMMultiDay&, const WMMultiDay&) = default;
 };
 
 namespace pw::datafile {
@@ -156,9 +155,9 @@ WMDataSection* FindSection(SectionTable& table, std::int16_t tag);
 
 // Puts in how many records each section has and where it stands. Counts and bytes are cut to 16
 // bits, and what is behind a section of more than `kMostRecords` stands elsewhere. So does what is
-// behind an entry of an unknown kind that has bytes, as they aren't written, and in version 35,
-// whose records are shorter than the bytes that the entries say, what is behind the first section.
-// The organiser has it so.
+// behind an entry of an unknown kind or the second of a kind, whose bytes aren't written, and in
+// version 35, whose records are shorter than the bytes that the entries say, what is behind the
+// first section. The organiser has it so.
 void PlaceSections(SectionTable& table, std::size_t specialDays, std::size_t multiDays);
 
 // In version 50 any 71 bytes come back as they are. In version 35 a subject ends at its zero, that
