@@ -42,10 +42,8 @@ std::unique_ptr<pw::File> OpenOrMake(const std::string& path) {
   return OpenToRead(path);
 }
 
-bool WriteWhole(const std::string& path, const std::string& bytes) {
-  const auto file =
-      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kNone);
-  return file != nullptr && file->Write(bytes);
+std::unique_ptr<pw::File> OpenToRewrite(const std::string& path) {
+  return pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kNone);
 }
 
 // What version 35 doesn't keep.
@@ -93,16 +91,19 @@ void WMDataFile::Take(const WMMultiDay& span) {
 }
 
 bool WMDataFile::Save(const std::string& path) {
-  datafile::SetMagic(header, version);
   if (Count() == 0) return CreateEmpty(path);
+  const auto file = OpenToRewrite(path);
+  if (file == nullptr) return false;
+  datafile::SetMagic(header, version);
   datafile::PlaceSections(table, SpecialDayCount(), MultiDayCount());
-  return WriteWhole(path, datafile::EncodeFile(header, table, version, specialDays.InOrder(),
-                                               multiDays.InOrder()));
+  return file->Write(
+      datafile::EncodeFile(header, table, version, specialDays.InOrder(), multiDays.InOrder()));
 }
 
 bool WMDataFile::CreateEmpty(const std::string& path) {
   const FormatVersion version = VersionIf(OrganiserVersion() == kCalendarVersion50);
-  return WriteWhole(path, datafile::EncodeEmptyFile(version));
+  const auto file = OpenToRewrite(path);
+  return file != nullptr && file->Write(datafile::EncodeEmptyFile(version));
 }
 
 const WMMultiDay* WMDataFile::MultiDay(std::uint32_t index) const {

@@ -27,7 +27,8 @@ class WMDataFile : public PWObject {
   void Load(const std::string& path);
 
   // Rewrites the file in the version held; one without records is made anew as an empty one. False
-  // if it can't be opened or written.
+  // if it can't be written, or opened for this object alone; in the latter case nothing has
+  // changed.
   bool Save(const std::string& path);
 
   // Makes an empty file of the version of the calendar's files. False if it can't be made.
@@ -56,8 +57,9 @@ class WMDataFile : public PWObject {
   // Index of the first record of that id text.
   std::optional<std::uint32_t> Find(const std::string& id);
 
-  // Append a record as it is. Where the section table has no entry left for it, it won't be saved;
-  // the organiser never fills more than two of the ten.
+  // Append a record as it is, and count it in the section table, where it stays counted until a
+  // save counts anew. Where the table has no entry left for it, it won't be saved; the organiser
+  // never fills more than two of the ten.
   void AddMultiDay(const WMMultiDay& span);
   void AddSpecialDay(const WMSpecialDay& day);
 
@@ -65,7 +67,7 @@ class WMDataFile : public PWObject {
   bool Replace(std::uint32_t index, const WMMultiDay& span);
   bool Replace(std::uint32_t index, const WMSpecialDay& day);
 
-  // False for an index that is no record.
+  // False for an index that is no record. Its section keeps its entry.
   bool Remove(std::uint32_t index);
 
  private:

@@ -1,6 +1,7 @@
 #include "calendar/data_format.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -52,6 +53,40 @@ std::string KeyText(const Day& day) {
   return FormatLong(day.created) + '+' + FormatLong(static_cast<std::int32_t>(day.id));
 }
 
+struct DaysAndSpans {
+  std::vector<WMSpecialDay> days;
+  std::vector<WMMultiDay> spans;
+};
+
+// As a data file does that loads them.
+DaysAndSpans TakenIn(const std::vector<Record>& records) {
+  DaysAndSpans taken;
+  for (const Record& record : records) {
+    if (const auto* const day = std::get_if<WMSpecialDay>(&record)) {
+      taken.days.push_back(*day);
+    } else if (const auto& span = std::get<WMMultiDay>(record); IsInRange(span)) {
+      taken.spans.push_back(span);
+    }
+  }
+  return taken;
+}
+
+// What is misplaced may come back in part, and so in another order.
+std::vector<std::string> SortedBytes(const DaysAndSpans& records) {
+  std::vector<std::string> all;
+  all.reserve(records.days.size() + records.spans.size());
+  const auto add = [&](char kind, const auto& record) {
+    ByteWriter out;
+    out.U8(static_cast<std::uint8_t>(kind));
+    EncodeRecord(out, record, FormatVersion::k50);
+    all.push_back(out.Release());
+  };
+  for (const WMSpecialDay& day : records.days) add('d', day);
+  for (const WMMultiDay& span : records.spans) add('s', span);
+  std::sort(all.begin(), all.end());
+  return all;
+}
+
 // Reads the sections that the table names.
 class SectionReader {
  public:
@@ -65,16 +100,18 @@ class SectionReader {
 
  private:
   void ReadEntry(const WMDataSection& section, std::size_t entryOffset) {
-    if (section.tag == kFreeTag) return;
     const bool isKnown = section.tag == kSpecialDayTag || section.tag == kMultiDayTag;
-    if (!isKnown) {
+    if (isKnown && FindSection(file.table, section.tag) == &section) {
+      if (section.count > 0) ReadSection(section, entryOffset);
+      return;
+    }
+    if (isKnown) {
+      Report("one section of each kind, and this is another", entryOffset, section.count);
+    } else if (section.tag != kFreeTag) {
       Report("special days (0x32DB), multi-day spans (0x32DC) or a free entry (0)", entryOffset,
              section.count);
-    } else if (FindSection(file.table, section.tag) != &section) {
-      Report("one section of each kind, and this is another", entryOffset, section.count);
-    } else if (section.count > 0) {
-      ReadSection(section, entryOffset);
     }
+    position += section.bytes;  // of what isn't read no more is known
   }
 
   void ReadSection(const WMDataSection& section, std::size_t entryOffset) {
@@ -111,7 +148,7 @@ class SectionReader {
 
   std::string_view bytes;
   File& file;
-  std::size_t position = kFirstSection;  // where the section read last ends by the table
+  std::size_t position = kFirstSection;  // where the entry looked at last ends by the table
 };
 
 }  // namespace
@@ -303,6 +340,22 @@ std::string EncodeFile(const Header& header, const SectionTable& table, FormatVe
     if (section.tag == kMultiDayTag) writeOnce(hasMultiDays, multiDays);
   }
   return out.Release();
+}
+
+std::size_t LostAtSave(const File& file, FormatVersion version) {
+  const DaysAndSpans held = TakenIn(file.records);
+  Header header = file.header;
+  SetMagic(header, version);
+  SectionTable table = file.table;
+  PlaceSections(table, held.days.size(), held.spans.size());
+  const File saved = DecodeFile(EncodeFile(header, table, version, held.days, held.spans));
+
+  const auto before = SortedBytes(held);
+  const auto after = SortedBytes(TakenIn(saved.records));
+  std::vector<std::string> lost;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                      std::back_inserter(lost));
+  return lost.size();
 }
 
 std::string EncodeEmptyFile(FormatVersion version) {

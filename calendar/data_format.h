@@ -113,8 +113,9 @@ struct WMSpecialDay {
 //   0       4      created  as in a special day
 //   4       4      id
 //   8       4      stamp
-//   12  0   4      start    the first day, in seconds
-//   16  4   4      end      the last day
+//   12  0   4      start    the first day, in seconds since 1970 UTC: of an entry with times its
+//                           begin, of one without where its date begins in the working zone
+//   16  4   4      end      the last day, likewise
 //   20  8   1      flag     carried; 0 when new
 //   21  9   1      kind     carried; 5 when new
 //   22  10  49     subject
@@ -153,9 +154,10 @@ SectionTable NewTable();
 WMDataSection* FindSection(SectionTable& table, std::int16_t tag);
 
 // Puts in how many records each section has and where it stands. Counts and bytes are cut to 16
-// bits, and what is behind a section of more than `kMostRecords` stands elsewhere. In version 35,
-// whose records are shorter than the bytes that the entries say, so does what is behind the first
-// section; the organiser has it so.
+// bits, and what is behind a section of more than `kMostRecords` stands elsewhere. So does what is
+// behind an entry of an unknown kind or the second of a kind, whose bytes aren't written, and in
+// version 35, whose records are shorter than the bytes that the entries say, what is behind the
+// first section. The organiser has it so.
 void PlaceSections(SectionTable& table, std::size_t specialDays, std::size_t multiDays);
 
 // In version 50 any 71 bytes come back as they are. In version 35 a subject ends at its zero, that
@@ -210,6 +212,11 @@ File DecodeFile(std::string_view bytes);
 std::string EncodeFile(const Header& header, const SectionTable& table, FormatVersion version,
                        const std::vector<WMSpecialDay>& specialDays,
                        const std::vector<WMMultiDay>& multiDays);
+
+// How many of the records that are taken in from a file are lost when it is saved in that version:
+// they aren't there, as they were, when it is read again. They come on top of those that its damage
+// counts.
+std::size_t LostAtSave(const File& file, FormatVersion version);
 
 // A file that holds nothing.
 std::string EncodeEmptyFile(FormatVersion version);

@@ -1,18 +1,22 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "calendar/calendar_state.h"
 #include "calendar/data_file.h"
 #include "platform/testing/test_platform.h"
+#include "tests/support/data_file_records.h"
 
 // Reads anything as a data file. What loads is found by its ids, changed and removed; what is saved
-// is a file with all that was held.
+// is each record that was held, and loads again, but for what is misplaced by rule.
 namespace {
 
 namespace datafile = pw::datafile;
 using datafile::FormatVersion;
+using pw::test::RecordsByKind;
 
 constexpr const char* kPath = "C:\\DATA.WMW";
 constexpr std::uint32_t kLookedAt = 256;
@@ -39,27 +43,55 @@ void FindAll(WMDataFile& file) {
   }
 }
 
+WMMultiDay NewMultiDay() {
+  WMMultiDay span;
+  span.start = span.end = datafile::kFirstMoment;
+  return span;
+}
+
 void Change(WMDataFile& file) {
   const std::uint32_t count = std::min(file.Count(), kLookedAt);
   for (std::uint32_t i = count; i-- > 0;) {
-    const bool replaced = file.MultiDay(i) != nullptr ? file.Replace(i, WMMultiDay())
+    const bool replaced = file.MultiDay(i) != nullptr ? file.Replace(i, NewMultiDay())
                                                       : file.Replace(i, WMSpecialDay());
     Require(replaced);
     if (i % 2 == 0) Require(file.Remove(i));
   }
-  file.AddMultiDay(WMMultiDay());
+  file.AddMultiDay(NewMultiDay());
   file.AddSpecialDay(WMSpecialDay());
   FindAll(file);
 }
 
-// A save is as long as its records, unless the table had no entry for some.
-void CheckSaved(WMDataFile& file, const pw::MemoryFiles& files) {
+std::vector<std::string> Sorted(std::vector<std::string> records) {
+  std::sort(records.begin(), records.end());
+  return records;
+}
+
+std::size_t CountLost(const RecordsByKind& held, const RecordsByKind& again) {
+  std::vector<std::string> lost;
+  for (const auto& [tag, records] : held) {
+    const auto before = Sorted(records);
+    const auto after = Sorted(again.at(tag));
+    std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                        std::back_inserter(lost));
+  }
+  return lost.size();
+}
+
+// How many records are lost; none where the table says where all stand.
+std::size_t SaveAndLoadAgain(WMDataFile& file, const pw::MemoryFiles& files) {
   Require(file.Save(kPath));
   const std::string saved = files.Get(kPath).value();
-  const std::size_t records =
-      file.Count() * datafile::RecordSize(file.FileVersion()) + datafile::kFirstSection;
-  Require(saved.size() >= datafile::kFirstSection && saved.size() <= records);
-  Require(datafile::DecodeFile(saved).version.has_value());
+  const RecordsByKind held = pw::test::RecordsHeld(file);
+  const auto sections = pw::test::SectionsOf(held, datafile::DecodeFile(saved).table);
+  Require(saved.substr(datafile::kFirstSection) == sections.bytes);
+
+  WMDataFile again;
+  again.Load(kPath);
+  if (file.Count() > 0) Require(again.FileVersion() == file.FileVersion());
+  const RecordsByKind found = pw::test::RecordsHeld(again);
+  Require(!sections.arePlaced || found == held);
+  return CountLost(held, found);
 }
 
 }  // namespace
@@ -75,10 +107,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   WMDataFile file;
   file.Load(kPath);
   FindAll(file);
-  CheckSaved(file, platform.files);
+  const std::size_t lost = SaveAndLoadAgain(file, platform.files);
+  Require(lost == datafile::LostAtSave(datafile::DecodeFile(bytes), file.FileVersion()));
   file.SetFileVersion(FormatVersion::k50);
   FindAll(file);
   Change(file);
-  CheckSaved(file, platform.files);
+  SaveAndLoadAgain(file, platform.files);
   return 0;
 }

@@ -5,6 +5,7 @@
 #include "calendar/calendar_state.h"
 #include "platform/testing/test_platform.h"
 #include "tests/support/data_file_builder.h"
+#include "tests/support/data_file_records.h"
 
 namespace {
 
@@ -271,6 +272,37 @@ TEST_F(DataFileTest, SectionsOfNewRecords) {
   }
 }
 
+// An entry counts what is added at once, and what is removed only with a save that opens the file.
+TEST_F(DataFileTest, AnEntryIsKeptForWhatItCounts) {
+  const std::string span = DayKey(0, 0, 0) + SpanFields(917000000, 917000000) + DayText("span");
+  const std::string day = DayKey(0, 0, 0) + '\1' + std::string(9, '\0') + DayText("day");
+  const auto added = Load(DataFileBytes{.sections = {{kMultiDays}}}.Build());
+  added->AddMultiDay(NewMultiDay("span"));
+  added->AddSpecialDay(NewSpecialDay("day"));
+  const DataFileBytes both = {.sections = {{kMultiDays, {span}}, {kSpecialDays, {day}}}};
+  EXPECT_EQ(Saved(*added), both.Build());
+
+  const auto removed = Load(DataFileBytes{.sections = {{kMultiDays, {span}}}}.Build());
+  EXPECT_TRUE(removed->Remove(0));
+  removed->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*removed),
+            (DataFileBytes{.sections = {{kMultiDays}, {kSpecialDays, {day}}}}.Build()));
+
+  std::vector<pw::test::DataSectionBytes> full(10, {0x1234, {"?"}});
+  full[0] = {kMultiDays, {span}};
+  const auto unsaved = Load(DataFileBytes{.sections = full}.Build());
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_TRUE(unsaved->Remove(0));
+  {
+    const auto open = platform.files.Open(kPath, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
+    EXPECT_FALSE(unsaved->Save(kPath)) << "the file must be this one's alone";
+  }
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*unsaved).size(), 126U) << "no entry for special days";
+  unsaved->AddSpecialDay(NewSpecialDay("day"));
+  EXPECT_EQ(Saved(*unsaved).size(), 126U + 3 * 71) << "that of the spans";
+}
+
 TEST_F(DataFileTest, IndexFollowsEveryChange) {
   DataFileBytes sample = {.sections = {{kSpecialDays}, {kMultiDays}}};
   for (int i = 0; i < 4; ++i) {
@@ -304,8 +336,8 @@ TEST_F(DataFileTest, IndexFollowsEveryChange) {
   EXPECT_EQ(file->Count(), 7U);
 }
 
-// Whatever stands in a file: it loads, each record is found by its id, and what is saved loads
-// again.
+// Whatever stands in a file: it loads, each record is found by its id, and a save writes all that
+// is held. It loads again, where the table says truly where it stands.
 class DataFileDamageTest : public DataFileTest {
  protected:
   std::uint32_t Exercise(const std::string& bytes) {
@@ -316,12 +348,20 @@ class DataFileDamageTest : public DataFileTest {
       EXPECT_TRUE(found && *found <= i && file->IdText(*found) == file->IdText(i));
     }
     file->AddMultiDay(NewMultiDay("new"));
+    const auto held = pw::test::RecordsHeld(*file);
     const std::string saved = Saved(*file);
-    const datafile::File again = datafile::DecodeFile(saved);
-    EXPECT_EQ(again.version, file->FileVersion());
+    const auto sections = pw::test::SectionsOf(held, datafile::DecodeFile(saved).table);
+    EXPECT_EQ(saved.substr(126), sections.bytes);
     EXPECT_EQ(saved.size(), 126 + (count + 1) * datafile::RecordSize(file->FileVersion()));
+    const auto again = Load();
+    EXPECT_EQ(again->FileVersion(), file->FileVersion());
+    if (!sections.arePlaced) return count;
+    EXPECT_EQ(pw::test::RecordsHeld(*again), held);
+    ++loadedAgain;
     return count;
   }
+
+  std::size_t loadedAgain = 0;
 };
 
 TEST_F(DataFileDamageTest, CutAtEveryLength) {
@@ -334,6 +374,7 @@ TEST_F(DataFileDamageTest, CutAtEveryLength) {
       ASSERT_EQ(Exercise(whole.substr(0, length)), expected) << length;
     }
   }
+  EXPECT_EQ(loadedAgain, 126 + 3 * 71 + 1 + 126 + 59U) << "with two kinds in the old form it isn't";
 }
 
 TEST_F(DataFileDamageTest, EveryByteFlipped) {

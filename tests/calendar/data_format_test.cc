@@ -184,6 +184,7 @@ TEST(DataFormatTest, DamageIsFoundWhereItIs) {
       {"a short table", whole.substr(0, 125), 0, "a header and", 125, 0},
       {"a short section", whole.substr(0, whole.size() - 1), 2, "as many records", 268, 1},
       {"an unknown kind", with(36, "\xDD"), 2, "special days (0x32DB)", 36, 1},
+      {"one before a known one", with(26, "\xDD"), 1, "special days (0x32DB)", 26, 2},
       {"a kind twice", with(36, "\xDB"), 2, "one section", 36, 1},
       {"a section elsewhere", with(42, "\x0D").insert(268, "x"), 3, "a section that begins", 42, 0},
       {"too early", with(126 + 142 + 12, "\xFF\xA2"), 3, "a first and a last day", 280, 1},
@@ -198,6 +199,80 @@ TEST(DataFormatTest, DamageIsFoundWhereItIs) {
     EXPECT_EQ(file.damage[0].offset, c.offset) << c.what;
     EXPECT_EQ(file.damage[0].recordsLost, c.lost) << c.what;
   }
+}
+
+TEST(DataFormatTest, RecordsLostAtASave) {
+  const auto specials = [](std::size_t count, const std::string& key) {
+    std::vector<std::string> records;
+    for (std::size_t i = 0; i < count; ++i) {
+      records.push_back(key + kDate + DayText("day " + std::to_string(i)));
+    }
+    return records;
+  };
+  const std::string span35 = kSpan + DayText("span");
+  const std::string early = kKey + std::string(10, '\0') + DayText("early");
+  const std::vector<std::string> spans = {kKey + span35, early};  // the latter isn't taken in
+  const struct {
+    const char* what;
+    DataFileBytes file;
+    FormatVersion version;
+    std::size_t lost;
+  } cases[] = {
+      {"nothing at all", {}, k50, 0},
+      {"both kinds",
+       {.sections = {{kSpecialDays, specials(3, kKey)}, {kMultiDays, spans}}},
+       k50,
+       0},
+      {"both in the old form",
+       {.magic = "XQXDATA35",
+        .sections = {{kSpecialDays, specials(3, "")}, {kMultiDays, {span35, span35}}},
+        .offsetsBy71 = false},
+       k35,
+       2},
+      {"taken over into the new form",
+       {.magic = "XQXDATA35",
+        .sections = {{kSpecialDays, specials(3, "")}, {kMultiDays, {span35, span35}}},
+        .offsetsBy71 = false},
+       k50,
+       0},
+      {"one kind in the old form",
+       {.magic = "XQXDATA35", .sections = {{kSpecialDays, specials(3, "")}}},
+       k35,
+       0},
+      {"a full section",
+       {.sections = {{kSpecialDays, specials(923, kKey)}, {kMultiDays, spans}}},
+       k50,
+       0},
+      {"one too many",
+       {.sections = {{kSpecialDays, specials(924, kKey)}, {kMultiDays, spans}},
+        .offsetsBy71 = false},
+       k50,
+       1},
+      {"no other section behind them", {.sections = {{kSpecialDays, specials(924, kKey)}}}, k50, 0},
+      {"behind two of an unknown kind",
+       {.sections = {{0x1234, specials(2, kKey)}, {kSpecialDays, specials(3, kKey)}}},
+       k50,
+       2},
+      {"before them",
+       {.sections = {{kSpecialDays, specials(3, kKey)}, {0x1234, specials(2, kKey)}}},
+       k50,
+       0},
+      {"a key, which the old form has no room for",
+       {.sections = {{kMultiDays, {kKey + span35, std::string(12, '\0') + span35}}}},
+       k35,
+       1},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(datafile::LostAtSave(datafile::DecodeFile(c.file.Build()), c.version), c.lost)
+        << c.what;
+  }
+
+  datafile::File full;
+  for (WMDataSection& section : full.table) section.tag = 0x1234;
+  full.records = {FourthOfSomething(), Journey()};
+  EXPECT_EQ(datafile::LostAtSave(full, k50), 2U) << "no entry is free";
+  full.table[9].tag = kMultiDays;
+  EXPECT_EQ(datafile::LostAtSave(full, k50), 1U) << "but one";
 }
 
 // Ten entries that each claim as much as they can, over the same bytes.
