@@ -101,28 +101,22 @@ void RebuildExceptionList(WMRecurringItem& series) {
 void MarkMissingOccurrences(WMRecurringItem& series, std::vector<std::int32_t> dates) {
   std::sort(dates.begin(), dates.end());
   series.deletedDates.clear();
-  series.ForgetOccurrences();
   const pw::calendar::ZoneScope scope(series.zone);
-  const std::vector<std::int32_t>& expected = series.Occurrences();
+  const std::vector<std::int32_t> expected = series.Occurrences();
   const std::vector<bool> found = FindDates(expected, dates);
   std::vector<std::int32_t> missing;
   for (std::size_t k = 0; k < expected.size(); ++k) {
     if (!found[k]) missing.push_back(expected[k]);
   }
+  std::sort(missing.begin(), missing.end());
   series.deletedDates = std::move(missing);
-  series.ForgetOccurrences();
+  series.deletesMoments = true;
   RebuildExceptionList(series);
 }
 
 void ResetToRuleOccurrences(WMRecurringItem& series) {
   series.deletedDates.clear();
-  series.ForgetOccurrences();
   RebuildExceptionList(series);
-}
-
-void RecomputeForZone(WMRecurringItem& series, std::uint32_t zone) {
-  series.zone = static_cast<std::int32_t>(zone);
-  series.ForgetOccurrences();
 }
 
 class OlderFileLinker {
@@ -226,7 +220,7 @@ class OlderFileLinker {
   void GiveKey(std::size_t index, std::int32_t key, std::uint32_t zone) {
     series.SetKey(index, key);
     series.Item(index).linked = true;
-    RecomputeForZone(series.Item(index), zone);
+    series.Item(index).zone = static_cast<std::int32_t>(zone);
   }
 
   // The same once all keys have been counted.

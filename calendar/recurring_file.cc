@@ -17,9 +17,6 @@ constexpr std::string_view kIdPrefix = "Recurring:";
 constexpr std::int32_t kOlderOrganiser = 40;
 constexpr std::int32_t kLastYearOfStamp = 2020;
 
-// What is behind that is as if it weren't there. Far beyond what a person writes.
-constexpr std::uint64_t kLargestFile = 256 << 20;
-
 // The last write in seconds, or 0 for a year that isn't looked at.
 std::int32_t StampOf(pw::File& file) {
   constexpr std::int64_t kNanosecondsPerSecond = 1000000000;
@@ -54,19 +51,31 @@ bool WMRecurringFile::Load(const std::string& filePath) {
 bool WMRecurringFile::Read() {
   auto size = handle->Size();
   if (size == std::uint64_t{0} && WriteEmpty()) size = handle->Size();
+  if (size > recurring::kLargestFile) {
+    Refuse();
+    return false;
+  }
   if (!size || !handle->Seek(0)) return false;
-  const std::string bytes = handle->Read(std::min(*size, kLargestFile));
+  const std::string bytes = handle->Read(static_cast<std::size_t>(*size));
   const recurring::Frame frame = recurring::ReadFrame(bytes);
   if (!frame.hasHeader) return false;
   header = frame.header;
   version = frame.version;
   for (const recurring::StoredRecord& record : frame.records) {
-    Append(
-        std::make_unique<WMRecurringItem>(recurring::DecodeRecord(version, record.bytes).record));
+    auto item =
+        std::make_unique<WMRecurringItem>(recurring::DecodeRecord(version, record.bytes).record);
+    item->linked = version == FormatVersion::k50;
+    Append(std::move(item));
   }
   if (!frame.hasAllRecords) return false;
   fileStamp = StampOf(*handle);
   return true;
+}
+
+// Without a path nothing is written over it.
+void WMRecurringFile::Refuse() {
+  handle.reset();
+  path.clear();
 }
 
 bool WMRecurringFile::WriteEmpty() {
@@ -76,6 +85,7 @@ bool WMRecurringFile::WriteEmpty() {
 }
 
 void WMRecurringFile::Save() {
+  if (path.empty()) return;
   // Nothing but the disk can fail once the file is cut.
   const std::string body = recurring::EncodeBody(version, Records());
   recurring::SetMagic(header, version);

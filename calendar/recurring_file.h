@@ -23,13 +23,14 @@ class WMRecurringFile {
  public:
   WMRecurringFile();
 
-  // What `Save` makes where nothing was loaded.
+  // What `Save` makes where nothing was loaded. Without a path it does nothing.
   void SetPath(const std::string& filePath) { path = filePath; }
 
   // Opens the file, for reading and writing, or makes an empty one of the version that the
   // calendar's files are made in, and reads all of it; instead of what was there before. Keeps it
   // open. False if it can't be opened or has no whole header, which leaves no series, and for a
-  // record that can't be read, which ends them. True for a cut index, which leaves none either.
+  // record that can't be read, which ends them. True for a cut index, which leaves none either. A
+  // file above `kLargestFile` isn't read: false, no series, and no path, so that it stays as it is.
   bool Load(const std::string& filePath);
 
   // Rewrites the file in its version, and makes it if it wasn't open. Says nothing of a failure: a
@@ -69,6 +70,7 @@ class WMRecurringFile {
 
  private:
   bool Read();
+  void Refuse();
   bool WriteEmpty();
   void Drop();
   std::vector<const pw::recurring::Record*> Records() const;

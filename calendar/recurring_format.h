@@ -37,6 +37,9 @@ struct WMRecurringException {
 //   28 + 8n             records, in the order of the index, without gaps
 namespace pw::recurring {
 
+// A larger file is not read, and not written over. Far beyond what a person writes.
+inline constexpr std::uint64_t kLargestFile = 256 << 20;
+
 // Of the records in a file.
 enum class FormatVersion : std::int32_t { k30 = 30, k50 = 50 };
 

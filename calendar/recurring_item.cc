@@ -6,35 +6,40 @@
 #include "calendar/rule_expansion.h"
 #include "calendar/zone_scope.h"
 
-WMRecurringItem::WMRecurringItem(pw::recurring::Record record) : Record(std::move(record)) {
-  deletedDates.reserve(exceptions.size());
-  for (const WMRecurringException& exception : exceptions) FileDeletedDate(exception.date);
+namespace {
+
+// The moments ascend.
+void TakeOutMoments(std::vector<std::int32_t>& occurrences,
+                    const std::vector<std::int32_t>& moments) {
+  std::erase_if(occurrences, [&](std::int32_t occurrence) {
+    return std::binary_search(moments.begin(), moments.end(), occurrence);
+  });
 }
 
-std::vector<std::int32_t>& WMRecurringItem::Occurrences() {
-  if (isExpanded) return occurrences;
+}  // namespace
+
+WMRecurringItem::WMRecurringItem(pw::recurring::Record record) : Record(std::move(record)) {
+  deletedDates.reserve(exceptions.size());
+  for (const WMRecurringException& exception : exceptions) AddDeletedDate(exception.date);
+}
+
+std::vector<std::int32_t> WMRecurringItem::Occurrences() const {
   const pw::calendar::ZoneScope scope(zone);
+  std::vector<std::int32_t> occurrences;
   ExpandRule(rule, occurrences);
-  pw::calendar::TakeOutDates(occurrences, deletedDates);
-  isExpanded = true;
+  if (deletesMoments) {
+    TakeOutMoments(occurrences, deletedDates);
+  } else {
+    pw::calendar::TakeOutDates(occurrences, deletedDates);
+  }
   return occurrences;
 }
 
-void WMRecurringItem::ForgetOccurrences() {
-  occurrences = std::vector<std::int32_t>();
-  isExpanded = false;
-}
-
 void WMRecurringItem::AddDeletedDate(std::int32_t date) {
-  FileDeletedDate(date);
-  if (isExpanded) pw::calendar::TakeOutDates(occurrences, {date});
-}
-
-// Behind the last earlier one. A date twice is there twice, but for the first of all.
-void WMRecurringItem::FileDeletedDate(std::int32_t date) {
   const auto at = std::lower_bound(deletedDates.begin(), deletedDates.end(), date);
   const bool isFirst = at == deletedDates.begin() && at != deletedDates.end() && *at == date;
   if (!isFirst) deletedDates.insert(at, date);
+  deletesMoments = false;
 }
 
 void AddDeletedDate(WMRecurringItem& item, std::int32_t date) {

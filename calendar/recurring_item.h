@@ -14,26 +14,21 @@ class WMRecurringItem : public pw::recurring::Record {
   explicit WMRecurringItem(pw::recurring::Record record);
 
   // The moments of its occurrences: those that the rule gives by the clocks of its zone, without
-  // the deleted dates. They are worked out when first asked for, and held until they are forgotten.
-  // A zone without a city, 0 among them, is the home zone; the working zone is the same afterwards.
-  std::vector<std::int32_t>& Occurrences();
+  // the deleted dates. They are worked out at each call, as those of all series of a file may take
+  // much more room than the file. A zone without a city, 0 among them, is the home zone; the
+  // working zone is the same afterwards.
+  std::vector<std::int32_t> Occurrences() const;
 
-  // To be called when rule or zone have changed, and when the dates are of no more use: those of
-  // all series of a file may take much more room than the file.
-  void ForgetOccurrences();
-
-  // Files a date, and takes the occurrence of the same local date out. The working zone must be the
-  // item's.
+  // Files a date: the occurrence of the same local date is deleted. Behind the last earlier one; a
+  // date twice is there twice, but for the first of all. All deleted dates are days from then on.
   void AddDeletedDate(std::int32_t date);
 
   std::vector<std::int32_t> deletedDates;  // ascending
-  bool linked = false;                     // `key` is settled
+  bool linked = false;                     // `key` is settled, as it is where the file has keys
 
- private:
-  void FileDeletedDate(std::int32_t date);
-
-  std::vector<std::int32_t> occurrences;
-  bool isExpanded = false;
+  // Each deleted date is the very moment of an occurrence, and takes out that one alone. Otherwise
+  // they are looked for as the organiser does, which in a list that doesn't ascend misses some.
+  bool deletesMoments = false;
 };
 
 void AddDeletedDate(WMRecurringItem& item, std::int32_t date);

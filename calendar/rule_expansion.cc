@@ -74,7 +74,8 @@ bool ExpandWeekly(const WMRecurrenceRule& rule, std::vector<std::int32_t>& out) 
     for (std::int32_t i = 0; i < kDaysPerWeek; ++i) {
       if (!HasBit(rule.weekdayMask, (firstWeekday + i) % kDaysPerWeek)) continue;
       const std::int32_t day = DaysOn(local, i);
-      if (IsOnOrAfter(day, rule.firstDay) && IsOnOrBefore(day, rule.lastDay)) out.push_back(day);
+      // A day behind the last one of 32 bits has gone back.
+      if (IsOnOrAfter(day, cur) && IsOnOrBefore(day, rule.lastDay)) out.push_back(day);
     }
     const std::int32_t next = DaysOn(local, rule.interval * kDaysPerWeek);
     if (next <= cur) break;
@@ -87,19 +88,19 @@ bool ExpandWeekly(const WMRecurrenceRule& rule, std::vector<std::int32_t>& out) 
 struct Month {
   std::int32_t first;  // its first day
   WMBrokenTime clocks;
-  std::int32_t last;   // its last day
-  std::int32_t limit;  // the last moment in it that an occurrence may have
+  std::int32_t last;  // its last day
+  std::int32_t from;  // the moments in it that an occurrence may have
+  std::int32_t limit;
 };
 
 Month MonthFrom(std::int32_t first, const WMRecurrenceRule& rule) {
   const WMBrokenTime clocks = SecondsToLocal(first);
   const std::int32_t last = AddDays(FirstOfMonth(MonthsOn(clocks, 1)), -1);
-  return {first, clocks, last, std::min(last, rule.lastDay)};
+  return {first, clocks, last, std::max(first, rule.firstDay), std::min(last, rule.lastDay)};
 }
 
-void AppendWithin(const Month& month, const WMRecurrenceRule& rule, std::int32_t day,
-                  std::vector<std::int32_t>& out) {
-  if (day >= rule.firstDay && day <= month.limit) out.push_back(day);
+void AppendWithin(const Month& month, std::int32_t day, std::vector<std::int32_t>& out) {
+  if (day >= month.from && day <= month.limit) out.push_back(day);
 }
 
 // The number of the day that may be the month's last, which is the last whatever its number is. Two
@@ -120,7 +121,7 @@ void AppendByDate(const Month& month, const WMRecurrenceRule& rule,
     if (!isNamed && n != lastNumber) continue;
     const std::int32_t day = DaysOn(month.clocks, n - 1);
     // A day that the month hasn't got is one of the next month's, behind the limit.
-    if (isNamed || day == month.last) AppendWithin(month, rule, day, out);
+    if (isNamed || day == month.last) AppendWithin(month, day, out);
   }
 }
 
@@ -137,7 +138,7 @@ void AppendByWeekday(const Month& month, const WMRecurrenceRule& rule, std::int3
     if (HasBit(rule.weekMask, kFourth)) return;
     day = DaysOn(first, kFourth * kDaysPerWeek);
   }
-  AppendWithin(month, rule, day, out);
+  AppendWithin(month, day, out);
 }
 
 void AppendByWeekdays(const Month& month, const WMRecurrenceRule& rule,

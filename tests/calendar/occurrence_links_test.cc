@@ -135,6 +135,19 @@ TEST_F(LinksTest, MissingDatesAreFoundBetweenStrangeOnes) {
   EXPECT_EQ(Days(0), (Dates{3, 7}));
 }
 
+// Saturdays and Sundays of the first two weeks: the organiser's walk would stop at the Sunday.
+TEST_F(LinksTest, MissingDatesAreTakenOutOfAListThatDoesNotAscend) {
+  AddSeries("tea", 1, 31);
+  WMRecurrenceRule& rule = series.Item(0).rule;
+  rule.patternKind = calendar::kMonthlyByWeekday;
+  rule.weekMask = 0x03;
+  rule.weekdayMask = 0x41;  // 2, 1, 9, 8
+  AddItems("tea", {2}, 500);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(Deleted(0), (Dates{1, 8, 9}));
+  EXPECT_EQ(Days(0), Dates{2});
+}
+
 TEST_F(LinksTest, TextsTimesAndTheRangeMustFit) {
   AddSeries("tea", 2, 2);
   AddItems("tea", {1, 4}, 500);

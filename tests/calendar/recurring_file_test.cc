@@ -152,6 +152,60 @@ TEST_F(RecurringFileTest, AFailedOpenLeavesNoSeriesAndTheFile) {
   EXPECT_EQ(Saved().size(), 28U + 8 + 68) << "which a later save makes anew";
 }
 
+TEST_F(RecurringFileTest, AFileThatIsTooLargeStaysAsItIs) {
+  class Huge : public pw::FileWrapper {
+   public:
+    using FileWrapper::FileWrapper;
+    std::optional<std::uint64_t> Size() override { return pw::recurring::kLargestFile + 1; }
+  };
+  class HugeFiles : public pw::FilesWrapper {
+   public:
+    using FilesWrapper::FilesWrapper;
+    std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
+                                   pw::Sharing sharing) override {
+      return std::make_unique<Huge>(FilesWrapper::Open(path, mode, sharing));
+    }
+  };
+  const std::string bytes = pw::test::SomeSeries(true).Build();
+  platform.files.Put(kPath, bytes);
+  HugeFiles huge(platform.files);
+  pw::Platform services = platform.Services();
+  services.files = &huge;
+  const pw::Platform before = pw::SetPlatform(services);
+  WMRecurringFile file;
+  EXPECT_FALSE(file.Load(kPath));
+  EXPECT_EQ(file.Count(), 0U);
+  file.Append(SeriesOf(5));
+  file.Save();
+  EXPECT_EQ(Saved(), bytes);
+  pw::SetPlatform(before);
+  EXPECT_TRUE(file.Load(kPath));
+  EXPECT_EQ(file.Count(), 4U);
+}
+
+TEST_F(RecurringFileTest, ALoadIsInsteadOfTheOneBefore) {
+  constexpr const char* kOther = "C:\\Data\\Other.WMW";
+  const std::string first = pw::test::SomeSeries(true).Build();
+  RecurringFileBytes second = pw::test::SomeSeries(false);
+  second.records.pop_back();
+  platform.files.Put(kPath, first);
+  platform.files.Put(kOther, second.Build());
+  WMRecurringFile file;
+  ASSERT_TRUE(file.Load(kPath));
+  EXPECT_TRUE(file.FindByKey(-7));
+  EXPECT_TRUE(file.Item(3).linked) << "its key is in the file";
+  ASSERT_TRUE(file.Load(kOther));
+  EXPECT_EQ(file.Version(), pw::recurring::FormatVersion::k30);
+  EXPECT_EQ(file.Count(), 3U);
+  EXPECT_FALSE(file.FindByKey(-7));
+  EXPECT_FALSE(file.Item(0).linked);
+  file.Remove(0);
+  file.Save();
+  second.records.erase(second.records.begin());
+  EXPECT_EQ(platform.files.Get(kOther), second.Build());
+  EXPECT_EQ(Saved(), first);
+}
+
 TEST_F(RecurringFileTest, AHeaderThatIsNotWrittenDropsAll) {
   for (const std::uint64_t written : {27, 28}) {
     platform.files.Put(kPath, pw::test::SomeSeries(true).Build());
@@ -187,6 +241,14 @@ TEST_F(RecurringFileTest, StampsAreTheSeriesOwnOrThatOfTheFile) {
     ASSERT_TRUE(file.Load(kPath));
     EXPECT_EQ(file.Stamp(0), each.stamp) << each.written;
   }
+  // A record that is cut ends the load before it looks.
+  std::string cut = pw::test::SomeSeries(false).Build();
+  cut.pop_back();
+  platform.files.Put(kPath, cut);
+  platform.files.SetLastWrite(kPath, 900000000 * kSecond);
+  WMRecurringFile file;
+  ASSERT_FALSE(file.Load(kPath));
+  EXPECT_EQ(file.Stamp(0), 0);
 }
 
 TEST_F(RecurringFileTest, IdsAreTheKeysAndTheFirstOfSeveralIsFound) {

@@ -87,7 +87,11 @@ TEST(RecurringFormatTest, AWholeRecordIsWrittenAsItWasRead) {
   }
   SeriesBytes sized{.subject = "five.", .notes = "seven.."};
   sized.exceptions.resize(3);
-  EXPECT_EQ(sized.Build50().size(), 140U) << "68 + 60 + 12, of the builder itself";
+  const std::string bytes = sized.Build50();
+  ASSERT_EQ(bytes.size(), 140U) << "68 + 60 + 12, of the builder itself";
+  const Record record = DecodeRecord(FormatVersion::k50, bytes).record;
+  EXPECT_EQ(recurring::RecordSize(FormatVersion::k50, record), 140U);
+  EXPECT_EQ(Encode(FormatVersion::k50, record), bytes);
 }
 
 // The times of the first day are the organiser's to compute, and four bytes at the end anybody's.
@@ -96,6 +100,9 @@ TEST(RecurringFormatTest, WhatIsNotTrustedIsComputedAndANewRecordHasZeros) {
   std::string distrusted = bytes;
   distrusted.replace(8, 8, 8, '\xEE');
   EXPECT_EQ(Encode(FormatVersion::k50, DecodeRecord(FormatVersion::k50, distrusted).record), bytes);
+  // Nine o'clock and 37 seconds.
+  const std::string odd = SeriesBytes{.firstDay = 888829237}.Build50();
+  EXPECT_EQ(DecodeRecord(FormatVersion::k50, odd).record.firstStart, 888830100);
 
   const std::string empty = LittleEndian()
                                 .Put(std::string(24, '\0'))
@@ -268,22 +275,29 @@ TEST(RecurringFormatTest, RecordsThatOverlapEndTheFile) {
 }
 
 TEST(RecurringFormatTest, ARecordThatIsTooLongIsZerosAndTheNextOnesAreSound) {
-  Record first, wrapping, last;
-  first.detail.subject = "first";
-  wrapping.detail.notes = std::string(65536 - 68 + 10, 'n');
-  last.detail.subject = "last";
-  Record longest;
-  longest.detail.notes = std::string(65535 - 68, 'n');
-  const std::vector<const Record*> records = {&first, &wrapping, &last, &longest};
-  const std::string file =
-      RecurringFileBytes{.count = 4}.Build() + recurring::EncodeBody(FormatVersion::k50, records);
-  const Frame frame = recurring::ReadFrame(file);
-  ASSERT_EQ(frame.records.size(), 4U);
-  EXPECT_TRUE(frame.damages.empty());
-  EXPECT_EQ(frame.records[1].bytes, std::string(10, '\0'));
-  EXPECT_EQ(frame.records[2].bytes, Encode(FormatVersion::k50, last));
-  EXPECT_EQ(frame.records[3].bytes.size(), 65535U);
-  EXPECT_EQ(file.size(), 28U + 4 * 8 + 73 + 10 + 72 + 65535);
+  const struct {
+    FormatVersion version;
+    const char* magic;
+    std::size_t fixed;
+  } cases[] = {{FormatVersion::k50, "WMWREC50", 68}, {FormatVersion::k30, "XQXREC30", 32}};
+  for (const auto& each : cases) {
+    Record first, wrapping, last;
+    first.detail.subject = "first";
+    wrapping.detail.notes = std::string(65536 - each.fixed + 10, 'n');
+    last.detail.subject = "last";
+    Record longest;
+    longest.detail.notes = std::string(65535 - each.fixed, 'n');
+    const std::vector<const Record*> records = {&first, &wrapping, &last, &longest};
+    const std::string file = RecurringFileBytes{.magic = each.magic, .count = 4}.Build() +
+                             recurring::EncodeBody(each.version, records);
+    const Frame frame = recurring::ReadFrame(file);
+    ASSERT_EQ(frame.records.size(), 4U);
+    EXPECT_TRUE(frame.damages.empty());
+    EXPECT_EQ(frame.records[1].bytes, std::string(10, '\0'));
+    EXPECT_EQ(frame.records[2].bytes, Encode(each.version, last));
+    EXPECT_EQ(frame.records[3].bytes.size(), 65535U);
+    EXPECT_EQ(file.size(), 28U + 4 * 8 + (each.fixed + 5) + 10 + (each.fixed + 4) + 65535);
+  }
 }
 
 }  // namespace

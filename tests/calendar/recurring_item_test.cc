@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/process_wide.h"
+#include "calendar/zone_scope.h"
 #include "tests/support/zone_files.h"
 #include "timeplace/zones.h"
 
@@ -9,7 +11,7 @@ namespace {
 
 using Dates = std::vector<std::int32_t>;
 
-constexpr std::int32_t kNewYork = 1, kSydney = 2, kLima = 6, kNoCity = 9;
+constexpr std::int32_t kNewYork = 1, kSydney = 2, kIndia = 4, kLima = 6, kNoCity = 9;
 
 // A week of days at nine in the morning of Lima, without daylight time, by default.
 class RecurringItemTest : public testing::Test {
@@ -54,11 +56,24 @@ TEST_F(RecurringItemTest, OccurrencesAreTheRulesWithoutItsExceptions) {
 
   AddDeletedDate(item, kMonday + 6 * kSecondsPerDay);
   EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5}));
-  item.ForgetOccurrences();
-  EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5}));
   item.rule.interval = 3;
-  item.ForgetOccurrences();
   EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 3}));
+}
+
+// The first weekend of May 1998, of which the rule gives the Sunday first.
+TEST_F(RecurringItemTest, ADeletedMomentIsFoundInAListThatDoesNotAscend) {
+  constexpr std::int32_t kSaturday = kMonday + 61 * kSecondsPerDay;
+  WMRecurringItem item(Week(0, kSaturday));
+  item.rule.patternKind = pw::calendar::kMonthlyByWeekday;
+  item.rule.weekMask = 1;
+  item.rule.weekdayMask = 0x41;
+  ASSERT_EQ(item.Occurrences(), Days(kSaturday, {1, 0}));
+  item.deletedDates = {kSaturday};
+  EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1, 0})) << "as the organiser looks for a date";
+  item.deletesMoments = true;
+  EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1}));
+  item.AddDeletedDate(kSaturday + 1);
+  EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1, 0})) << "no moment of the rule's";
 }
 
 TEST_F(RecurringItemTest, DeletedDatesAreFiledBehindTheLastEarlierOne) {
@@ -89,6 +104,44 @@ TEST_F(RecurringItemTest, TheDatesAreThoseOfItsOwnZone) {
     EXPECT_EQ(WorkingZoneId(), each.working);
     SwitchZone(0, false);
   }
+}
+
+// Before midnight in Sydney it is the morning in New York, on the date of the next occurrence.
+TEST_F(RecurringItemTest, DatesAreTakenOutByTheClocksOfItsOwnZone) {
+  ASSERT_TRUE(SwitchZone(kSydney, false));
+  const std::int32_t nine = LocalStampToSeconds({1998, 6, 1, 9, 0, 0});
+  auto record = Week(kSydney, nine);
+  record.exceptions.resize(2);
+  record.exceptions[0].date = LocalStampToSeconds({1998, 6, 3, 23, 30, 0});
+  record.exceptions[1].date = LocalStampToSeconds({1998, 6, 6, 0, 10, 0});
+  ASSERT_TRUE(SwitchZone(kNewYork, false));
+  const WMRecurringItem item(record);
+  EXPECT_EQ(item.Occurrences(), Days(nine, {0, 1, 3, 4, 6}));
+  EXPECT_EQ(WorkingZoneId(), kNewYork);
+}
+
+// Other clocks with the home city's number, before it, and others with India's, behind it.
+TEST_F(RecurringItemTest, OfCitiesWithOneNumberTheHomeCityOrTheFirstCounts) {
+  auto cities = pw::test::SomeCities();
+  cities.insert(cities.begin(), pw::test::City("Aarhus", "Denmark", kLima, 100));
+  cities.push_back(pw::test::City("Zurich", "Switzerland", kIndia, 100));
+  pw::test::PutZoneFiles(platform, cities, "Lima");
+  pw::ResetProcessWideState();
+  ASSERT_TRUE(LoadHomeZone());
+  const std::int32_t noon = LocalStampToSeconds({1998, 6, 1, 12, 0, 0});
+  const auto hourIn = [&](std::int32_t zone) {
+    const pw::calendar::ZoneScope scope(zone);
+    return SecondsToLocal(noon).hour;
+  };
+  for (const std::int32_t working : {kLima, kSydney, kIndia}) {
+    const pw::calendar::ZoneScope scope(working);
+    const std::int32_t here = SecondsToLocal(noon).hour;
+    EXPECT_EQ(hourIn(kLima), 12) << working;
+    EXPECT_EQ(hourIn(kIndia), 22) << working << ": half past, by Calcutta's clocks";
+    EXPECT_EQ(hourIn(kNoCity), 12) << working;
+    EXPECT_EQ(SecondsToLocal(noon).hour, here) << working;
+  }
+  EXPECT_EQ(SecondsToLocal(noon).hour, 12);
 }
 
 }  // namespace

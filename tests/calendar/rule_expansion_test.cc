@@ -204,7 +204,14 @@ TEST_F(RuleExpansionTest, NoRuleGoesOnBehindTheLastMoment) {
         EXPECT_LE(dates.size(), 80U) << kind;
         EXPECT_GE(*std::min_element(dates.begin(), dates.end()), rule.firstDay) << kind;
         rule.firstDay = kLeast;
-        EXPECT_LE(Expand(rule).size(), 60000U) << kind;
+        const Dates all = Expand(rule);
+        EXPECT_LE(all.size(), 60000U) << kind;
+        // Weekdays of a month come week by week.
+        const std::int64_t mostBack = kind == kByWeekday ? 31 * kSecondsPerDay : 0;
+        const auto hasGoneBack = [&](std::int64_t date, std::int64_t before) {
+          return before - date > mostBack;
+        };
+        EXPECT_TRUE(std::is_sorted(all.begin(), all.end(), hasGoneBack)) << city << kind;
       }
     }
   }
@@ -246,6 +253,18 @@ TEST_F(RuleExpansionTest, FromTheHourThatIsSkippedADailySeriesGoesOnLater) {
   rule.firstDay = Local(1998, 4, 4, 2);
   rule.lastDay = Local(1998, 4, 6);
   EXPECT_EQ(Shown(Expand(rule)), "4-4 2:30 4-5 3:30 4-6 2:30 ");
+}
+
+// On the first of April there is no half past two, so that the last day of March, counted back from
+// it, isn't the thirty-first as counted on from the first of March.
+TEST_F(RuleExpansionTest, TheLastDayOfAMonthIsTheOneBeforeTheNext) {
+  LiveIn("Nowhere");
+  WMRecurrenceRule rule = Rule(kByDate, 1, 0, kLast, 0);
+  rule.firstDay = Local(1998, 2, 1, 2);
+  rule.lastDay = Local(1998, 4, 30);
+  EXPECT_EQ(Shown(Expand(rule)), "2-28 2:30 4-30 3:30 ");
+  rule.dayMask = kLast | 1U << 30;
+  EXPECT_EQ(Shown(Expand(rule)), "2-28 2:30 3-31 2:30 4-30 3:30 ");
 }
 
 TEST_F(RuleExpansionTest, LocalDaysAndMonths) {
