@@ -42,6 +42,13 @@ Times TimesOf(const WMEventDetail& detail) {
   return {detail.StartHour(), detail.StartMinute(), detail.EndHour(), detail.EndMinute()};
 }
 
+// Whether the item's date may be within the series' range, whatever the zone. Saves the conversions
+// where many series have the same texts.
+bool IsNear(const WMRecurringItem& series, const WMEventItem& item) {
+  return item.Start() >= std::int64_t{series.rule.firstDay} - kSecondsPerDay &&
+         item.Start() <= std::int64_t{series.rule.lastDay} + kSecondsPerDay;
+}
+
 bool InstanceMatchesItem(const WMRecurringItem& series, const WMEventItem& item) {
   if (series.detail.subject != item.Subject() || series.detail.notes != item.Notes()) return false;
   const pw::calendar::ZoneScope scope(static_cast<std::int32_t>(item.Zone()));
@@ -58,65 +65,10 @@ Content ContentOf(const WMRecurringItem& item) {
           item.modified,        item.rule.firstDay,   item.rule.lastDay};
 }
 
-// Which of the rule's dates has an occurrence; both lists by ascending dates.
-std::vector<bool> FindDates(const std::vector<std::int32_t>& expected,
-                            const std::vector<std::int32_t>& dates) {
-  std::vector<bool> found(expected.size(), false);
-  std::size_t next = 0;
-  for (std::size_t k = 0; k < expected.size() && next < dates.size(); ++k) {
-    const auto isBefore = [&](std::int32_t date, std::int32_t wanted) {
-      return CompareLocalDates(date, wanted) < 0;
-    };
-    const std::int32_t order = CompareLocalDates(dates[next], expected[k]);
-    if (order == 0) {
-      found[k] = true;
-      ++next;
-    } else if (order < 0) {
-      // An occurrence on a day that the rule doesn't know: look behind it.
-      const auto from = dates.begin() + static_cast<std::ptrdiff_t>(next);
-      const auto later = std::lower_bound(from + 1, dates.end(), expected[k], isBefore);
-      if (later == dates.end()) {
-        ++next;
-      } else {
-        found[k] = CompareLocalDates(*later, expected[k]) == 0;
-        next = static_cast<std::size_t>(later - dates.begin());
-      }
-    }
-  }
-  return found;
-}
-
-void RebuildExceptionList(WMRecurringItem& series) {
-  series.exceptions.clear();
-  series.exceptions.reserve(series.deletedDates.size());
-  for (const std::int32_t date : series.deletedDates) {
-    WMRecurringException exception;
-    exception.deleted = true;
-    exception.date = date;
-    series.exceptions.push_back(exception);
-  }
-}
-
 // What the rule gives and has no item counts as deleted.
-void MarkMissingOccurrences(WMRecurringItem& series, std::vector<std::int32_t> dates) {
-  std::sort(dates.begin(), dates.end());
-  series.deletedDates.clear();
-  const pw::calendar::ZoneScope scope(series.zone);
-  const std::vector<std::int32_t> expected = series.Occurrences();
-  const std::vector<bool> found = FindDates(expected, dates);
-  std::vector<std::int32_t> missing;
-  for (std::size_t k = 0; k < expected.size(); ++k) {
-    if (!found[k]) missing.push_back(expected[k]);
-  }
-  std::sort(missing.begin(), missing.end());
-  series.deletedDates = std::move(missing);
-  series.deletesMoments = true;
-  RebuildExceptionList(series);
-}
-
-void ResetToRuleOccurrences(WMRecurringItem& series) {
-  series.deletedDates.clear();
-  RebuildExceptionList(series);
+void MarkMissingOccurrences(WMRecurringItem& series, std::vector<std::int32_t> starts) {
+  std::sort(starts.begin(), starts.end());
+  series.LinkByStarts(std::move(starts));
 }
 
 class OlderFileLinker {
@@ -147,25 +99,21 @@ class OlderFileLinker {
     }
   }
 
-  // Keys whose first items look alike and that are few seconds apart become one, as do all that are
-  // linked by others so.
+  // Keys whose first items look alike and that are few seconds apart become the first one of them,
+  // as do all that are linked by others so. No series of an older file has a key that would come
+  // before it.
   void MergeLookalikeIds() {
     const std::vector<std::size_t> heads = GroupLookalikes();
-    std::vector<std::int32_t> headKeys = ids;
     std::unordered_map<std::int32_t, std::size_t> places;
     for (std::size_t i = 0; i < ids.size(); ++i) places.emplace(ids[i], i);
-    for (std::size_t i = 0; i < series.Count(); ++i) {
-      const auto known = places.find(series.Key(i));
-      if (known != places.end()) headKeys[heads[known->second]] = known->first;
-    }
     for (std::size_t i = 0; i < occurrences.Count(); ++i) {
       const std::size_t place = places.at(occurrences.Item(i).Created());
-      occurrences.SetCreated(i, headKeys[heads[place]]);
+      if (heads[place] != place) occurrences.SetCreated(i, ids[heads[place]]);
     }
     std::size_t kept = 0;
     for (std::size_t i = 0; i < ids.size(); ++i) {
       if (heads[i] != i) continue;
-      ids[kept] = headKeys[i];
+      ids[kept] = ids[i];
       firsts[kept++] = firsts[i];
     }
     ids.resize(kept);
@@ -246,7 +194,8 @@ class OlderFileLinker {
       const auto found = FindItemOfInstance(item);
       if (!found) continue;
       if (!series.Item(*found).linked) {
-        const bool isTaken = taken.count(item.Created()) > 0;
+        // No item takes the key 0.
+        const bool isTaken = item.Created() == 0 || taken.count(item.Created()) > 0;
         GiveKey(*found, isTaken ? NewLinkId() : item.Created(), item.Zone());
         taken.insert(series.Key(*found));
       }
@@ -269,7 +218,9 @@ class OlderFileLinker {
     const auto alike = seriesByTexts.find({item.Subject(), item.Notes()});
     if (alike == seriesByTexts.end()) return std::nullopt;
     for (const std::size_t index : alike->second) {
-      if (InstanceMatchesItem(series.Item(index), item)) return index;
+      if (IsNear(series.Item(index), item) && InstanceMatchesItem(series.Item(index), item)) {
+        return index;
+      }
     }
     return std::nullopt;
   }
@@ -277,16 +228,16 @@ class OlderFileLinker {
   void ReconcileOccurrences() {
     std::vector<std::vector<std::int32_t>> dates = CollectDates();
     for (std::size_t i = 0; i < series.Count(); ++i) {
-      if (!dates[i].empty()) MarkMissingOccurrences(series.Item(i), dates[i]);
+      if (!dates[i].empty()) MarkMissingOccurrences(series.Item(i), std::move(dates[i]));
     }
     for (std::size_t i = 0; i < series.Count(); ++i) CountContent(i, 1);
     for (std::size_t i = 0; i < series.Count(); ++i) {
       if (series.Item(i).linked) continue;
       if (AdoptUnlinkedInstances(i, dates[i])) {
-        MarkMissingOccurrences(series.Item(i), dates[i]);
+        MarkMissingOccurrences(series.Item(i), std::move(dates[i]));
         continue;
       }
-      ResetToRuleOccurrences(series.Item(i));
+      // It keeps all dates of its rule.
       GiveKey(i, NextSeriesKey());
     }
   }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "calendar/recurring_format.h"
@@ -19,16 +21,33 @@ class WMRecurringItem : public pw::recurring::Record {
   // working zone is the same afterwards.
   std::vector<std::int32_t> Occurrences() const;
 
+  // The dates that the rule gives and the series lacks, ascending unless the rule's own dates
+  // don't; and an exception for each, with those that were changed. Of a series that was linked by
+  // its occurrences they are worked out at each call too, as they may take much more room than its
+  // file.
+  std::vector<std::int32_t> DeletedDates() const;
+  std::vector<WMRecurringException> Exceptions() const;
+
   // Files a date: the occurrence of the same local date is deleted. Behind the last earlier one; a
-  // date twice is there twice, but for the first of all. All deleted dates are days from then on.
+  // date twice is there twice, but for the first of all. Not for a series linked by its
+  // occurrences.
   void AddDeletedDate(std::int32_t date);
 
-  std::vector<std::int32_t> deletedDates;  // ascending
-  bool linked = false;                     // `key` is settled, as it is where the file has keys
+  // Makes all dates deleted that the rule gives and that are none of these starts, which ascend.
+  void LinkByStarts(std::vector<std::int32_t> starts) { foundStarts = std::move(starts); }
 
-  // Each deleted date is the very moment of an occurrence, and takes out that one alone. Otherwise
-  // they are looked for as the organiser does, which in a list that doesn't ascend misses some.
-  bool deletesMoments = false;
+  bool linked = false;  // `key` is settled, as it is where the file has keys
+
+ private:
+  // The rule's dates by the clocks of the working zone, and which of them have an occurrence.
+  struct Dates {
+    std::vector<std::int32_t> all;
+    std::vector<bool> found;
+  };
+  Dates LinkedDates() const;
+
+  std::vector<std::int32_t> deletedDates;                // ascending
+  std::optional<std::vector<std::int32_t>> foundStarts;  // of a series linked by its occurrences
 };
 
 void AddDeletedDate(WMRecurringItem& item, std::int32_t date);

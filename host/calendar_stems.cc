@@ -46,9 +46,11 @@ void AddFile(const fs::path& file, std::vector<CalendarStem>& stems) {
   auto known = std::find_if(stems.begin(), stems.end(), [&](const CalendarStem& stem) {
     return EqualFileNames(stem.text, text);
   });
-  if (known == stems.end()) known = stems.insert(known, {text, {}, false});
+  if (known == stems.end()) known = stems.insert(known, {text, {}, false, false});
   known->files.emplace(*fixed, file.filename().string());
-  known->isVersion50 = known->isVersion50 || IsVersion50(file);
+  if (!IsVersion50(file)) return;
+  known->isVersion50 = true;
+  if (*fixed == kEventFile) known->areEventsVersion50 = true;
 }
 
 }  // namespace

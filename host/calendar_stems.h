@@ -22,7 +22,8 @@ struct CalendarStem {
   // Those that are there: the fixed part, and the whole name as the folder has it.
   std::map<std::string, std::string> files;
 
-  bool isVersion50 = false;  // whether one of them is of version 50
+  bool isVersion50 = false;         // whether one of them is of version 50
+  bool areEventsVersion50 = false;  // whether the event file is
 };
 
 // Those of a folder, sorted by their texts, which differ by more than letter case. None for a

@@ -208,14 +208,14 @@ FileCheck CheckSeries(std::string_view bytes) {
 }
 
 FileCheck CheckTemplate(std::string_view bytes) {
-  FileCheck check = CheckDataFile(bytes);
+  FileCheck check = CheckDataFile(bytes, true);
   // It is only ever copied.
   for (Finding& finding : check.findings) finding.lost = 0;
   check.records = 0;
   return check;
 }
 
-FileCheck CheckDataFile(std::string_view bytes) {
+FileCheck CheckDataFile(std::string_view bytes, bool besideVersion50) {
   FileCheck check;
   check.holds = "no all-day entries";
   if (bytes.empty()) return check;
@@ -231,11 +231,9 @@ FileCheck CheckDataFile(std::string_view bytes) {
       file.records.begin(), file.records.end(),
       [](const datafile::Record& record) { return std::holds_alternative<WMMultiDay>(record); }));
   const std::size_t days = file.records.size() - spans;
-  for (const std::size_t count : {days, spans}) {
-    if (count <= datafile::kMostRecords) continue;
-    check.Add(std::nullopt,
-              Counted(count, "record", "records") + " in one section, which has room for " +
-                  std::to_string(datafile::kMostRecords) + "; the section behind it is misplaced");
+  const auto version = besideVersion50 ? datafile::FormatVersion::k50 : *file.version;
+  if (const std::size_t lost = datafile::LostAtSave(file, version)) {
+    check.Add(std::nullopt, "the sections would stand elsewhere than their table says", lost);
   }
   check.records = file.records.size();
   check.holds = Counted(days, "special day", "special days") + " and " +

@@ -9,7 +9,9 @@ namespace pw {
 
 FileCheck CheckEvents(std::string_view bytes);
 FileCheck CheckSeries(std::string_view bytes);
-FileCheck CheckDataFile(std::string_view bytes);
+
+// Beside an event file of version 50 a save makes it one of that version too.
+FileCheck CheckDataFile(std::string_view bytes, bool besideVersion50);
 FileCheck CheckTemplate(std::string_view bytes);
 
 }  // namespace pw

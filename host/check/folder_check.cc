@@ -30,22 +30,27 @@ struct FileKind {
   std::string_view name;
   bool isEnding;
   std::uintmax_t largest;
-  FileCheck (*check)(std::string_view bytes);
+  FileCheck (*check)(std::string_view bytes, bool besideVersion50);
 };
+
+// Of a file by itself.
+template <auto kCheck>
+FileCheck Alone(std::string_view bytes, bool /*besideVersion50*/) {
+  return kCheck(bytes);
+}
+
 constexpr FileKind kKinds[] = {
-    {".WMCard", true, kLargestCardfile, CheckCardfile},
-    {kEventFile, true, kLargest, CheckEvents},
-    {kRecurringFile, true, kLargest, CheckSeries},
+    {".WMCard", true, kLargestCardfile, Alone<CheckCardfile>},
+    {kEventFile, true, kLargest, Alone<CheckEvents>},
+    {kRecurringFile, true, kLargest, Alone<CheckSeries>},
     {kDataFile, true, kLargest, CheckDataFile},
-    {kTaskFile, true, kLargest,
-     [](std::string_view bytes) -> FileCheck { return CheckTasks(bytes); }},
-    {kCallFile, true, kLargest,
-     [](std::string_view bytes) -> FileCheck { return CheckCalls(bytes); }},
-    {"Holidef.dat", false, kLargest, CheckTemplate},
-    {"CLOCKS.DAT", false, kLargest, CheckClocks},
-    {"cityinfo.dat", false, kLargest, CheckCities},
-    {"timezone.dat", false, kLargest, CheckZoneTable},
-    {"Place List.dat", false, kLargest, CheckPlaces},
+    {kTaskFile, true, kLargest, Alone<CheckTasks>},
+    {kCallFile, true, kLargest, Alone<CheckCalls>},
+    {"Holidef.dat", false, kLargest, Alone<CheckTemplate>},
+    {"CLOCKS.DAT", false, kLargest, Alone<CheckClocks>},
+    {"cityinfo.dat", false, kLargest, Alone<CheckCities>},
+    {"timezone.dat", false, kLargest, Alone<CheckZoneTable>},
+    {"Place List.dat", false, kLargest, Alone<CheckPlaces>},
 };
 
 const FileKind* KindOf(std::string_view name) {
@@ -56,16 +61,25 @@ const FileKind* KindOf(std::string_view name) {
   return found == std::end(kKinds) ? nullptr : found;
 }
 
-CheckedFile CheckFile(const fs::path& file, const FileKind& kind) {
+CheckedFile CheckFile(const fs::path& file, const FileKind& kind, bool besideVersion50) {
   CheckedFile checked{file.filename().string(), {}};
   const auto bytes = ReadNativeFile(file, kind.largest);
   if (bytes) {
-    checked.check = kind.check(*bytes);
+    checked.check = kind.check(*bytes, besideVersion50);
   } else {
     checked.check.holds = "can't be read";
     checked.check.Add(std::nullopt, bytes.Why().message);
   }
   return checked;
+}
+
+// Whether the file is a calendar's whose events are of version 50.
+bool IsBesideVersion50(const std::string& name, const std::vector<CalendarStem>& stems) {
+  return std::any_of(stems.begin(), stems.end(), [&](const CalendarStem& stem) {
+    const bool isOurs = std::any_of(stem.files.begin(), stem.files.end(),
+                                    [&](const auto& file) { return file.second == name; });
+    return stem.areEventsVersion50 && isOurs;
+  });
 }
 
 // What the module will overwrite, as it reads nothing of a calendar without an event file.
@@ -87,16 +101,17 @@ Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
   auto names = NamesLeavingNoTrace(folder);
   if (!names) return names.Why();
   std::sort(names->begin(), names->end());
+  const std::vector<CalendarStem> stems = CalendarStems(folder);
   FolderCheck check;
   for (const std::string& name : *names) {
     const FileKind* kind = KindOf(name);
     if (kind == nullptr) {
       ++check.others;
     } else {
-      check.files.push_back(CheckFile(folder / name, *kind));
+      check.files.push_back(CheckFile(folder / name, *kind, IsBesideVersion50(name, stems)));
     }
   }
-  for (const CalendarStem& stem : CalendarStems(folder)) {
+  for (const CalendarStem& stem : stems) {
     if (LacksEventFile(stem)) TellOverwritten(stem, check.files);
   }
   return check;

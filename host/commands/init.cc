@@ -76,7 +76,7 @@ CalendarStem ChooseStem(const Console& console, const fs::path& data,
                         const std::optional<std::string>& calendar) {
   const std::string user = calendar ? calendar->substr(calendar->rfind('\\') + 1) : "";
   const std::vector<CalendarStem> stems = CalendarStems(data);
-  if (stems.empty()) return {user, {}, false};
+  if (stems.empty()) return {user, {}, false, false};
   for (const CalendarStem& stem : stems) {
     if (calendar && EqualFileNames(stem.text, user)) return stem;
   }

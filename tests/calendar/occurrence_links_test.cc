@@ -34,7 +34,7 @@ class LinksTest : public CalendarTest {
 
   // Days of May on which a series takes place, and those that were deleted.
   Dates Days(std::size_t index) { return DaysOf(series.Item(index).Occurrences()); }
-  Dates Deleted(std::size_t index) { return DaysOf(series.Item(index).deletedDates); }
+  Dates Deleted(std::size_t index) { return DaysOf(series.Item(index).DeletedDates()); }
   static Dates DaysOf(Dates dates) {
     for (std::int32_t& date : dates) date = (date - At(0)) / kSecondsPerDay;
     return dates;
@@ -65,10 +65,12 @@ TEST_F(LinksTest, OneKeyForEachSeriesWhereAllFit) {
   EXPECT_EQ(Deleted(0), Dates());
   EXPECT_EQ(Deleted(1), Dates{12});
   EXPECT_EQ(Days(1), (Dates{11, 13}));
-  ASSERT_EQ(series.Item(1).exceptions.size(), 1U);
-  EXPECT_TRUE(series.Item(1).exceptions[0].deleted);
-  EXPECT_EQ(series.Item(1).exceptions[0].date, At(12));
-  EXPECT_EQ(series.Item(1).exceptions[0].itemCreated, 0U);
+  const auto exceptions = series.Item(1).Exceptions();
+  ASSERT_EQ(exceptions.size(), 1U);
+  EXPECT_TRUE(exceptions[0].deleted);
+  EXPECT_EQ(exceptions[0].date, At(12));
+  EXPECT_EQ(exceptions[0].itemCreated, 0U);
+  EXPECT_TRUE(series.Item(1).exceptions.empty()) << "nothing is held";
   EXPECT_EQ(Keys(), (Dates{500, 500, 600, 600, 700, 700, 700, 700}));
   EXPECT_EQ(LastSeriesKey(), 0);
 }
@@ -120,7 +122,7 @@ TEST_F(LinksTest, ASeriesWithoutItemsGetsAKeyAndAllItsDates) {
   EXPECT_EQ(series.Key(1), 1);
   EXPECT_EQ(series.Key(2), 2);
   EXPECT_EQ(Days(1), (Dates{1, 2}));
-  EXPECT_TRUE(series.Item(1).exceptions.empty());
+  EXPECT_TRUE(series.Item(1).Exceptions().empty());
   EXPECT_TRUE(series.Item(1).linked);
   EXPECT_EQ(Keys(), (Dates{500, 600})) << "what fits nothing stays";
 }

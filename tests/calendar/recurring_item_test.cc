@@ -51,7 +51,7 @@ TEST_F(RecurringItemTest, OccurrencesAreTheRulesWithoutItsExceptions) {
     record.exceptions.push_back(exception);
   }
   WMRecurringItem item(record);
-  EXPECT_EQ(item.deletedDates, Days(kMonday - 5 * kSecondsPerHour, {1, 4, 30}));
+  EXPECT_EQ(item.DeletedDates(), Days(kMonday - 5 * kSecondsPerHour, {1, 4, 30}));
   EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 2, 3, 5, 6}));
 
   AddDeletedDate(item, kMonday + 6 * kSecondsPerDay);
@@ -60,26 +60,28 @@ TEST_F(RecurringItemTest, OccurrencesAreTheRulesWithoutItsExceptions) {
   EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 3}));
 }
 
-// The first weekend of May 1998, of which the rule gives the Sunday first.
-TEST_F(RecurringItemTest, ADeletedMomentIsFoundInAListThatDoesNotAscend) {
+// The first weekend of May 1998, of which the rule gives the Sunday first: a start on the Saturday
+// is looked for behind it, where none is left.
+TEST_F(RecurringItemTest, LinkedBySomeStartsItLacksTheOthers) {
   constexpr std::int32_t kSaturday = kMonday + 61 * kSecondsPerDay;
   WMRecurringItem item(Week(0, kSaturday));
   item.rule.patternKind = pw::calendar::kMonthlyByWeekday;
   item.rule.weekMask = 1;
   item.rule.weekdayMask = 0x41;
   ASSERT_EQ(item.Occurrences(), Days(kSaturday, {1, 0}));
-  item.deletedDates = {kSaturday};
-  EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1, 0})) << "as the organiser looks for a date";
-  item.deletesMoments = true;
+  item.LinkByStarts({kSaturday + kSecondsPerDay});
   EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1}));
-  item.AddDeletedDate(kSaturday + 1);
-  EXPECT_EQ(item.Occurrences(), Days(kSaturday, {1, 0})) << "no moment of the rule's";
+  EXPECT_EQ(item.DeletedDates(), Days(kSaturday, {0}));
+  ASSERT_EQ(item.Exceptions().size(), 1U);
+  EXPECT_TRUE(item.Exceptions()[0].deleted);
+  item.LinkByStarts({kSaturday});
+  EXPECT_EQ(item.DeletedDates(), Days(kSaturday, {1, 0}));
 }
 
 TEST_F(RecurringItemTest, DeletedDatesAreFiledBehindTheLastEarlierOne) {
   WMRecurringItem item;
   for (const std::int32_t date : {5, 9, 5, 9, 7, 3, 3, 5, -1}) item.AddDeletedDate(date);
-  EXPECT_EQ(item.deletedDates, (Dates{-1, 3, 5, 5, 7, 9, 9})) << "only the first is never twice";
+  EXPECT_EQ(item.DeletedDates(), (Dates{-1, 3, 5, 5, 7, 9, 9})) << "only the first is never twice";
 }
 
 // In the week of 29 March 1998 daylight time ends in Sydney, an hour more by Lima's clocks.

@@ -153,13 +153,19 @@ TEST(CheckTest, SeriesAndAllDayEntries) {
        {test::DayKey(1, 2, 3) + test::SpanFields(300'000'000, 300'000'001) + test::DayText("in"),
         test::DayKey(1, 2, 3) + test::SpanFields(299'999'999, 300'000'001) +
             test::DayText("out")}}};
-  const FileCheck found = CheckDataFile(data.Build());
+  const FileCheck found = CheckDataFile(data.Build(), false);
   EXPECT_EQ(found.holds, "0 special days and 2 spans of days, of version 50");
   ASSERT_EQ(found.findings.size(), 1U);
   EXPECT_EQ(found.findings[0].lost, 1U);
   const std::string day = test::DayKey(1, 2, 3) + test::DateFields(0, 1, 2) + test::DayText("d");
-  data.sections = {{test::kSpecialDays, std::vector<std::string>(924, day)}};
-  EXPECT_EQ(CheckDataFile(data.Build()).findings.size(), 1U);
+  // 924 days leave no place for what is behind them.
+  data.sections[0].records.pop_back();
+  data.sections.insert(data.sections.begin(),
+                       {test::kSpecialDays, std::vector<std::string>(924, day)});
+  EXPECT_EQ(Texts(CheckDataFile(data.Build(), false)),
+            Lines{"- the sections would stand elsewhere than their table says (1)"});
+  data.sections[0].records.pop_back();
+  EXPECT_EQ(Texts(CheckDataFile(data.Build(), false)), Lines());
 }
 
 TEST(CheckTest, FilesAreKnownByTheirNames) {
