@@ -75,7 +75,7 @@ TEST_F(RecurringItemTest, LinkedBySomeStartsItLacksTheOthers) {
   ASSERT_EQ(item.Exceptions().size(), 1U);
   EXPECT_TRUE(item.Exceptions()[0].deleted);
   item.LinkByStarts({kSaturday});
-  EXPECT_EQ(item.DeletedDates(), Days(kSaturday, {1, 0}));
+  EXPECT_EQ(item.DeletedDates(), Days(kSaturday, {0, 1}));
 }
 
 TEST_F(RecurringItemTest, DeletedDatesAreFiledBehindTheLastEarlierOne) {
