@@ -21,10 +21,9 @@ class WMRecurringItem : public pw::recurring::Record {
   // working zone is the same afterwards.
   std::vector<std::int32_t> Occurrences() const;
 
-  // The dates that the rule gives and the series lacks, ascending unless the rule's own dates
-  // don't; and an exception for each, with those that were changed. Of a series that was linked by
-  // its occurrences they are worked out at each call too, as they may take much more room than its
-  // file.
+  // The dates that the rule gives and the series lacks, ascending; and an exception for each, with
+  // those that were changed. Of a series that was linked by its occurrences they are worked out at
+  // each call too, as they may take much more room than its file.
   std::vector<std::int32_t> DeletedDates() const;
   std::vector<WMRecurringException> Exceptions() const;
 
