@@ -122,6 +122,62 @@ TEST_F(CalendarTest, AChangedOccurrenceIsTheInstanceOfItsExceptions) {
   EXPECT_EQ(store.occurrenceItems.WithCreated(77).size(), 3U);
 }
 
+// A daily series of a week, of which three days were deleted.
+TEST_F(CalendarTest, AnOlderSeriesIsLinkedAtTheLoad) {
+  SeriesBytes series;
+  series.firstDay = kMay5 + 14 * kSecondsPerHour + 15 * kSecondsPerMinute;  // 9:15 in Lima
+  series.lastDay = series.firstDay + 6 * kSecondsPerDay;
+  RecurringFileBytes recurring{"XQXREC30"};
+  recurring.records = {series.Build30()};
+  platform.files.Put(kRecurringPath, recurring.Build());
+  ItemList others;
+  for (const std::int32_t day : {0, 2, 3, 6}) {
+    const auto start = static_cast<std::int32_t>(series.firstDay) + day * kSecondsPerDay;
+    auto item = NewItem("subject", start, 1000 + 15 * day);
+    item->detail.SetNotes("notes");
+    item->SetEnd(start + 45 * kSecondsPerMinute);
+    item->detail.SetOccurrence(true);
+    others.Append(std::move(item));
+  }
+  platform.files.Put(kEventPath, Events(40, {}, others));
+  WMCalendarStore store;
+  ASSERT_EQ(store.Load(kCalendar), 0);
+  EXPECT_EQ(store.RecordCount(), 1U) << "occurrences have no numbers";
+  EXPECT_EQ(store.recurring.Key(0), 1000);
+  EXPECT_EQ(store.recurring.Item(0).Exceptions().size(), 3U);
+  EXPECT_EQ(store.recurring.Item(0).Occurrences().size(), 4U);
+  EXPECT_EQ(store.zone, HomeZoneId());
+  EXPECT_EQ(store.zone, 6);
+  store.Save();
+  EXPECT_EQ(Saved(kRecurringPath), recurring.Build());
+  WMCalendarStore again;
+  ASSERT_EQ(again.Load(kCalendar), 0);
+  EXPECT_EQ(again.occurrenceItems.WithCreated(1000).size(), 4U);
+}
+
+TEST_F(CalendarTest, EachFileIsSavedWhateverBecomesOfTheOthers) {
+  WMCalendarStore store;
+  ASSERT_EQ(store.Load(kCalendar), 0);
+  store.plainItems.Append(NewItem("tea", kMay5));
+  store.places.Add("Pier 4");
+  EXPECT_EQ(store.Close(), 0);
+  EXPECT_EQ(Saved(kEventPath), "none") << "a close saves nothing";
+  platform.files.FailOpen(kEventPath);
+  EXPECT_EQ(store.Save(), 0);
+  EXPECT_EQ(Saved(kDataPath).size(), 126U);
+  EXPECT_EQ(Saved(kRecurringPath).size(), 28U);
+  EXPECT_NE(Saved("C:\\Data\\Place List.dat").find("Pier 4"), std::string::npos);
+}
+
+TEST_F(CalendarTest, TheOtherFilesAreNotReadWithoutEvents) {
+  platform.files.Put(kDataPath, "data");
+  platform.files.Put(kRecurringPath, SomeSeries(true).Build());
+  WMCalendarStore store;
+  EXPECT_EQ(store.Load(kCalendar), 0);
+  EXPECT_EQ(store.RecordCount(), 0U);
+  EXPECT_EQ(Saved(kDataPath), "data");
+}
+
 TEST_F(CalendarTest, FilesAreMadeInTheVersionInForce) {
   OrganiserVersion() = 40;
   EXPECT_TRUE(CreateEventFiles(kCalendar));
@@ -129,6 +185,7 @@ TEST_F(CalendarTest, FilesAreMadeInTheVersionInForce) {
   EXPECT_EQ(Saved(kDataPath).substr(0, 9), "XQXDATA35");
   OrganiserVersion() = 0;
   platform.files.FailOpen(kEventPath);
+  platform.files.Delete(kDataPath);
   EXPECT_FALSE(CreateEventFiles(kCalendar));
   EXPECT_EQ(OrganiserVersion(), 50) << "as the registry says";
   EXPECT_EQ(Saved(kDataPath).substr(0, 9), "WMWDATA50") << "it is made all the same";
@@ -144,6 +201,11 @@ TEST_F(CalendarTest, AResetStopsAtTheFirstStepThatFails) {
   EXPECT_EQ(Saved(kDataPath).size(), 126U);
   platform.files.Put(kDataPath, "data");
   platform.files.Put(kRecurringPath, "series");
+  platform.files.FailOpen(kDataPath);
+  EXPECT_FALSE(ResetFiles(kCalendar)) << "an empty data file can't be made";
+  EXPECT_EQ(Saved(kRecurringPath), "series");
+  platform.files.StopFailing();
+  platform.files.Put(kDataPath, "data");
   EXPECT_TRUE(ResetFiles(kCalendar));
   EXPECT_EQ(Saved(kDataPath).size(), 126U);
   EXPECT_EQ(Saved(kRecurringPath), "none") << "its next load makes it";

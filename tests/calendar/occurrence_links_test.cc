@@ -98,6 +98,43 @@ TEST_F(LinksTest, KeysTwentySecondsApartOrOfOtherTextsStayApart) {
   EXPECT_EQ(Deleted(0), Dates());
 }
 
+// One key fits no series: what was given before is taken back, and each item linked by itself.
+TEST_F(LinksTest, WhereOneKeyFitsNothingItemsAreLinkedOneByOne) {
+  AddSeries("tea", 1, 2);
+  AddSeries("walk", 1, 2);
+  AddItems("tea", {1, 2}, 500);
+  AddItems("stray", {1}, 600);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(series.Key(0), 500);
+  EXPECT_EQ(Deleted(0), Dates());
+  EXPECT_EQ(series.Key(1), 1);
+  EXPECT_EQ(Keys(), (Dates{500, 500, 600}));
+}
+
+// As many keys as series, but two of them of one series.
+TEST_F(LinksTest, ASeriesTakesOneKeyOnly) {
+  AddSeries("tea", 1, 3);
+  AddSeries("walk", 1, 2);
+  AddItems("tea", {1, 2}, 500);
+  AddItems("tea", {3}, 501);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(Keys(), (Dates{500, 500, 500})) << "though they look alike they weren't merged";
+  EXPECT_EQ(Deleted(0), Dates());
+}
+
+TEST_F(LinksTest, NoItemKeepsAKeyOfZero) {
+  platform.clock.now = 0x12345678;
+  AddSeries("tea", 1, 3);
+  auto first = NewItem("tea", At(1));
+  first->header.created = 0;
+  occurrences.Append(std::move(first));
+  AddItems("tea", {2, 3}, 600);
+  AddItems("stray", {2}, 700);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(Keys(), (Dates{0x56780001, 0x56780001, 0x56780001, 700}));
+  EXPECT_EQ(Deleted(0), Dates());
+}
+
 TEST_F(LinksTest, AKeyThatIsTakenGivesWayToANewOne) {
   platform.clock.now = 0x12345678;
   AddSeries("tea", 1, 2);
