@@ -1,6 +1,3 @@
-#include <libical/ical.h>
-#include <unistd.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -16,9 +13,11 @@
 
 #include "base/cursor.h"
 #include "base/text.h"
+#include "bench/bench_folder.h"
+#include "bench/libical_run.h"
 #include "calendar/calendar_store.h"
 #include "host/formats/icalendar.h"
-#include "platform/posix/machine.h"
+#include "platform/platform.h"
 #include "timeplace/city_format.h"
 #include "timeplace/date.h"
 
@@ -58,14 +57,11 @@ std::unique_ptr<WMEventItem> ItemOf(std::uint32_t number, std::uint32_t items) {
 // A folder with a calendar of so many items, on which the module's code works.
 class Bench {
  public:
-  explicit Bench(std::uint32_t items)
-      : folder(fs::temp_directory_path() / ("calendar_bench." + std::to_string(getpid()))),
-        machine(Options()),
-        before(pw::SetPlatform(machine.Services())) {
-    fs::create_directories(folder);
+  explicit Bench(std::uint32_t items) : folder("calendar_bench") {
     WMCityRecord city;
     city.SetName("Here");
-    std::ofstream(folder / "cityinfo.dat", std::ios::binary) << pw::city::EncodeCityFile({city});
+    std::ofstream(folder.Path() / "cityinfo.dat", std::ios::binary)
+        << pw::city::EncodeCityFile({city});
     const auto key = pw::CurrentPlatform().registry->Create(kMain);
     key->Write("Version", pw::NumberValue(50));
     key->Write("DATA", pw::TextValue("C:"));
@@ -75,25 +71,11 @@ class Bench {
     for (std::uint32_t i = 0; i < items; ++i) store.plainItems.Append(ItemOf(i, items));
     store.Save();
   }
-  ~Bench() {
-    pw::SetPlatform(before);
-    fs::remove_all(folder);
-  }
 
-  fs::path EventFile() const { return folder / "Even.WMW"; }
+  fs::path EventFile() const { return folder.Path() / "Even.WMW"; }
 
  private:
-  pw::MachineOptions Options() const {
-    pw::MachineOptions options;
-    options.mounts = {{"C:", folder, false}};
-    options.registry.file = folder / "registry.reg";
-    options.registry.mode = pw::RegistryMode::kOverlay;
-    return options;
-  }
-
-  fs::path folder;
-  pw::Machine machine;
-  pw::Platform before;
+  BenchFolder folder;
 };
 
 std::uint32_t Items(const benchmark::State& state) {
@@ -219,22 +201,14 @@ std::string Calendar(std::uint32_t items) {
 void BM_LibicalParseWalkWrite(benchmark::State& state) {
   const std::string calendar = Calendar(Items(state));
   for (auto _ : state) {
-    icalcomponent* all = icalparser_parse_string(calendar.c_str());
-    if (all == nullptr) std::abort();
-    std::uint32_t found = 0;
-    for (icalcomponent* event = icalcomponent_get_first_component(all, ICAL_VEVENT_COMPONENT);
-         event != nullptr; event = icalcomponent_get_next_component(all, ICAL_VEVENT_COMPONENT)) {
-      ++found;
-      benchmark::DoNotOptimize(icalcomponent_get_dtstart(event));
-      benchmark::DoNotOptimize(icalcomponent_get_dtend(event));
-      benchmark::DoNotOptimize(icalcomponent_get_summary(event));
-      benchmark::DoNotOptimize(icalcomponent_get_description(event));
-    }
+    const std::uint32_t found =
+        ParseWalkWrite(calendar, ICAL_VEVENT_COMPONENT, [](icalcomponent* event) {
+          benchmark::DoNotOptimize(icalcomponent_get_dtstart(event));
+          benchmark::DoNotOptimize(icalcomponent_get_dtend(event));
+          benchmark::DoNotOptimize(icalcomponent_get_summary(event));
+          benchmark::DoNotOptimize(icalcomponent_get_description(event));
+        });
     if (found != Items(state)) std::abort();
-    char* written = icalcomponent_as_ical_string_r(all);
-    benchmark::DoNotOptimize(written);
-    icalmemory_free_buffer(written);
-    icalcomponent_free(all);
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -1,6 +1,3 @@
-#include <libical/ical.h>
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -11,18 +8,18 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/bench_folder.h"
+#include "bench/libical_run.h"
 #include "framework/source.h"
 #include "framework/task_record.h"
 #include "host/formats/icalendar.h"
 #include "host/formats/vtodo.h"
-#include "platform/posix/machine.h"
+#include "platform/platform.h"
 #include "plugin/source_manager.h"
 
 // Tasks and calls of fifteen years on a real file system, half of each, through the source. A
 // record must not cost more the more there are.
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kNote = "A note of an ordinary length,\r\nwhich has two lines.";
 
@@ -49,20 +46,11 @@ PWDateTimeStamp DayOf(std::uint32_t record, std::uint32_t records) {
 // A folder with both files, and a manager over it.
 class Bench {
  public:
-  explicit Bench(std::uint32_t records)
-      : folder(fs::temp_directory_path() / ("calltask_bench." + std::to_string(getpid()))),
-        machine(Options()),
-        before(pw::SetPlatform(machine.Services())),
-        manager(0) {
-    fs::create_directories(folder);
+  explicit Bench(std::uint32_t records) : folder("calltask_bench"), manager(0) {
     category.Location = "C:\\";
     manager.Config = &config;
     pw::CurrentPlatform().registry->Create(kVersionKey)->Write("Version", pw::NumberValue(50));
     Fill(records);
-  }
-  ~Bench() {
-    pw::SetPlatform(before);
-    fs::remove_all(folder);
   }
 
   std::unique_ptr<PWSource> Open() {
@@ -73,14 +61,6 @@ class Bench {
   }
 
  private:
-  pw::MachineOptions Options() const {
-    pw::MachineOptions options;
-    options.mounts = {{"C:", folder, false}};
-    options.registry.file = folder / "registry.reg";
-    options.registry.mode = pw::RegistryMode::kOverlay;
-    return options;
-  }
-
   void Fill(std::uint32_t records) {
     const auto source = Open();
     for (std::uint32_t i = 0; i < records; ++i) {
@@ -96,9 +76,7 @@ class Bench {
     source->CloseSource();
   }
 
-  fs::path folder;
-  pw::Machine machine;
-  pw::Platform before;
+  BenchFolder folder;
   PWConfig config;
   WMSourceManager manager;
   PWSourceCategory category;
@@ -167,23 +145,15 @@ std::string Calendar(std::uint32_t records) {
 void BM_LibicalParseWalkWrite(benchmark::State& state) {
   const std::string calendar = Calendar(Records(state));
   for (auto _ : state) {
-    icalcomponent* all = icalparser_parse_string(calendar.c_str());
-    if (all == nullptr) std::abort();
-    std::uint32_t found = 0;
-    for (icalcomponent* todo = icalcomponent_get_first_component(all, ICAL_VTODO_COMPONENT);
-         todo != nullptr; todo = icalcomponent_get_next_component(all, ICAL_VTODO_COMPONENT)) {
-      ++found;
-      benchmark::DoNotOptimize(icalcomponent_get_uid(todo));
-      benchmark::DoNotOptimize(icalcomponent_get_summary(todo));
-      benchmark::DoNotOptimize(icalcomponent_get_description(todo));
-      benchmark::DoNotOptimize(icalcomponent_get_dtstart(todo));
-      benchmark::DoNotOptimize(icalcomponent_get_due(todo));
-    }
+    const std::uint32_t found =
+        ParseWalkWrite(calendar, ICAL_VTODO_COMPONENT, [](icalcomponent* todo) {
+          benchmark::DoNotOptimize(icalcomponent_get_uid(todo));
+          benchmark::DoNotOptimize(icalcomponent_get_summary(todo));
+          benchmark::DoNotOptimize(icalcomponent_get_description(todo));
+          benchmark::DoNotOptimize(icalcomponent_get_dtstart(todo));
+          benchmark::DoNotOptimize(icalcomponent_get_due(todo));
+        });
     if (found != Records(state)) std::abort();
-    char* written = icalcomponent_as_ical_string_r(all);
-    benchmark::DoNotOptimize(written);
-    icalmemory_free_buffer(written);
-    icalcomponent_free(all);
   }
 }
 

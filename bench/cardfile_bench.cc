@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -14,12 +13,12 @@
 #include <benchmark/benchmark.h>
 
 #include "base/text.h"
+#include "bench/bench_folder.h"
 #include "cardfile/card_file.h"
 #include "cardfile/format.h"
 #include "cardfile/new_file.h"
 #include "framework/engine_context.h"
 #include "framework/source.h"
-#include "platform/posix/machine.h"
 #include "plugin/source_manager.h"
 
 // Cardfiles of 12 fields on a real file system, and what each step is held against: the same bytes
@@ -51,12 +50,7 @@ std::vector<std::string> CardValues(std::mt19937& random, std::uint32_t card) {
 // A folder with one cardfile, and a manager over it.
 class Bench {
  public:
-  explicit Bench(std::uint32_t cards)
-      : folder(fs::temp_directory_path() / ("cardfile_bench." + std::to_string(getpid()))),
-        machine(Options()),
-        before(pw::SetPlatform(machine.Services())),
-        manager(0) {
-    fs::create_directories(folder);
+  explicit Bench(std::uint32_t cards) : folder("cardfile_bench"), manager(0) {
     original = MakeFile(cards);
     Restore();
     category.Location = kPath;
@@ -65,10 +59,6 @@ class Bench {
     for (const std::string& name : FieldNames()) names.AppendText(name);
     names.AppendText("Contact Log");
     pw::Engine().fieldMaps[{"contact", kPath}] = PWFieldMap::Identity(names);
-  }
-  ~Bench() {
-    pw::SetPlatform(before);
-    fs::remove_all(folder);
   }
 
   std::unique_ptr<PWSource> OpenSource() {
@@ -83,7 +73,7 @@ class Bench {
     return file;
   }
 
-  fs::path File() const { return folder / "bench.WMCard"; }
+  fs::path File() const { return folder.Path() / "bench.WMCard"; }
   const std::string& Bytes() const { return original; }
 
   // Puts the file back as it was made.
@@ -107,14 +97,6 @@ class Bench {
   }
 
  private:
-  pw::MachineOptions Options() const {
-    pw::MachineOptions options;
-    options.mounts = {{"C:", folder, false}};
-    options.registry.file = folder / "registry.reg";
-    options.registry.mode = pw::RegistryMode::kOverlay;
-    return options;
-  }
-
   // Made by the store, which leaves the cards in the order of their titles.
   std::string MakeFile(std::uint32_t cards) {
     std::ofstream(File(), std::ios::binary)
@@ -135,9 +117,7 @@ class Bench {
     return {std::istreambuf_iterator<char>(in), {}};
   }
 
-  fs::path folder;
-  pw::Machine machine;
-  pw::Platform before;
+  BenchFolder folder;
   std::string original;
   PWConfig config;
   WMSourceManager manager;
