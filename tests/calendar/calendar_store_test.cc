@@ -125,8 +125,8 @@ TEST_F(CalendarTest, AChangedOccurrenceIsTheInstanceOfItsExceptions) {
 // A daily series of a week, of which three days were deleted.
 TEST_F(CalendarTest, AnOlderSeriesIsLinkedAtTheLoad) {
   SeriesBytes series;
-  series.firstDay = kMay5 + 14 * kSecondsPerHour + 15 * kSecondsPerMinute;  // 9:15 in Lima
-  series.lastDay = series.firstDay + 6 * kSecondsPerDay;
+  series.firstDay = kMay5 + std::int64_t{14} * kSecondsPerHour + 900;  // 9:15 in Lima
+  series.lastDay = series.firstDay + std::int64_t{6} * kSecondsPerDay;
   RecurringFileBytes recurring{"XQXREC30"};
   recurring.records = {series.Build30()};
   platform.files.Put(kRecurringPath, recurring.Build());
