@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,12 @@ class ByteReader {
     const std::string_view taken = bytes.substr(position, count);
     position += taken.size();
     return taken;
+  }
+
+  // The next byte, which stays the next; nothing at the end.
+  std::optional<char> Peek() const {
+    if (position == bytes.size()) return std::nullopt;
+    return bytes[position];
   }
 
   // Fills a field of fixed width; what the bytes don't reach stays as it is.

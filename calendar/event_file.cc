@@ -43,7 +43,7 @@ class EventReader {
   bool ReadDay(const frame::DayEntry& day) {
     const auto blob = frame::BlockOf(file, day);
     if (!blob || budget.IsSpent()) return false;
-    std::vector<std::unique_ptr<WMEventItem>> items;
+    items.clear();
     pw::ByteReader in(*blob);
     const auto damage = events::DecodeDay(in, [&](pw::ByteReader& rest) {
       items.push_back(std::make_unique<WMEventItem>());
@@ -62,6 +62,7 @@ class EventReader {
   frame::ReadingBudget budget;
   ItemList& plainItems;
   ItemList& occurrenceItems;
+  std::vector<std::unique_ptr<WMEventItem>> items;  // of the day that is being read
 };
 
 // An item and the day since 1970 that it stands under.

@@ -18,15 +18,6 @@ std::size_t HeaderSize(const WMEventHeader& header) {
          header.places.EncodedSize();
 }
 
-// The byte at the cursor, which stays; nothing at the end.
-std::optional<char> Peek(ByteReader& in) {
-  const std::size_t at = in.Position();
-  if (in.Remaining() == 0) return std::nullopt;
-  const char next = in.Take(1).front();
-  in.Seek(at);
-  return next;
-}
-
 // What stands before the first byte that ends it, at which the cursor then is; nothing if there is
 // none.
 template <class IsEnd>
@@ -56,14 +47,14 @@ bool TakeTexts(ByteReader& in, WMEventDetail& detail) {
   const auto notes = TakeUntil(in, EndsNotes);
   if (!notes) return false;
   detail.notes = calendar::TextOfStored(*notes);
-  if (Peek(in) == kNotesEnd) in.Take(1);
+  if (in.Peek() == kNotesEnd) in.Take(1);
   return true;
 }
 
 std::optional<Damage> DecodeDetail(ByteReader& in, WMEventDetail& detail) {
   detail.subject.clear();
   detail.notes.clear();
-  if (Peek(in) == kEndOfPosition) return std::nullopt;
+  if (in.Peek() == kEndOfPosition) return std::nullopt;
   const std::size_t at = in.Position();
   detail.timeWord = in.U32();
   detail.flagWord = in.U32();
@@ -87,7 +78,7 @@ std::optional<Damage> DecodeHeader(ByteReader& in, WMEventHeader& header) {
     return damage("an item with the bits 8 to 23 of its flags 0");
   }
   at = in.Position();
-  const auto label = Peek(in);
+  const auto label = in.Peek();
   const bool isLabel = label && (*label == 0 || *label == 1);
   if (!isLabel || !header.label.Take(in)) return damage("a label");
   at = in.Position();
@@ -105,7 +96,7 @@ bool IsAtItem(ByteReader in) {
 }
 
 std::optional<Damage> DecodeColumn(ByteReader& in, const TakeItem& take) {
-  if (Peek(in) == kEmptyColumn) {
+  if (in.Peek() == kEmptyColumn) {
     in.Take(1);
     return std::nullopt;
   }
@@ -127,12 +118,12 @@ std::optional<Damage> DecodeDay(ByteReader& in, const TakeItem& take) {
   const std::size_t start = in.Position();
   if (in.U32() != kDayMagic) return Damage{"a day, 0xFFEFEFFF", start};
   for (std::size_t position = 0; position < kPositions; ++position) {
-    const auto next = Peek(in);
+    const auto next = in.Peek();
     if (!next) return Damage{"96 positions", in.Position()};
     for (std::size_t column = 0; *next != kEndOfPosition && column < kColumns; ++column) {
       if (const auto damage = DecodeColumn(in, take)) return damage;
     }
-    if (Peek(in) == kEndOfPosition) in.Take(1);
+    if (in.Peek() == kEndOfPosition) in.Take(1);
   }
   return std::nullopt;
 }

@@ -57,16 +57,11 @@ std::size_t WMNamePair::EncodedSize() const {
 bool WMNamePairList::Take(pw::ByteReader& in) {
   pairs.clear();
   if (in.U8() == kAbsent) return !in.Short();
-  for (;;) {
-    const std::size_t start = in.Position();
-    if (in.U8() == kAbsent) {
-      if (in.Short()) return false;
-      in.Seek(start);  // short of its end by the byte that opened it
-      return true;
-    }
-    in.Seek(start);
+  for (auto next = in.Peek(); next; next = in.Peek()) {
+    if (*next == kAbsent) return true;  // still before its end, by the byte that opened it
     if (!pairs.emplace_back().Take(in)) return false;
   }
+  return false;
 }
 
 void WMNamePairList::Encode(pw::ByteWriter& out) const {

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "base/id_index.h"
 #include "base/process_wide.h"
 #include "base/slot_ranks.h"
 #include "calltask/day_record.h"
 #include "calltask/frame_format.h"
-#include "calltask/id_index.h"
 #include "calltask/record_day.h"
 #include "framework/object.h"
 

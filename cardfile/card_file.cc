@@ -63,6 +63,10 @@ void AppendBody(std::string& out, const CardBody& body, std::size_t position, st
   out.resize(end);
 }
 
+std::uint32_t IdNumber(const WMCardEntry& entry) {
+  return static_cast<std::uint32_t>(entry.index.id);
+}
+
 // A card as it is saved: its index entry, and how its body's bytes are made up.
 struct SavedCard {
   cardfile::IndexEntry index;
@@ -242,7 +246,7 @@ std::int32_t WMCardFile::AddCard(std::vector<std::string>& values) {
   EncodeCard(entry, values);
 
   const auto slot = static_cast<std::uint32_t>(ranks.Append());
-  if (idIndex) idIndex->Add(entry.index.id, slot);
+  if (idIndex) idIndex->Add(IdNumber(entry), slot);
   cards.push_back(std::move(entry));
   return 0;
 }
@@ -259,7 +263,7 @@ void WMCardFile::RemoveBlankCard() {
 void WMCardFile::DeleteCard(std::uint32_t index) {
   if (index >= ranks.Count()) return;
   const auto slot = static_cast<std::uint32_t>(ranks.SlotAt(index));
-  if (idIndex) idIndex->Remove(cards[slot].index.id, slot);
+  if (idIndex) idIndex->Remove(IdNumber(cards[slot]), slot);
   cards[slot] = WMCardEntry();
   ranks.Remove(index);
   dirty = true;
@@ -271,10 +275,10 @@ std::optional<std::uint32_t> WMCardFile::FindCard(std::int32_t id) {
     idIndex->Reserve(cards.size());
     for (std::size_t i = 0; i < ranks.Count(); ++i) {
       const std::size_t slot = ranks.SlotAt(i);
-      idIndex->Add(cards[slot].index.id, static_cast<std::uint32_t>(slot));
+      idIndex->Add(IdNumber(cards[slot]), static_cast<std::uint32_t>(slot));
     }
   }
-  const auto slot = idIndex->First(id);
+  const auto slot = idIndex->First(static_cast<std::uint32_t>(id));
   if (!slot) return std::nullopt;
   return static_cast<std::uint32_t>(ranks.RankOf(*slot));
 }

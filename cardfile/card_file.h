@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/id_index.h"
 #include "base/slot_ranks.h"
 #include "cardfile/format.h"
-#include "cardfile/id_index.h"
 #include "framework/object.h"
 
 // One card in memory. Its body is the text, `index.textLength` bytes without the time stamp, and
@@ -94,7 +94,7 @@ class WMCardFile : public PWObject {
   std::vector<std::string> fieldNames;
   std::vector<WMCardEntry> cards;  // by slot; a deleted card's slot stays
   pw::SlotRanks ranks;
-  std::optional<pw::cardfile::IdIndex> idIndex;  // built on first need
+  std::optional<pw::IdIndex> idIndex;  // built on first need
   std::int32_t nextId = 1;
   bool dirty = false;
   bool blank = false;

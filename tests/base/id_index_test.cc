@@ -1,4 +1,4 @@
-#include "calltask/id_index.h"
+#include "base/id_index.h"
 
 #include <map>
 #include <random>
