@@ -50,8 +50,4 @@ class WMEventItem {
 
   WMEventHeader header;
   WMEventDetail detail;
-
-  // Marks for those who walk over many items; in memory only.
-  bool matched = false;
-  bool visited = false;
 };

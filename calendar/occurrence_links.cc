@@ -57,14 +57,6 @@ bool InstanceMatchesItem(const WMRecurringItem& series, const WMEventItem& item)
          CompareLocalDates(item.Start(), series.rule.firstDay) >= 0;
 }
 
-// What two series must have in common to have the same content.
-using Content =
-    std::tuple<std::uint32_t, std::uint32_t, Texts, std::int32_t, std::int32_t, std::int32_t>;
-Content ContentOf(const WMRecurringItem& item) {
-  return {item.detail.timeWord, item.detail.flagWord, TextsOf(item.detail),
-          item.modified,        item.rule.firstDay,   item.rule.lastDay};
-}
-
 // What the rule gives and has no item counts as deleted.
 void MarkMissingOccurrences(WMRecurringItem& series, std::vector<std::int32_t> starts) {
   std::sort(starts.begin(), starts.end());
@@ -171,21 +163,6 @@ class OlderFileLinker {
     series.Item(index).zone = static_cast<std::int32_t>(zone);
   }
 
-  // The same once all keys have been counted.
-  void GiveKey(std::size_t index, std::int32_t key) {
-    CountContent(index, -1);
-    series.SetKey(index, key);
-    series.Item(index).linked = true;
-    CountContent(index, 1);
-  }
-
-  void CountContent(std::size_t index, int by) {
-    auto& contents = contentsByKey[series.Key(index)];
-    const auto counted = contents.try_emplace(ContentOf(series.Item(index)), 0).first;
-    counted->second += by;
-    if (counted->second == 0) contents.erase(counted);
-  }
-
   // Each occurrence by itself.
   void RebuildOlderFileLinks() {
     std::unordered_set<std::int32_t> taken;
@@ -225,20 +202,19 @@ class OlderFileLinker {
     return std::nullopt;
   }
 
+  // A series that isn't linked by now fits no occurrence, as each was linked to the first series
+  // that it fits: what the organiser does at this place, to look for others that have a key in
+  // common with it, finds none. It keeps all dates of its rule.
   void ReconcileOccurrences() {
     std::vector<std::vector<std::int32_t>> dates = CollectDates();
     for (std::size_t i = 0; i < series.Count(); ++i) {
-      if (!dates[i].empty()) MarkMissingOccurrences(series.Item(i), std::move(dates[i]));
-    }
-    for (std::size_t i = 0; i < series.Count(); ++i) CountContent(i, 1);
-    for (std::size_t i = 0; i < series.Count(); ++i) {
-      if (series.Item(i).linked) continue;
-      if (AdoptUnlinkedInstances(i, dates[i])) {
-        MarkMissingOccurrences(series.Item(i), std::move(dates[i]));
-        continue;
+      WMRecurringItem& item = series.Item(i);
+      if (!item.linked) {
+        series.SetKey(i, NextSeriesKey());
+        item.linked = true;
+      } else if (!dates[i].empty()) {
+        MarkMissingOccurrences(item, std::move(dates[i]));
       }
-      // It keeps all dates of its rule.
-      GiveKey(i, NextSeriesKey());
     }
   }
 
@@ -250,48 +226,15 @@ class OlderFileLinker {
     std::vector<std::vector<std::int32_t>> dates(series.Count());
     std::size_t last = 0;
     for (std::size_t i = 0; i < occurrences.Count(); ++i) {
-      WMEventItem& item = occurrences.Item(i);
+      const WMEventItem& item = occurrences.Item(i);
       const auto found = byKey.find(item.Created());
       if (found == byKey.end()) continue;
       const std::vector<std::size_t>& places = found->second;
       const auto next = std::lower_bound(places.begin(), places.end(), last);
       last = next == places.end() ? places.front() : *next;
       dates[last].push_back(item.Start());
-      item.visited = true;
     }
     return dates;
-  }
-
-  // A series that shares its key with a different one takes what is left and looks like it.
-  bool AdoptUnlinkedInstances(std::size_t index, std::vector<std::int32_t>& dates) {
-    const bool hasNamesake = contentsByKey[series.Key(index)].size() > 1;
-    if (!hasNamesake) return false;
-    dates.clear();
-    const std::int32_t key = NewLinkId();
-    for (const std::size_t i : ItemsOf(series.Item(index))) {
-      WMEventItem& item = occurrences.Item(i);
-      if (item.visited || !InstanceMatchesItem(series.Item(index), item)) continue;
-      dates.push_back(item.Start());
-      occurrences.SetCreated(i, key);
-      item.visited = true;
-    }
-    if (dates.empty()) {
-      LastSeriesKey() = WrappingSum(LastSeriesKey(), -1);
-      return false;
-    }
-    GiveKey(index, key);
-    return true;
-  }
-
-  // The occurrences with the texts of a series.
-  const std::vector<std::size_t>& ItemsOf(const WMRecurringItem& item) {
-    if (!itemsByTexts) {
-      itemsByTexts.emplace();
-      for (std::size_t i = 0; i < occurrences.Count(); ++i) {
-        (*itemsByTexts)[{occurrences.Item(i).Subject(), occurrences.Item(i).Notes()}].push_back(i);
-      }
-    }
-    return (*itemsByTexts)[TextsOf(item.detail)];
   }
 
   ItemList& occurrences;
@@ -299,8 +242,6 @@ class OlderFileLinker {
   std::map<Texts, std::vector<std::size_t>> seriesByTexts;
   std::vector<std::int32_t> ids;    // keys of the occurrences, in the order of their first ones
   std::vector<std::size_t> firsts;  // those occurrences
-  std::optional<std::map<Texts, std::vector<std::size_t>>> itemsByTexts;
-  std::unordered_map<std::int32_t, std::map<Content, int>> contentsByKey;
 };
 
 }  // namespace

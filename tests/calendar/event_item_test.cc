@@ -27,7 +27,6 @@ TEST_F(EventItemTest, ANewItemIsMadeNowInTheHomeZone) {
   const WMEventItem second;
   EXPECT_EQ(first.Id(), 0x00001234);
   EXPECT_EQ(second.Id(), 0x00011234);
-  EXPECT_FALSE(first.matched || first.visited);
   pw::test::ItemBytes bytes;
   bytes.created = bytes.modified = 888847200;
   bytes.id = 0x00011234;

@@ -98,6 +98,15 @@ TEST_F(LinksTest, KeysTwentySecondsApartOrOfOtherTextsStayApart) {
   EXPECT_EQ(Deleted(0), Dates());
 }
 
+TEST_F(LinksTest, KeysThatLookAlikeStayWhereThereAreNotTooMany) {
+  AddSeries("tea", 1, 2);
+  AddSeries("tea", 11, 2);
+  AddItems("tea", {1, 2}, 500);
+  AddItems("tea", {11, 12}, 501);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(Keys(), (Dates{500, 500, 501, 501}));
+}
+
 // One key fits no series: what was given before is taken back, and each item linked by itself.
 TEST_F(LinksTest, WhereOneKeyFitsNothingItemsAreLinkedOneByOne) {
   AddSeries("tea", 1, 2);
@@ -118,7 +127,7 @@ TEST_F(LinksTest, ASeriesTakesOneKeyOnly) {
   AddItems("tea", {1, 2}, 500);
   AddItems("tea", {3}, 501);
   LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), (Dates{500, 500, 500})) << "though they look alike they weren't merged";
+  EXPECT_EQ(Keys(), (Dates{500, 500, 500}));
   EXPECT_EQ(Deleted(0), Dates());
 }
 
@@ -145,6 +154,34 @@ TEST_F(LinksTest, AKeyThatIsTakenGivesWayToANewOne) {
   EXPECT_EQ(series.Key(0), 500);
   EXPECT_EQ(series.Key(1), 0x56780001) << "the time, and a count";
   EXPECT_EQ(Keys(), (Dates{500, 500, 0x56780001, 0x56780001}));
+}
+
+// The new key of "walk" is that of "tea": each item goes to the next of the two from the series
+// that was found last.
+TEST_F(LinksTest, OfTwoSeriesWithOneKeyTheNextCounts) {
+  platform.clock.now = 0x12345678;
+  AddSeries("tea", 1, 2);
+  AddSeries("lunch", 1, 2);
+  AddSeries("walk", 1, 3);
+  AddItems("tea", {1}, 0x56780001);
+  AddItems("lunch", {1, 2}, 700);
+  AddItems("walk", {3}, 0x56780001);
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(series.Key(0), series.Key(2));
+  EXPECT_EQ(Deleted(0), Dates{2});
+  EXPECT_EQ(Deleted(1), Dates());
+  EXPECT_EQ(Deleted(2), (Dates{1, 2}));
+}
+
+// Its key was 0 until then, as that of the stray item.
+TEST_F(LinksTest, AStrayItemOfKeyZeroTakesNoDatesFromASeries) {
+  AddSeries("gone", 1, 2);
+  auto stray = NewItem("stray", At(1));
+  stray->header.created = 0;
+  occurrences.Append(std::move(stray));
+  LinkOlderFile(occurrences, series);
+  EXPECT_EQ(series.Key(0), 1);
+  EXPECT_EQ(Days(0), (Dates{1, 2}));
 }
 
 TEST_F(LinksTest, ASeriesWithoutItemsGetsAKeyAndAllItsDates) {
