@@ -24,3 +24,7 @@ std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code);
 // Whether the organiser writes the files of data version 50. Asked of the registry at each call,
 // and always of the desktop edition's key, whichever edition runs.
 bool IsVersion50();
+
+// The main key of the edition that the calendar was last opened for; empty before that. It holds
+// for the whole process.
+std::string& CalendarKeyPath();

@@ -1,9 +1,7 @@
 #include "timeplace/software_value.h"
 
-#include <utility>
-
-#include "base/process_wide.h"
 #include "platform/platform.h"
+#include "plugin/discovery.h"
 #include "plugin/string_table.h"
 
 namespace pw {
@@ -16,8 +14,6 @@ constexpr std::string_view kWingmate98Key = R"(Software\Gullwing\Wingmate 98\Ver
 
 constexpr std::string_view kMainSubkey = "Main";
 constexpr std::size_t kLongestFolder = 260;
-
-ProcessWide<std::string> mainKeyPath;
 
 std::optional<std::string> ReadValue(const std::string& keyPath, const std::string& valueName,
                                      std::size_t limit) {
@@ -38,14 +34,11 @@ std::optional<std::string> ReadSoftwareValue(std::string_view subkey, const std:
   return std::nullopt;
 }
 
-void SetMainKeyPath(std::string path) {
-  *mainKeyPath = std::move(path);
-}
-
 std::optional<std::string> OrganiserDataFolder() {
   const std::string valueName = LoadString(strings::kData).Str();
-  if (mainKeyPath->empty()) return ReadSoftwareValue(kMainSubkey, valueName, kLongestFolder);
-  return ReadValue(*mainKeyPath, valueName, kLongestFolder);
+  const std::string& keyPath = CalendarKeyPath();
+  if (keyPath.empty()) return ReadSoftwareValue(kMainSubkey, valueName, kLongestFolder);
+  return ReadValue(keyPath, valueName, kLongestFolder);
 }
 
 std::string PathInFolder(std::string_view folder, std::string_view name) {

@@ -15,12 +15,8 @@ namespace pw {
 std::optional<std::string> ReadSoftwareValue(std::string_view subkey, const std::string& valueName,
                                              std::size_t limit);
 
-// The main key of the edition that runs, once somebody knows it; empty for unknown. It holds for
-// the whole process.
-void SetMainKeyPath(std::string path);
-
-// The organiser's data folder, as its main key has it: the one that was set, or else that of the
-// first edition. Nothing if it isn't there or is longer than a path may be.
+// The organiser's data folder, as its main key has it: that of `CalendarKeyPath`, or where none is
+// set that of the first edition. Nothing if it isn't there or is longer than a path may be.
 std::optional<std::string> OrganiserDataFolder();
 
 // A file of that folder: a backslash parts them unless the folder ends in one or in a slash.

@@ -7,7 +7,7 @@
 
 #include "base/text.h"
 #include "platform/testing/test_platform.h"
-#include "timeplace/software_value.h"
+#include "plugin/discovery.h"
 
 namespace {
 
@@ -146,7 +146,7 @@ TEST_F(PlaceListTest, AddsWhereAWalkFromTheFrontWould) {
 
 TEST_F(PlaceListTest, WithoutAFolderNothingIsLoadedOrSaved) {
   EXPECT_FALSE(list.Save()) << "not loaded";
-  pw::SetMainKeyPath("SOFTWARE\\Gullwing\\none");
+  CalendarKeyPath() = "SOFTWARE\\Gullwing\\none";
   EXPECT_FALSE(list.Load());
   EXPECT_FALSE(list.Save());
   EXPECT_EQ(platform.files.Opens(), 0U);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/testing/test_platform.h"
+#include "plugin/discovery.h"
 
 namespace pw {
 namespace {
@@ -56,9 +57,9 @@ TEST(SoftwareValueTest, TheDataFolderIsThatOfTheEditionThatRuns) {
     platform.registry.Set(kInformationManager, "Data", TextValue(longest));
     platform.registry.Set(kWingmate98, "Data", TextValue("C:\\Ninety-eight\\"));
     EXPECT_EQ(OrganiserDataFolder(), longest);
-    SetMainKeyPath(kWingmate98);
+    CalendarKeyPath() = kWingmate98;
     EXPECT_EQ(OrganiserDataFolder(), "C:\\Ninety-eight\\");
-    SetMainKeyPath("SOFTWARE\\Gullwing\\none");
+    CalendarKeyPath() = "SOFTWARE\\Gullwing\\none";
     EXPECT_EQ(OrganiserDataFolder(), std::nullopt) << "no other edition's";
   }
   TestPlatform platform;
