@@ -60,8 +60,6 @@ constexpr const char* kDesktopKey = R"(SOFTWARE\GULLWING\PairWise Desktop\Versio
 constexpr const char* kInformationManagerKey =
     R"(SOFTWARE\GULLWING\ORB PairWise Information Manager)";
 
-pw::ProcessWide<std::string> calendarKeyPath;
-
 bool KeyExists(const char* path) {
   PWRegistry registry;
   return registry.Open(path, false) != 0;
@@ -84,10 +82,6 @@ constexpr std::size_t kUserNameLimit = 255;
 pw::ProcessWide<PWString> displayName;
 
 }  // namespace
-
-std::string& CalendarKeyPath() {
-  return *calendarKeyPath;
-}
 
 std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
   const Edition* edition = code == product::kUnknown ? nullptr : FindEdition(code);
