@@ -29,6 +29,10 @@ bool WMEventItem::IsChanged() const {
   return (header.flags & kChanged) != 0;
 }
 
+std::int32_t WMEventItem::Sensitivity() const {
+  return static_cast<std::int32_t>(header.flags >> kSensitivityShift);
+}
+
 std::int32_t WMEventItem::SetSensitivity(std::int32_t value) {
   if (value < 0 || value > kPrivate) return -1;
   header.flags = (header.flags & kKeptBySensitivity) | static_cast<std::uint32_t>(value)

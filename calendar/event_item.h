@@ -32,6 +32,8 @@ class WMEventItem {
   const std::string& Subject() const { return detail.subject; }
   const std::string& Notes() const { return detail.notes; }
 
+  std::int32_t Sensitivity() const;
+
   // Takes 0 normal, 1 personal and 2 private; -1, and nothing changed, for any other. It clears
   // what `SetChanged` sets, which is therefore called later; the organiser has it so.
   std::int32_t SetSensitivity(std::int32_t value);

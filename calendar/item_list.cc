@@ -12,14 +12,13 @@ constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 
 std::size_t ItemList::Append(std::unique_ptr<WMEventItem> item) {
   items.push_back(std::move(item));
-  const std::size_t slot = ranks.Append();
-  if (index) index->insert(EntryOf(slot));
+  AddToIndexes(ranks.Append());
   return Count() - 1;
 }
 
 void ItemList::Remove(std::size_t rank) {
   const std::size_t slot = ranks.SlotAt(rank);
-  if (index) index->erase(EntryOf(slot));
+  RemoveFromIndexes(slot);
   ranks.Remove(rank);
   items[slot].reset();
 }
@@ -28,13 +27,28 @@ void ItemList::Clear() {
   items.clear();
   ranks = pw::SlotRanks();
   index.reset();
+  times.reset();
+}
+
+void ItemList::Change(std::size_t rank, const ChangeItem& change) {
+  const std::size_t slot = ranks.SlotAt(rank);
+  RemoveFromIndexes(slot);
+  change(*items[slot]);
+  AddToIndexes(slot);
 }
 
 void ItemList::SetCreated(std::size_t rank, std::int32_t created) {
-  const std::size_t slot = ranks.SlotAt(rank);
-  if (index) index->erase(EntryOf(slot));
-  items[slot]->SetCreated(created);
+  Change(rank, [&](WMEventItem& item) { item.SetCreated(created); });
+}
+
+void ItemList::AddToIndexes(std::size_t slot) {
   if (index) index->insert(EntryOf(slot));
+  if (times) times->Add(items[slot]->Start(), items[slot]->End());
+}
+
+void ItemList::RemoveFromIndexes(std::size_t slot) {
+  if (index) index->erase(EntryOf(slot));
+  if (times) times->Remove(items[slot]->Start(), items[slot]->End());
 }
 
 std::set<ItemList::Entry>& ItemList::Index() {
@@ -63,4 +77,13 @@ std::vector<std::size_t> ItemList::WithCreated(std::int32_t created) {
   }
   std::sort(found.begin(), found.end());
   return found;
+}
+
+std::size_t ItemList::CountOverlapping(std::int32_t start, std::int32_t end) {
+  if (!times) {
+    times.emplace();
+    for (std::size_t rank = 0; rank < Count(); ++rank)
+      times->Add(Item(rank).Start(), Item(rank).End());
+  }
+  return times->CountOverlapping(start, end);
 }

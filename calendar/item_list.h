@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -10,16 +11,16 @@
 
 #include "base/slot_ranks.h"
 #include "calendar/event_item.h"
+#include "calendar/overlap_index.h"
 
-// Items in an order, by ranks from 0, which it owns. Everything takes O(log n), beside an index
-// that is built when something is first looked up.
+// Items in an order, by ranks from 0, which it owns. Everything takes O(log n), but for counting
+// overlaps, which takes O(log² n), and an index that is built when something is first looked up.
 class ItemList {
  public:
   std::size_t Count() const { return ranks.Count(); }
 
   // A rank below the count is asked of all that take one. An item stays where it is in memory until
   // it is removed.
-  WMEventItem& Item(std::size_t rank) { return *items[ranks.SlotAt(rank)]; }
   const WMEventItem& Item(std::size_t rank) const { return *items[ranks.SlotAt(rank)]; }
 
   // The item's rank, which is the last now.
@@ -28,7 +29,11 @@ class ItemList {
   void Remove(std::size_t rank);
   void Clear();
 
-  // An item's key is changed so only: 0 is refused as by the item itself.
+  // The only way to change an item that is in the list.
+  using ChangeItem = std::function<void(WMEventItem& item)>;
+  void Change(std::size_t rank, const ChangeItem& change);
+
+  // An item's key, changed unless it is 0.
   void SetCreated(std::size_t rank, std::int32_t created);
 
   // The first item of that key.
@@ -36,6 +41,9 @@ class ItemList {
 
   // All with that `created`, which are the occurrences of the series of that key, in their order.
   std::vector<std::size_t> WithCreated(std::int32_t created);
+
+  // How many items share time with the interval; see `OverlapIndex`.
+  std::size_t CountOverlapping(std::int32_t start, std::int32_t end);
 
  private:
   // A key, and the slot of an item that has it.
@@ -45,8 +53,11 @@ class ItemList {
     return {items[slot]->Created(), items[slot]->Id(), slot};
   }
   std::set<Entry>& Index();
+  void AddToIndexes(std::size_t slot);
+  void RemoveFromIndexes(std::size_t slot);
 
   std::vector<std::unique_ptr<WMEventItem>> items;  // by slot; null where one was removed
   pw::SlotRanks ranks;
   std::optional<std::set<Entry>> index;
+  std::optional<OverlapIndex> times;
 };

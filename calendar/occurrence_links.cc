@@ -251,7 +251,7 @@ void LinkInstancesToExceptions(ItemList& occurrences, WMRecurringFile& series) {
   // By series, each when the first changed occurrence of it comes.
   std::unordered_map<std::size_t, std::multimap<Key, WMRecurringException*>> exceptions;
   for (std::size_t i = 0; i < occurrences.Count(); ++i) {
-    WMEventItem& item = occurrences.Item(i);
+    const WMEventItem& item = occurrences.Item(i);
     if (!item.IsChanged()) continue;
     const auto index = series.FindByKey(item.Created());
     if (!index) continue;

@@ -23,7 +23,7 @@ struct WMRecurringException {
   std::int32_t stamp = 0;  // the start of what took its place, in seconds
 
   // That item, once it was found; in memory only, and not owned.
-  WMEventItem* instance = nullptr;
+  const WMEventItem* instance = nullptr;
 };
 
 // The bytes of the recurring file, "RECR.WMW": the series of the calendar, whose occurrences stand

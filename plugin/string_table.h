@@ -21,9 +21,15 @@ inline constexpr std::uint32_t kFile = 2107;
 inline constexpr std::uint32_t kCannotFindFile = 2109;
 inline constexpr std::uint32_t kWarning = 2111;
 inline constexpr std::uint32_t kWhichIsRequired = 2112;
+inline constexpr std::uint32_t kEventMovedUp = 2114;
+inline constexpr std::uint32_t kEventTooEarly = 2115;
+inline constexpr std::uint32_t kEventMovedBack = 2117;
+inline constexpr std::uint32_t kEventTooLate = 2118;
 inline constexpr std::uint32_t kEventFile = 2119;
 inline constexpr std::uint32_t kDataFile = 2120;
 inline constexpr std::uint32_t kRecurringFile = 2121;
+inline constexpr std::uint32_t kAllDayRecurring = 2122;
+inline constexpr std::uint32_t kEventNotesShortened = 2123;
 inline constexpr std::uint32_t kRecurringTask = 2127;
 inline constexpr std::uint32_t kRecurringCall = 2128;
 inline constexpr std::uint32_t kOrganiserBusy = 2130;
@@ -35,17 +41,25 @@ inline constexpr std::uint32_t kVersionKey = 3003;
 inline constexpr std::uint32_t kCalendarTaskKey = 3012;
 inline constexpr std::uint32_t kDefaultUserName = 3013;
 
+inline constexpr std::uint32_t kChangedOccurrence = 8103;
 inline constexpr std::uint32_t kFirstName = 8104;
 inline constexpr std::uint32_t kLastName = 8105;
 inline constexpr std::uint32_t kCompany = 8106;
+inline constexpr std::uint32_t kMonthlyByDayManifold = 8107;
 inline constexpr std::uint32_t kTimezonesReadOnly = 8108;
 inline constexpr std::uint32_t kVersion = 8109;
+inline constexpr std::uint32_t kSeriesTruncated = 8112;
 inline constexpr std::uint32_t kCallNoteShortened = 8115;
 inline constexpr std::uint32_t kTaskNoteShortened = 8116;
 inline constexpr std::uint32_t kCallDayFull = 8117;
 inline constexpr std::uint32_t kTaskDayFull = 8118;
+inline constexpr std::uint32_t kThreeOverlap = 8120;
 inline constexpr std::uint32_t kContactLog = 8121;
+inline constexpr std::uint32_t kCalendarCategory = 8123;
 inline constexpr std::uint32_t kTaskCategory = 8124;
+inline constexpr std::uint32_t kYearlyWithEnd = 8129;
+inline constexpr std::uint32_t kAlarmTooEarly = 8130;
+inline constexpr std::uint32_t kStoredUntimed = 8131;
 
 }  // namespace strings
 

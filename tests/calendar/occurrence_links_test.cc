@@ -245,7 +245,9 @@ TEST_F(LinksTest, TextsTimesAndTheRangeMustFit) {
 TEST_F(LinksTest, ASeriesIsExpandedInTheZoneOfItsItems) {
   AddSeries("tea", 1, 3);
   AddItems("tea", {1, 3}, 500);
-  for (std::size_t i = 0; i < 2; ++i) occurrences.Item(i).header.zone = 4;
+  for (std::size_t i = 0; i < 2; ++i) {
+    occurrences.Change(i, [](WMEventItem& item) { item.header.zone = 4; });
+  }
   // Ten o'clock UTC by the clocks of Calcutta.
   series.Item(0).detail.SetStartTime(15, 30);
   series.Item(0).detail.SetEndTime(16, 30);
