@@ -140,7 +140,7 @@ TEST_F(CardFileSaveTest, TitlesAreTheKeysInTheirOrder) {
 
 // A line break in a field before the last named one becomes a blank, but the lengths stay those of
 // the text as it came: the first byte of the notes is then saved before the stamp, and zeros end
-// the body.
+// the body. Read back, the last named field ends one byte late, and what follows it loses as many.
 TEST_F(CardFileSaveTest, FoldedValuesLeaveTheLengthsAsTheyWere) {
   CardFileBytes bytes;
   Load(bytes.Build());
@@ -149,6 +149,10 @@ TEST_F(CardFileSaveTest, FoldedValuesLeaveTheLengthsAsTheyWere) {
   EXPECT_EQ(values[0], "A n");
   bytes.cards = {Fresh(1, "Abel, A n, C", "A n\r\nAbel\r\nC\r\nn", std::string("otes\0", 5))};
   EXPECT_EQ(Saved(), bytes.Build());
+  WMCardFile again;
+  ASSERT_EQ(again.Load(kPath), 0);
+  again.DecodeCard(again.Card(0), values);
+  EXPECT_EQ(values, (Values{"A n", "Abel", "C\r", "otes"}));
 }
 
 TEST_F(CardFileSaveTest, AnUpdateKeepsIdAndCarriedWords) {
@@ -258,19 +262,6 @@ TEST_F(CardFileSaveTest, NothingIsWrittenWhereTheFileCanNotBeOpened) {
   file.DeleteCard(0);
   platform.files.FailOpen(kPath);
   EXPECT_EQ(Saved(), bytes.Build());
-}
-
-TEST_F(CardFileSaveTest, AFoldedCardReadsBackAsTheOrganiserWouldReadIt) {
-  CardFileBytes bytes;
-  Load(bytes.Build());
-  Add({"A\r\nn", "Abel", "C", "notes"});
-  file.Save();
-  WMCardFile again;
-  ASSERT_EQ(again.Load(kPath), 0);
-  Values values;
-  again.DecodeCard(again.Card(0), values);
-  // The last named field ends one byte late, and what follows it loses as many.
-  EXPECT_EQ(values, (Values{"A n", "Abel", "C\r", "otes"}));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "base/process_wide.h"
 #include "framework/engine_context.h"
 #include "platform/testing/test_platform.h"
+#include "tests/support/source_fixture.h"
 
 namespace {
 
@@ -17,11 +18,6 @@ class HandshakeTest : public testing::Test {
     if (!value) return "(none)";
     EXPECT_EQ(value->type, pw::RegistryType::kText) << name;
     return value->data;
-  }
-  std::vector<std::uint32_t> Steps() {
-    std::vector<std::uint32_t> steps;
-    for (const auto& sent : platform.windows.sent) steps.push_back(sent.wParam);
-    return steps;
   }
   void RunOrganiser(std::int32_t answer = 0, bool enabled = true) {
     organiser = platform.windows.Add("Wingmate_95", enabled);
@@ -59,7 +55,7 @@ TEST_F(HandshakeTest, StepsAndRepliesPass) {
   EXPECT_TRUE(NotifyOrganiserLock(0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(true, 0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(false, 0, false));
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 1, 2, 3}));
+  EXPECT_EQ(pw::test::SentSteps(platform), (pw::test::Steps{0, 1, 2, 3}));
   const std::uint32_t number = platform.windows.RegisterMessage("IWM Pilot Notification");
   for (const auto& sent : platform.windows.sent) {
     EXPECT_EQ(sent.number, number);

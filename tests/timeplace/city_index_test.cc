@@ -4,6 +4,8 @@
 
 #include "platform/testing/test_platform.h"
 #include "tests/support/city_file_builder.h"
+#include "tests/support/damage.h"
+#include "tests/support/other_files.h"
 
 namespace {
 
@@ -156,13 +158,7 @@ class WritableFiles : public pw::FilesWrapper {
 
 class CityIndexWriteTest : public CityIndexTest {
  protected:
-  CityIndexWriteTest() {
-    pw::Platform services = platform.Services();
-    services.files = &writable;
-    pw::SetPlatform(services);
-  }
-
-  WritableFiles writable{platform.files};
+  pw::test::InPlaceOfFiles<WritableFiles> writable;
 };
 
 TEST_F(CityIndexWriteTest, ANodeIsWrittenInItsPlace) {
@@ -238,25 +234,20 @@ class CityIndexDamageTest : public CityIndexTest {
 TEST_F(CityIndexDamageTest, CutAtEveryLength) {
   CityFileBytes file = SevenCities();
   for (auto& city : file.nodes) city.deleted = false;
-  const std::string whole = file.Build();
-  for (std::size_t length = 0; length <= whole.size(); ++length) {
-    const std::size_t readable = length < 4 ? 0 : (length - 4) / 202;
-    ASSERT_EQ(Exercise(whole.substr(0, length)), readable) << length;
-    ASSERT_EQ(WMCityIndex(kPath).Count(), length < 4 ? 0 : (length - 3) / 202) << length;
-  }
+  pw::test::ForEachCut(file.Build(), [&](const std::string& cut) {
+    const bool hasHeader = cut.size() >= 4;
+    EXPECT_EQ(Exercise(cut), hasHeader ? (cut.size() - 4) / 202 : 0);
+    EXPECT_EQ(WMCityIndex(kPath).Count(), hasHeader ? (cut.size() - 3) / 202 : 0);
+  });
 }
 
 TEST_F(CityIndexDamageTest, EveryByteFlipped) {
-  const std::string whole = SevenCities().Build();
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    for (const unsigned char mask : {0xFF, 0x01, 0x80}) {
-      std::string damaged = whole;
-      damaged[at] = static_cast<char>(damaged[at] ^ mask);
-      const std::size_t readable = Exercise(damaged);
-      const bool deletes = at >= 4 && (at - 4) % 202 == 200;
-      ASSERT_TRUE(deletes ? readable >= 4 : readable == 5) << at;
-    }
-  }
+  const auto use = [&](const std::string& damaged, std::size_t at) {
+    const std::size_t readable = Exercise(damaged);
+    const bool deletes = at >= 4 && (at - 4) % 202 == 200;
+    EXPECT_TRUE(deletes ? readable >= 4 : readable == 5);
+  };
+  pw::test::ForEachFlip(SevenCities().Build(), use);
 }
 
 TEST_F(CityIndexDamageTest, LinksThatLeadNowhereOrInCircles) {
