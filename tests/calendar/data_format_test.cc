@@ -129,8 +129,7 @@ TEST(DataFormatTest, EmptyFileByteForByte) {
 TEST(DataFormatTest, SectionsWrapAt16Bits) {
   const struct {
     std::size_t specialDays;
-    int count;
-    int bytes;
+    int count, bytes;
   } cases[] = {
       {datafile::kMostRecords, 923, 65533}, {datafile::kMostRecords + 1, 924, 68}, {65537, 1, 71}};
   for (const auto& c : cases) {
@@ -161,8 +160,7 @@ TEST(DataFormatTest, DamageIsFoundWhereItIs) {
     std::string bytes;
     std::size_t records;
     std::string expected;  // begins so; empty where nothing is wrong
-    std::size_t offset;
-    std::size_t lost;
+    std::size_t offset, lost;
   } cases[] = {
       {"nothing", whole, 3, "", 0, 0},
       {"no zero behind the magic", with(9, "X"), 3, "", 0, 0},

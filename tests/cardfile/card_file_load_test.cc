@@ -149,8 +149,7 @@ TEST_F(CardFileLoadTest, ACutEntryKeepsWhatCameAndACutKeyLineIsNone) {
 
 TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
   const struct {
-    std::string text;
-    std::string notes;
+    std::string text, notes;
     bool blank;
   } cases[] = {
       {"", "", true},
@@ -177,9 +176,7 @@ TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
 TEST_F(CardFileLoadTest, ValuesEndWhereTheOrganiserEndsThem) {
   const std::string three = "A\r\nB\r\nC\r\n";
   const struct {
-    std::string names;
-    std::string text;
-    std::string notes;
+    std::string names, text, notes;
     Values values;
   } cases[] = {
       {three, "1\r\n2\r\n3\r\n", "n", {"1", "2", "3", "n"}},

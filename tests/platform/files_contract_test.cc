@@ -91,9 +91,7 @@ constexpr OpenMode kModes[] = {OpenMode::kRead, OpenMode::kReadWriteExisting, Op
 TEST_P(FilesContract, ModesMakeEmptyAndWriteWhatTheyShould) {
   const struct {
     OpenMode mode;
-    bool makes;
-    bool empties;
-    bool writes;
+    bool makes, empties, writes;
   } cases[] = {
       {OpenMode::kRead, false, false, false},
       {OpenMode::kReadWriteExisting, false, false, true},
@@ -308,8 +306,7 @@ INSTANTIATE_TEST_SUITE_P(InMemoryAndOnDisk, FilesContract,
 
 TEST(MatchesPattern, StarAndQuestionMark) {
   const struct {
-    const char* name;
-    const char* pattern;
+    const char *name, *pattern;
     bool matches;
   } cases[] = {
       {"", "", true},

@@ -194,8 +194,7 @@ TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
   const struct {
     const char* typed;
     SheetAnswer answer;
-    int firstLeaves;
-    int secondLeaves;
+    int firstLeaves, secondLeaves;
   } cases[] = {
       {"\n\n", SheetAnswer::kCancel, 1, 1},  // the second page refuses once
       {"\n\n\n", SheetAnswer::kOk, 1, 2},

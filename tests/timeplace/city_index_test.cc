@@ -58,8 +58,7 @@ TEST_F(CityIndexTest, NodesAreReadByTheirNumbers) {
   EXPECT_EQ(index.Current().Name(), "Madrid") << "the root is the first current node";
   const struct {
     std::uint32_t number;
-    const char* name;
-    const char* current;
+    const char *name, *current;
   } cases[] = {
       {1, "Madrid", "Madrid"}, {7, "(none)", "Z\xFCrich"},  // deleted, but read
       {4, "Aachen", "Aachen"}, {0, "(none)", "Aachen"},
@@ -75,8 +74,7 @@ TEST_F(CityIndexTest, NodesAreReadByTheirNumbers) {
 TEST_F(CityIndexTest, NamesAreFoundThroughTheTree) {
   const struct {
     std::string key;
-    const char* found;
-    const char* current;
+    const char *found, *current;
   } cases[] = {
       {"Madrid", "Madrid", "Madrid"},
       {"Aachen", "Aachen", "Aachen"},
@@ -256,9 +254,7 @@ TEST_F(CityIndexDamageTest, LinksThatLeadNowhereOrInCircles) {
   const std::size_t berlin = CityFileBytes::OffsetOf(2);
   const struct {
     std::size_t at;
-    const char* link;
-    const char* berlinFound;
-    const char* dublinFound;
+    const char *link, *berlinFound, *dublinFound;
   } cases[] = {
       {kRoot, "\0\0", "(none)", "(none)"},    // an empty tree
       {kRoot, "\x08\0", "(none)", "(none)"},  // a root beyond the file
