@@ -169,15 +169,6 @@ TEST_F(CalendarTest, EachFileIsSavedWhateverBecomesOfTheOthers) {
   EXPECT_NE(Saved("C:\\Data\\Place List.dat").find("Pier 4"), std::string::npos);
 }
 
-TEST_F(CalendarTest, TheOtherFilesAreNotReadWithoutEvents) {
-  platform.files.Put(kDataPath, "data");
-  platform.files.Put(kRecurringPath, SomeSeries(true).Build());
-  WMCalendarStore store;
-  EXPECT_EQ(store.Load(kCalendar), 0);
-  EXPECT_EQ(store.RecordCount(), 0U);
-  EXPECT_EQ(Saved(kDataPath), "data");
-}
-
 TEST_F(CalendarTest, FilesAreMadeInTheVersionInForce) {
   OrganiserVersion() = 40;
   EXPECT_TRUE(CreateEventFiles(kCalendar));

@@ -206,25 +206,4 @@ TEST(EventFormatTest, ADayHas96PositionsOfThreeColumns) {
   }
 }
 
-TEST(EventFormatTest, AnyMagicButThatOfVersion50IsVersion40) {
-  const struct {
-    std::string bytes;
-    std::int32_t version;
-  } cases[] = {
-      {std::string("WMWCALE50\0carried", 17), 50},
-      {std::string("WMWCALE40\0carried", 17), 40},
-      {"WMWCALE50X", 40},
-      {"WMWCALE5", 40},
-      {"wmwcale50", 40},
-      {"", 40},
-  };
-  for (const auto& each : cases) {
-    pw::frame::Header header{};
-    std::copy(each.bytes.begin(), each.bytes.end(), header.begin());
-    EXPECT_EQ(events::VersionOf(header), each.version) << each.bytes;
-    events::SetMagic(header, each.version);
-    EXPECT_EQ(events::VersionOf(header), each.version);
-  }
-}
-
 }  // namespace

@@ -267,18 +267,6 @@ TEST_F(RuleExpansionTest, TheLastDayOfAMonthIsTheOneBeforeTheNext) {
   EXPECT_EQ(Shown(Expand(rule)), "2-28 2:30 3-31 2:30 4-30 3:30 ");
 }
 
-TEST_F(RuleExpansionTest, LocalDaysAndMonths) {
-  LiveIn("New York, NY");
-  EXPECT_EQ(FirstOfMonth(Local(1998, 4, 30)), Local(1998, 4, 1));
-  EXPECT_EQ(AddDays(Local(1998, 4, 1), -1), Local(1998, 3, 31));
-  EXPECT_EQ(AddDays(Local(1996, 2, 28), 366), Local(1997, 2, 28));
-  EXPECT_EQ(CompareLocalDates(Local(1998, 4, 5, 23, 59), Local(1998, 4, 5, 0, 0)), 0);
-  EXPECT_EQ(CompareLocalDates(Local(1998, 4, 5, 23, 59), Local(1998, 4, 6, 0, 0)), -1);
-  EXPECT_EQ(CompareLocalDates(Local(1998, 4, 6, 0, 0), Local(1998, 4, 5, 23, 59)), 1);
-  EXPECT_EQ(CompareLocalDates(Local(1999, 4, 5), Local(1998, 4, 5)), 1);
-  EXPECT_EQ(CompareLocalDates(kLeast, kMost), -1);
-}
-
 // By the walk that it stands for.
 TEST_F(RuleExpansionTest, TakesOutTheDatesThatAWalkWouldFind) {
   LiveIn("Sydney");

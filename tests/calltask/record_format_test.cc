@@ -123,6 +123,9 @@ TEST(RecordFormatTest, TextsAreReadInTheOrganisersWay) {
     EXPECT_EQ(record.subject, each.subject);
     EXPECT_EQ(record.note, each.note);
     EXPECT_EQ(rest, each.rest);
+    pw::ByteWriter out;
+    calltask::EncodeTexts(out, record);
+    EXPECT_EQ(out.Written(), each.subject + '\x7F' + each.note + '\x09') << "nothing is escaped";
   }
   std::string text = "\x7F~\x10\x09\x09";
   calltask::MakeStorable(text);

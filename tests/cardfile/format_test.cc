@@ -43,9 +43,7 @@ TEST(CardFileFormatTest, FieldNamesAreLinesWithoutTheirLastCharacter) {
 
 TEST(CardFileFormatTest, AStampStandsBehindTheFirstMarker) {
   const struct {
-    const char* text;
-    const char* before;
-    const char* stamp;
+    const char *text, *before, *stamp;
   } cases[] = {
       {"a\r\n\x7F"
        "12",

@@ -45,19 +45,12 @@ Property Make(const char* name, Value (Typed::*get)() const, const std::string& 
   return {name, [get](PWRecord* record) { return Show((Typed(record).*get)()); }, after, {}};
 }
 
-template <class Typed>
-Property Text(const char* name, PWString& (Typed::*get)() const, void (Typed::*set)(const char*)) {
+// Its setter takes the text, or as much of it as a size says.
+template <class Typed, class... Size>
+Property Text(const char* name, PWString& (Typed::*get)() const,
+              void (Typed::*set)(const char*, Size...)) {
   Property made = Make(name, get, "text");
-  made.ways = {[set](PWRecord* record) { (Typed(record).*set)("text"); },
-               [get](PWRecord* record) { (Typed(record).*get)() = "text"; }};
-  return made;
-}
-
-template <class Typed>
-Property SizedText(const char* name, PWString& (Typed::*get)() const,
-                   void (Typed::*set)(const char*, std::uint32_t)) {
-  Property made = Make(name, get, "text");
-  made.ways = {[set](PWRecord* record) { (Typed(record).*set)("text", 4); },
+  made.ways = {[set](PWRecord* record) { (Typed(record).*set)("text", Size{4}...); },
                [get](PWRecord* record) { (Typed(record).*get)() = "text"; }};
   return made;
 }
@@ -91,7 +84,7 @@ std::vector<Property> EventProperties() {
       [](PWRecord* record) { PWEventRecord(record).Recurring(true, kRecurranceWeekly); }};
   return {Text("Subject", &Event::Subject, &Event::Subject),
           Text("Location", &Event::Location, &Event::Location),
-          SizedText("Notes", &Event::Notes, &Event::Notes),
+          Text("Notes", &Event::Notes, &Event::Notes),
           Stamp("StartDate", &Event::StartDate, &Event::StartDate),
           Stamp("EndDate", &Event::EndDate, &Event::EndDate),
           Flag("AllDay", &Event::AllDay, &Event::AllDay),
@@ -115,8 +108,8 @@ std::vector<Property> TaskProperties() {
 }
 
 std::vector<Property> MemoProperties() {
-  return {SizedText("Subject", &PWMemoRecord::Subject, &PWMemoRecord::Subject),
-          SizedText("Body", &PWMemoRecord::Body, &PWMemoRecord::Body)};
+  return {Text("Subject", &PWMemoRecord::Subject, &PWMemoRecord::Subject),
+          Text("Body", &PWMemoRecord::Body, &PWMemoRecord::Body)};
 }
 
 std::vector<Property> TimezoneProperties() {
@@ -244,9 +237,16 @@ TEST(RecurranceTest, SwitchedOffThePatternIsGoneAndOnItStartsAfresh) {
   EXPECT_EQ(event.RecurrancePattern(), nullptr);
   event.Recurring(false, kRecurranceYearlyByDate);
   EXPECT_EQ(event.RecurrancePattern(), nullptr) << "off before it ever was on";
+  record.SetPattern(std::make_unique<PWNumber>(1));
+  EXPECT_FALSE(event.Recurring()) << "an object that is no pattern";
 
   event.Recurring(true, kRecurranceDaily);
   event.RecurrancePattern()->Daily()->Interval = 3;
+  event.RecurrancePattern()->Options.bits = ~0U;
+  EXPECT_TRUE(event.RecurrancePattern()->NeverEnds());
+  event.RecurrancePattern()->Options.Bit(PWRecurrancePattern::kNeverEnds, false);
+  EXPECT_EQ(event.RecurrancePattern()->Options.bits, 0xFFFFFFFEU);
+  EXPECT_FALSE(event.RecurrancePattern()->NeverEnds());
   event.Recurring(false, kRecurranceYearlyByDate);
   EXPECT_FALSE(event.Recurring());
   EXPECT_EQ(event.RecurrancePattern(), nullptr);
@@ -254,25 +254,6 @@ TEST(RecurranceTest, SwitchedOffThePatternIsGoneAndOnItStartsAfresh) {
   event.Recurring(true, kRecurranceDaily);
   EXPECT_EQ(event.RecurrancePattern()->Type(), kRecurranceDaily);
   EXPECT_EQ(event.RecurrancePattern()->Daily()->Interval, 0);
-}
-
-TEST(RecurranceTest, AnObjectThatIsNoPatternIsTakenForNone) {
-  PWRecord record;
-  record.SetPattern(std::make_unique<PWNumber>(1));
-  PWEventRecord event(&record);
-  EXPECT_FALSE(event.Recurring());
-  event.Recurring(true, kRecurranceDaily);
-  EXPECT_NE(event.RecurrancePattern(), nullptr);
-}
-
-TEST(RecurranceTest, OneBitSaysThatAPatternNeverEnds) {
-  PWRecurrancePattern pattern;
-  pattern.EndDate(kStamp);
-  pattern.Options.bits = ~0U;
-  EXPECT_TRUE(pattern.NeverEnds());
-  pattern.Options.Bit(PWRecurrancePattern::kNeverEnds, false);
-  EXPECT_EQ(pattern.Options.bits, 0xFFFFFFFEU);
-  EXPECT_FALSE(pattern.NeverEnds());
 }
 
 // Counts itself, so that a leak or a second deletion shows.
