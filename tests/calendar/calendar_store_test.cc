@@ -32,6 +32,17 @@ TEST_F(CalendarTest, AnEmptyFolderIsAnEmptyCalendarThatASaveFills) {
   EXPECT_EQ(again.plainItems.Count(), 0U);
 }
 
+TEST_F(CalendarTest, TheRegistryTellsTheVersionOfNewFiles) {
+  EXPECT_EQ(OrganiserVersion(), 0);
+  platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main", "Version",
+                        NumberValue(40));
+  WMCalendarStore store;
+  EXPECT_EQ(OrganiserVersion(), 40);
+  ASSERT_EQ(store.Load(kCalendar), 0);
+  store.Save();
+  EXPECT_EQ(Saved(kEventPath).substr(0, 10), std::string("WMWCALE40\0", 10));
+}
+
 TEST_F(CalendarTest, WhatStopsALoad) {
   const std::string whole = Events(50, {}, {});
   ASSERT_EQ(whole.size(), 626U);
