@@ -101,13 +101,7 @@ TEST(RecordFormatTest, TextsAreReadInTheOrganisersWay) {
       {"\x7F\x09r", true, "", "\x7F", "r"},
       {"\x09r", true, "", "", "r"},
       {"s\x09next\x7Fn\x09r", true, "s", "next\x7Fn", "r"},
-      {"s\x7F"
-       "a\x7F"
-       "b\x09",
-       true, "s",
-       "a\x7F"
-       "b",
-       ""},
+      {"s\x7Fm\x7Fn\x09", true, "s", "m\x7Fn", ""},
       {"\x10s\x10\x7F~\x10\x09", true, "~s~", "~~", ""},
       {std::string("s\0t\x7F\0\x09", 6), true, std::string("s\0t", 3), std::string("\0", 1), ""},
       {"s\x7Fn", false, "", "", ""},
