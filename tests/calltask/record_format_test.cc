@@ -154,15 +154,9 @@ TEST(CallFormatTest, ADueDateIsAWordOrNone) {
   const struct {
     Date date;
     std::uint32_t word;
-  } cases[] = {
-      {{1900, 1, 0}, 0},
-      {{1900, 5, 5}, 0},
-      {{2000, 0, 5}, 0},
-      {{2000, 5, 0}, 0},
-      {{1901, 1, 1}, 0x00010001},
-      {{1990, 2, 28}, 0x005A011C},
-      {{2029, 12, 31}, 0x00810B1F},
-  };
+  } cases[] = {{{1900, 1, 0}, 0},           {{1900, 5, 5}, 0},          {{2000, 0, 5}, 0},
+               {{2000, 5, 0}, 0},           {{1901, 1, 1}, 0x00010001}, {{1990, 2, 28}, 0x005A011C},
+               {{2029, 12, 31}, 0x00810B1F}};
   for (const auto& each : cases) {
     EXPECT_EQ(calltask::EncodeCallDueDate(each.date), each.word) << each.date.year;
     const Date read = each.word == 0 ? calltask::kNoCallDueDate : each.date;
