@@ -99,20 +99,6 @@ TEST_F(CallTaskStoreTest, ARecurringRecordComesBackWithTheFile) {
   }
 }
 
-TEST_F(CallTaskStoreTest, AYearWithoutRecordsHasNoEntry) {
-  for (const FileKind& kind : kFileKinds) {
-    CallTaskBytes file = kind.File();
-    file.days = {{1991, 5, {kind.Record(1, "a", "note")}}, {1992, 0, {kind.Record(2, "b", "")}}};
-    const auto store = Load(kind, file.Build());
-    store->Remove(0);
-    file.days.erase(file.days.begin());
-    EXPECT_EQ(Saved(kind, *store), file.Build());
-    store->Remove(0);
-    file.days.clear();
-    EXPECT_EQ(Saved(kind, *store), file.Build());
-  }
-}
-
 TEST_F(CallTaskStoreTest, EveryRecordMadeTakesAnIdOfTheOneCount) {
   platform.clock.ticks = 0xABCD1234;
   platform.clock.now = 900000000;

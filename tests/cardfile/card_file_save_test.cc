@@ -34,15 +34,8 @@ class CardFileSaveTest : public testing::Test {
 };
 
 // A body as it should stand in the file, with the stamp of `kNow`.
-CardBytes Fresh(std::int32_t id, std::string title, std::string text, std::string notes) {
-  return {id,
-          std::move(title),
-          std::move(text) +
-              "\x7F"
-              "950000000",
-          std::move(notes),
-          0,
-          0};
+CardBytes Fresh(std::int32_t id, std::string title, const std::string& text, std::string notes) {
+  return {id, std::move(title), pw::test::Stamped(text, "950000000"), std::move(notes), 0, 0};
 }
 
 // As a file that was new, or had no bytes: what is carried from load to save is zeros.
@@ -59,18 +52,14 @@ TEST_F(CardFileSaveTest, AnUnchangedFileIsWrittenBackByteForByte) {
   // offset and the word behind it are set anew.
   bytes.cards.push_back({99, "Zed", "Zed\r\n\r\n\r\n", "no stamp", 0, 0});
   Load(bytes.Build().replace(65, 8, 8, '\xEE'));
-  bytes.cards.back().text +=
-      "\x7F"
-      "0";
+  bytes.cards.back().text = pw::test::Stamped(bytes.cards.back().text, "0");
   EXPECT_EQ(Saved(), bytes.Build());
 }
 
 TEST_F(CardFileSaveTest, CardsAreWrittenInTheExchangeSortsOrder) {
   CardFileBytes bytes = ThreeCards();
   // Titles of untouched cards are sorted as they are, also where they don't fit the values.
-  const std::string text =
-      "1\r\n2\r\n3\r\n\x7F"
-      "1";
+  const std::string text = pw::test::Stamped("1\r\n2\r\n3\r\n", "1");
   const CardBytes b{1, "b", text, "", 0, 0};
   const CardBytes capitalB{2, "B", text, "", 0, 0};
   const CardBytes a{3, "a", text, "", 0, 0};

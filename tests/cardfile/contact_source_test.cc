@@ -87,16 +87,10 @@ TEST_F(ContactSourceTest, ANewCardTakesNothingFromTheCurrentOne) {
   source->FirstRecord();
   const PWDateTimeStamp stamp = source->RecordTimeStamp();
   PWRecord record;
-  record.SetField("Last Name",
-                  "\x7F"
-                  "Bo\x7F"
-                  "nd");
+  record.SetField("Last Name", "\x7FJo\x7Fnes");
   ASSERT_EQ(source->AddRecord(record), 0);
   EXPECT_EQ(Id(), "8") << "the id behind the one that was seen";
-  EXPECT_EQ(Field("Last Name"),
-            "\x80"
-            "Bo\x80"
-            "nd");
+  EXPECT_EQ(Field("Last Name"), "\x80Jo\x80nes");
   for (const char* name : {"First Name", "Company", "Contact Log"}) EXPECT_EQ(Field(name), "");
   source->FirstRecord();
   source->RecordTimeStamp();
@@ -200,8 +194,7 @@ TEST_F(ContactSourceTest, AnUpdateKeepsWhatTheMapDoesNotTouch) {
   CardFileBytes expected = ThreeCards();
   expected.cards[0].title = "Abel, Anna, Acme\r\nSecond line";
   expected.cards[0].text =
-      "Anna\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F"
-      "950000000";
+      pw::test::Stamped("Anna\r\nAbel\r\nAcme\r\nSecond line\r\n", "950000000");
   EXPECT_EQ(platform.files.Get(kPath), expected.Build());
 }
 

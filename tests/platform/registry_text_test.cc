@@ -1,6 +1,7 @@
 #include "platform/posix/registry_text.h"
 
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -113,39 +114,14 @@ TEST(RegistryTextTest, OtherFilesAreRefused) {
 }
 
 TEST(RegistryTextTest, BadLinesAreToldAndSkippedAndKept) {
-  const char* const cases[] = {
-      "junk",
-      "x=1",
-      "\"x",
-      "\"x=1",
-      "\"x\"",
-      "\"x\"=",
-      "\"x\"=5",
-      "\"x\"=text",
-      "\"x\"=\"open",
-      "\"x\"=\"C:\\Data\"",
-      "\"x\\y\"=\"\"",
-      "\"x\"=\"\" more",
-      "\"x\"=dword:",
-      "\"x\"=dword:x",
-      "\"x\"=dword:123456789",
-      "\"x\"=dword:1,2",
-      "\"x\"=hex",
-      "\"x\"=hex:0g",
-      "\"x\"=hex:001",
-      "\"x\"=hex:1,,2",
-      "\"x\"=hex:1,",
-      "\"x\"=hex:1 2",
-      "\"x\"=hex():1",
-      "\"x\"=hex(g):1",
-      "\"x\"=hex(1:1",
-      "\"x\"=hex(123456789):1",
-      "\"x\"=hex:01,\\",
-      "\"x\"=--",
-      "[HKLM\\open",
-      "[-HKLM]",
-  };
-  for (const std::string line : cases) {
+  std::istringstream cases(R"(junk|x=1|[HKLM\open|[-HKLM]|"x|"x=1|"x"|"x"=|"x"=5|"x"=text|"x"=--|)"
+                           R"("x"="open|"x"="C:\Data"|"x\y"=""|"x"="" more|)"
+                           R"("x"=dword:|"x"=dword:x|"x"=dword:123456789|"x"=dword:1,2|)"
+                           R"("x"=hex|"x"=hex:0g|"x"=hex:001|"x"=hex:1,,2|"x"=hex:1,|"x"=hex:1 2|)"
+                           R"("x"=hex():1|"x"=hex(g):1|"x"=hex(1:1|"x"=hex(123456789):1|)"
+                           R"("x"=hex:01,\)");
+  int tried = 0;
+  for (std::string line; std::getline(cases, line, '|'); ++tried) {
     Complaints complaints;
     const std::string bytes =
         "REGEDIT4\n[HKLM\\K]\n\"x\"=\"before\"\n" + line + "\n[HKLM\\L]\n\"y\"=\"behind\"\n";
@@ -155,6 +131,7 @@ TEST(RegistryTextTest, BadLinesAreToldAndSkippedAndKept) {
     EXPECT_EQ(Find(text, "L", "y"), TextValue("behind")) << line;
     EXPECT_EQ(text.Render(), bytes) << line;
   }
+  EXPECT_EQ(tried, 30);
 }
 
 TEST(RegistryTextTest, LinesAreCountedAsTheyStandInTheFile) {

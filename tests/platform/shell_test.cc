@@ -45,14 +45,10 @@ TEST_F(PosixShellTest, StartsAProgramOfItsOwn) {
 
 TEST_F(PosixShellTest, TellsWhatCannotBeStarted) {
   const ShellCommand cases[] = {
-      {"print", "C:\\bin\\Program", "", "", 1},
-      {"open", "C:\\bin\\none", "", "", 1},
-      {"open", "C:\\bin\\text", "", "", 1},
-      {"open", "C:\\bin", "", "", 1},
-      {"open", "Q:\\bin\\Program", "", "", 1},
-      {"open", "C:\\bin\\lost", "", "", 1},
-      {"open", "C:\\bin\\Program", "", "C:\\none", 1},
-  };
+      {"print", "C:\\bin\\Program", "", "", 1},       {"open", "C:\\bin\\none", "", "", 1},
+      {"open", "C:\\bin\\text", "", "", 1},           {"open", "C:\\bin", "", "", 1},
+      {"open", "Q:\\bin\\Program", "", "", 1},        {"open", "C:\\bin\\lost", "", "", 1},
+      {"open", "C:\\bin\\Program", "", "C:\\none", 1}};
   for (const ShellCommand& command : cases) {
     EXPECT_FALSE(shell.Execute(command)) << command.verb << " " << command.file;
   }
