@@ -213,6 +213,8 @@ void BM_LibicalParseWalkWrite(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+// The first is to take a tenth of the second's time at most; of 500,000 items, the third 3.5 times
+// the fourth's, and 1.7 times as long for each as of 50,000.
 BENCHMARK(BM_LoadWalkSave)->Arg(50'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LibicalParseWalkWrite)->Arg(50'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LoadSave)->Arg(50'000)->Arg(500'000)->Unit(benchmark::kMillisecond);

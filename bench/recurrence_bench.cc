@@ -157,6 +157,7 @@ void BM_Libical(benchmark::State& state, Series (*make)()) {
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * dates));
 }
 
+// A date of the first of each pair is to take a tenth of one of the second at most.
 BENCHMARK_CAPTURE(BM_Expand, daily, Daily);
 BENCHMARK_CAPTURE(BM_Libical, daily, Daily);
 BENCHMARK_CAPTURE(BM_Expand, weekly, Weekly);

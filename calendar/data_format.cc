@@ -90,11 +90,12 @@ std::vector<std::string> SortedBytes(const DaysAndSpans& records) {
 // Reads the sections that the table names.
 class SectionReader {
  public:
-  SectionReader(std::string_view bytes, File& file) : bytes(bytes), file(file) {}
+  SectionReader(std::string_view bytes, File& file)
+      : bytes(bytes), file(file), bytesLeft(bytes.size() - kFirstSection) {}
 
   void ReadAll() {
     for (std::size_t i = 0; i < kSections; ++i) {
-      ReadEntry(file.table[i], kHeaderSize + i * kSectionSize);
+      ReadEntry(file.table[i], SectionEntryOffset(i));
     }
   }
 
@@ -123,7 +124,9 @@ class SectionReader {
     ByteReader in(bytes);
     in.Seek(offset);
     const std::size_t size = RecordSize(*file.version);
-    const std::size_t whole = std::min<std::size_t>(section.count, in.Remaining() / size);
+    const std::size_t whole =
+        std::min<std::size_t>(section.count, std::min(in.Remaining(), bytesLeft) / size);
+    bytesLeft -= whole * size;
     for (std::size_t i = 0; i < whole; ++i) ReadRecord(in, section.tag);
     position = offset + section.count * size;
     if (whole < section.count) {
@@ -149,6 +152,7 @@ class SectionReader {
   std::string_view bytes;
   File& file;
   std::size_t position = kFirstSection;  // where the entry looked at last ends by the table
+  std::size_t bytesLeft;                 // no more than the file has, if sections overlap
 };
 
 }  // namespace
@@ -197,6 +201,10 @@ SectionTable NewTable() {
   table.front().tag = kSpecialDayTag;
   table.front().offset = kFirstSection;
   return table;
+}
+
+std::size_t SectionEntryOffset(std::size_t index) {
+  return kHeaderSize + index * kSectionSize;
 }
 
 WMDataSection* FindSection(SectionTable& table, std::int16_t tag) {

@@ -146,6 +146,7 @@ inline constexpr std::size_t kSectionSize = 2 + 2 + 2 + 4;
 inline constexpr std::size_t kTableSize = kSections * kSectionSize;
 inline constexpr std::size_t kFirstSection = kHeaderSize + kTableSize;
 using SectionTable = std::array<WMDataSection, kSections>;
+std::size_t SectionEntryOffset(std::size_t index);
 
 // That of a new file: no special days, at 126.
 SectionTable NewTable();
@@ -203,8 +204,9 @@ struct File {
   std::vector<Damage> damage;
 };
 
-// Takes what there is of a file: of a section that ends early its whole records. A table that isn't
-// whole is that of a new file.
+// Takes what there is of a file: of a section that ends early its whole records, and of sections
+// that overlap as many bytes as the file has behind its table. A table that isn't whole is that of
+// a new file.
 File DecodeFile(std::string_view bytes);
 
 // Writes the table as it is, and each list once, in the order of the table. A list without an entry

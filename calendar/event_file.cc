@@ -50,7 +50,7 @@ class EventReader {
       return items.back()->Parse(rest);
     });
     budget.Spend(in.Position());
-    if (damage) return false;
+    if (damage || !taken.Take(day.offset, in.Position())) return false;
     for (auto& item : items) {
       const bool isPlain = !item->IsOccurrence() && !item->IsChanged();
       (isPlain ? plainItems : occurrenceItems).Append(std::move(item));
@@ -60,6 +60,7 @@ class EventReader {
 
   std::string_view file;
   frame::ReadingBudget budget;
+  frame::TakenBlocks taken;
   ItemList& plainItems;
   ItemList& occurrenceItems;
   std::vector<std::unique_ptr<WMEventItem>> items;  // of the day that is being read

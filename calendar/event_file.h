@@ -11,8 +11,9 @@
 // and the occurrences of series, changed ones included.
 //
 // Appends the items of all days that can be read, in the order of the file. A damaged day is left
-// out; where it is the last one of its year, so are all years behind it. False if the file has no
-// whole year index, a year without a table, or one whose table is cut short: nothing is read then.
+// out, as is one that shares bytes with a day before it; where it is the last one of its year, so
+// are all years behind it. False if the file has no whole year index, a year without a table, or
+// one whose table is cut short: nothing is read then.
 bool ReadEvents(std::string_view file, ItemList& plainItems, ItemList& occurrenceItems);
 
 // The whole file, with those of the second list behind those of the first wherever they share a

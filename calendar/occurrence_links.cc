@@ -43,10 +43,12 @@ Times TimesOf(const WMEventDetail& detail) {
 }
 
 // Whether the item's date may be within the series' range, whatever the zone. Saves the conversions
-// where many series have the same texts.
+// where many series have the same texts. Of two moments on one date the clocks may be more than a
+// day apart, when they are put back.
 bool IsNear(const WMRecurringItem& series, const WMEventItem& item) {
-  return item.Start() >= std::int64_t{series.rule.firstDay} - kSecondsPerDay &&
-         item.Start() <= std::int64_t{series.rule.lastDay} + kSecondsPerDay;
+  constexpr std::int64_t kTwoDays = std::int64_t{2} * kSecondsPerDay;
+  return item.Start() >= series.rule.firstDay - kTwoDays &&
+         item.Start() <= series.rule.lastDay + kTwoDays;
 }
 
 bool InstanceMatchesItem(const WMRecurringItem& series, const WMEventItem& item) {
@@ -202,9 +204,9 @@ class OlderFileLinker {
     return std::nullopt;
   }
 
-  // A series that isn't linked by now fits no occurrence, as each was linked to the first series
-  // that it fits: what the organiser does at this place, to look for others that have a key in
-  // common with it, finds none. It keeps all dates of its rule.
+  // A series that isn't linked by now keeps all dates of its rule. What the organiser does first at
+  // this place can find nothing: it looks for occurrences that fit the series and belong to none.
+  // But each that fits any series has the key of one, as no key is 0.
   void ReconcileOccurrences() {
     std::vector<std::vector<std::int32_t>> dates = CollectDates();
     for (std::size_t i = 0; i < series.Count(); ++i) {

@@ -40,6 +40,7 @@ std::vector<bool> FindDates(const std::vector<std::int32_t>& expected,
 
 WMRecurringItem::WMRecurringItem(pw::recurring::Record record) : Record(std::move(record)) {
   deletedDates.reserve(exceptions.size());
+  takenOut.reserve(exceptions.size());
   for (const WMRecurringException& exception : exceptions) AddDeletedDate(exception.date);
 }
 
@@ -55,7 +56,7 @@ std::vector<std::int32_t> WMRecurringItem::Occurrences() const {
   std::vector<std::int32_t> occurrences;
   if (!foundStarts) {
     ExpandRule(rule, occurrences);
-    pw::calendar::TakeOutDates(occurrences, deletedDates);
+    pw::calendar::TakeOutDates(occurrences, takenOut);
     return occurrences;
   }
   const Dates dates = LinkedDates();
@@ -89,6 +90,7 @@ std::vector<WMRecurringException> WMRecurringItem::Exceptions() const {
 }
 
 void WMRecurringItem::AddDeletedDate(std::int32_t date) {
+  takenOut.push_back(date);
   const auto at = std::lower_bound(deletedDates.begin(), deletedDates.end(), date);
   const bool isFirst = at == deletedDates.begin() && at != deletedDates.end() && *at == date;
   if (!isFirst) deletedDates.insert(at, date);

@@ -46,6 +46,7 @@ class WMRecurringItem : public pw::recurring::Record {
   Dates LinkedDates() const;
 
   std::vector<std::int32_t> deletedDates;                // ascending
+  std::vector<std::int32_t> takenOut;                    // all that were filed, as they came
   std::optional<std::vector<std::int32_t>> foundStarts;  // of a series linked by its occurrences
 };
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,8 +13,9 @@
 #include "platform/testing/test_platform.h"
 #include "timeplace/date.h"
 
-// Reads anything as an event file, and as a day's blob in a file that is whole. What was read is
-// written as a whole file, all of which is read again, and is found by its keys whatever changes.
+// Reads anything as an event file, as a day's blob in a file that is whole, and as an item. What
+// was read is written as a whole file, all of which is read again, and is found by its keys
+// whatever changes; an item is as long when it is read again.
 namespace {
 
 constexpr std::size_t kLookedAt = 16;
@@ -92,6 +94,24 @@ void CheckFile(std::string_view file) {
   CheckWritten(calendar);
 }
 
+std::optional<WMEventItem> ReadItem(std::string_view bytes) {
+  pw::ByteReader in(bytes);
+  WMEventItem item;
+  if (item.Parse(in)) return std::nullopt;
+  return item;
+}
+
+void CheckItem(std::string_view bytes) {
+  const pw::TestPlatform platform;
+  const auto item = ReadItem(bytes);
+  if (!item) return;
+  pw::ByteWriter out;
+  item->Encode(out);
+  Require(out.Size() == item->EncodedSize());
+  const auto again = ReadItem(out.Written());
+  Require(again && again->EncodedSize() == item->EncodedSize());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -99,6 +119,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   CheckFile(bytes);
+  CheckItem(bytes);
   if (!bytes.empty()) {
     const auto encode = [&](pw::ByteWriter& out, std::size_t) { out.Bytes(bytes); };
     CheckFile(*pw::frame::WriteFile({}, {{98, 60, bytes.size()}}, encode));

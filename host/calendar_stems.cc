@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
 #include <string_view>
 
 #include "base/codepage.h"
@@ -22,16 +20,18 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kFixedParts[] = {kEventFile, kRecurringFile, kDataFile, kTaskFile,
                                             kCallFile};
-constexpr std::string_view kMagicsOf50[] = {events::kMagic50, calltask::kTaskMagics.version50,
-                                            calltask::kCallMagics.version50};
 
-bool IsVersion50(const fs::path& file) {
-  constexpr std::size_t kMagicSize = 9;
+// Of one of the files by days; the others don't tell which version their calendar is of.
+bool IsVersion50(const fs::path& file, std::string_view fixedPart) {
   const Descriptor opened = OpenLeavingNoTrace(AT_FDCWD, file.c_str(), O_NONBLOCK);
-  std::array<char, kMagicSize> magic{};
-  if (!opened.IsOpen() || ::read(opened.Number(), magic.data(), magic.size()) < 0) return false;
-  return std::find(std::begin(kMagicsOf50), std::end(kMagicsOf50),
-                   std::string_view(magic.data(), magic.size())) != std::end(kMagicsOf50);
+  frame::Header header{};
+  if (!opened.IsOpen() || ::read(opened.Number(), header.data(), header.size()) < 0) return false;
+  const auto is50 = [&](const calltask::Magics& magics) {
+    return calltask::VersionOf(header, magics) == calltask::FormatVersion::k50;
+  };
+  if (fixedPart == kEventFile) return events::VersionOf(header) == 50;
+  if (fixedPart == kTaskFile) return is50(calltask::kTaskMagics);
+  return fixedPart == kCallFile && is50(calltask::kCallMagics);
 }
 
 // Adds what the file says of its stem.
@@ -48,7 +48,7 @@ void AddFile(const fs::path& file, std::vector<CalendarStem>& stems) {
   });
   if (known == stems.end()) known = stems.insert(known, {text, {}, false, false});
   known->files.emplace(*fixed, file.filename().string());
-  if (!IsVersion50(file)) return;
+  if (!IsVersion50(file, *fixed)) return;
   known->isVersion50 = true;
   if (*fixed == kEventFile) known->areEventsVersion50 = true;
 }

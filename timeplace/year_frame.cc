@@ -1,6 +1,7 @@
 #include "timeplace/year_frame.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "base/text.h"
 
@@ -91,6 +92,14 @@ void EncodeDayEntry(ByteWriter& out, const DayEntry& entry) {
 std::optional<std::string_view> BlockOf(std::string_view file, const DayEntry& entry) {
   if (entry.offset > file.size() || entry.size > file.size() - entry.offset) return std::nullopt;
   return file.substr(entry.offset, entry.size);
+}
+
+bool TakenBlocks::Take(std::size_t offset, std::size_t size) {
+  const auto next = ends.lower_bound(offset);
+  if (next != ends.end() && next->first < offset + size) return false;
+  if (next != ends.begin() && std::prev(next)->second > offset) return false;
+  ends.emplace_hint(next, offset, offset + size);
+  return true;
 }
 
 std::optional<std::string> WriteFile(const Header& header, const std::vector<DayBlock>& days,

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -86,6 +87,17 @@ class ReadingBudget {
 
  private:
   std::size_t bytesLeft;
+};
+
+// Blocks that were read, none of which shares a byte with another.
+class TakenBlocks {
+ public:
+  // Takes so many bytes from an offset on. False, and nothing taken, if one of them is taken
+  // already.
+  bool Take(std::size_t offset, std::size_t size);
+
+ private:
+  std::map<std::size_t, std::size_t> ends;  // by offset
 };
 
 // What stands under a day.

@@ -79,8 +79,7 @@ class EventCheck {
   bool CheckDay(std::size_t entryAt, const frame::DayEntry& entry) {
     const auto blob = frame::BlockOf(bytes, entry);
     if (!blob || budget.IsSpent()) {
-      check.Add(entryAt, Expected("a day that lies within the file, and not across others,") +
-                             "; all of it is left out");
+      AddStrayEntry(entryAt);
       return false;
     }
     std::vector<Item> items;
@@ -90,7 +89,10 @@ class EventCheck {
       return events::DecodeItem(rest, item.header, item.detail);
     });
     budget.Spend(day.Position());
-    if (!areYearsRead) {
+    const bool isTwice = !damage && !taken.Take(entry.offset, day.Position());
+    if (isTwice) {
+      AddStrayEntry(entryAt);
+    } else if (!areYearsRead) {
       unreached += damage ? ItemsIn(*blob) : items.size();
     } else if (damage) {
       check.Add(entry.offset + damage->offset, Expected(damage->expected) + "; its day is left out",
@@ -100,7 +102,12 @@ class EventCheck {
       const std::size_t end = entry.offset + day.Position();
       CheckEnd(end, day.Take(day.Remaining()));
     }
-    return !damage;
+    return !damage && !isTwice;
+  }
+
+  void AddStrayEntry(std::size_t entryAt) {
+    check.Add(entryAt, Expected("a day that lies within the file, and not across others,") +
+                           "; all of it is left out");
   }
 
   // How many items begin in the bytes, as far as a day has room for them.
@@ -158,6 +165,7 @@ class EventCheck {
   ByteReader in;
   frame::ReadingBudget budget;
   frame::ReadingBudget searchBudget;
+  frame::TakenBlocks taken;
   std::size_t plain = 0;
   std::size_t occurrences = 0;
   std::size_t unreached = 0;
@@ -226,6 +234,13 @@ FileCheck CheckDataFile(std::string_view bytes, bool besideVersion50) {
   if (!file.version) {
     check.Add(std::nullopt, "the file is read as an empty one, and replaced at the next save");
     return check;
+  }
+  for (std::size_t i = 0; i < datafile::kSections; ++i) {
+    if (file.table[i].count <= datafile::kMostRecords) continue;
+    check.Add(
+        datafile::SectionEntryOffset(i),
+        "923 records at most were expected in this section; what is saved behind more of them "
+        "can't be found again");
   }
   const auto spans = static_cast<std::size_t>(std::count_if(
       file.records.begin(), file.records.end(),

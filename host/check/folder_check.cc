@@ -89,6 +89,7 @@ void TellOverwritten(const CalendarStem& stem, std::vector<CheckedFile>& files) 
     if (name == stem.files.end()) continue;
     for (CheckedFile& file : files) {
       if (file.name != name->second) continue;
+      for (Finding& finding : file.check.findings) finding.lost = 0;  // it is among all of them
       file.check.Add(std::nullopt, "there is no event file beside it, so that it is overwritten",
                      file.check.records);
     }

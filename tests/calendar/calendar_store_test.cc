@@ -32,6 +32,17 @@ TEST_F(CalendarTest, AnEmptyFolderIsAnEmptyCalendarThatASaveFills) {
   EXPECT_EQ(again.plainItems.Count(), 0U);
 }
 
+TEST_F(CalendarTest, TheRegistryTellsTheVersionOfNewFiles) {
+  EXPECT_EQ(OrganiserVersion(), 0);
+  platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main", "Version",
+                        NumberValue(40));
+  WMCalendarStore store;
+  EXPECT_EQ(OrganiserVersion(), 40);
+  ASSERT_EQ(store.Load(kCalendar), 0);
+  store.Save();
+  EXPECT_EQ(Saved(kEventPath).substr(0, 10), std::string("WMWCALE40\0", 10));
+}
+
 TEST_F(CalendarTest, WhatStopsALoad) {
   const std::string whole = Events(50, {}, {});
   ASSERT_EQ(whole.size(), 626U);
@@ -167,15 +178,6 @@ TEST_F(CalendarTest, EachFileIsSavedWhateverBecomesOfTheOthers) {
   EXPECT_EQ(Saved(kDataPath).size(), 126U);
   EXPECT_EQ(Saved(kRecurringPath).size(), 28U);
   EXPECT_NE(Saved("C:\\Data\\Place List.dat").find("Pier 4"), std::string::npos);
-}
-
-TEST_F(CalendarTest, TheOtherFilesAreNotReadWithoutEvents) {
-  platform.files.Put(kDataPath, "data");
-  platform.files.Put(kRecurringPath, SomeSeries(true).Build());
-  WMCalendarStore store;
-  EXPECT_EQ(store.Load(kCalendar), 0);
-  EXPECT_EQ(store.RecordCount(), 0U);
-  EXPECT_EQ(Saved(kDataPath), "data");
 }
 
 TEST_F(CalendarTest, FilesAreMadeInTheVersionInForce) {

@@ -25,13 +25,16 @@ std::string Encoded(const Item& item) {
   return out.Release();
 }
 
+std::string TextOf(const std::optional<events::Damage>& damage) {
+  return damage ? damage->expected + std::string(" at ") + std::to_string(damage->offset) : "";
+}
+
 // What is expected where in bytes that can't be read; nothing, and the item, in those that can.
 std::string DamageOf(const std::string& bytes, Item* item = nullptr) {
   Item ours;
   pw::ByteReader in(bytes);
   Item& read = item != nullptr ? *item : ours;
-  const auto damage = events::DecodeItem(in, read.header, read.detail);
-  return damage ? damage->expected + std::string(" at ") + std::to_string(damage->offset) : "";
+  return TextOf(events::DecodeItem(in, read.header, read.detail));
 }
 
 // The same of a day's blob, and how many items were begun.
@@ -44,7 +47,7 @@ std::string DayDamage(const std::string& bytes, std::size_t* count = nullptr) {
     return events::DecodeItem(rest, item.header, item.detail);
   });
   if (count != nullptr) *count = taken;
-  return damage ? damage->expected + std::string(" at ") + std::to_string(damage->offset) : "";
+  return TextOf(damage);
 }
 
 const std::string kGolden(
@@ -203,27 +206,6 @@ TEST(EventFormatTest, ADayHas96PositionsOfThreeColumns) {
     std::size_t items = 0;
     EXPECT_EQ(DayDamage(each.bytes, &items), each.damage);
     EXPECT_EQ(items, each.items) << each.damage;
-  }
-}
-
-TEST(EventFormatTest, AnyMagicButThatOfVersion50IsVersion40) {
-  const struct {
-    std::string bytes;
-    std::int32_t version;
-  } cases[] = {
-      {std::string("WMWCALE50\0carried", 17), 50},
-      {std::string("WMWCALE40\0carried", 17), 40},
-      {"WMWCALE50X", 40},
-      {"WMWCALE5", 40},
-      {"wmwcale50", 40},
-      {"", 40},
-  };
-  for (const auto& each : cases) {
-    pw::frame::Header header{};
-    std::copy(each.bytes.begin(), each.bytes.end(), header.begin());
-    EXPECT_EQ(events::VersionOf(header), each.version) << each.bytes;
-    events::SetMagic(header, each.version);
-    EXPECT_EQ(events::VersionOf(header), each.version);
   }
 }
 

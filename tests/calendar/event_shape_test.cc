@@ -37,53 +37,28 @@ class EventShapeOfTest : public testing::Test {
 };
 
 TEST_F(EventShapeOfTest, AnEventHangsOnItsLocalDates) {
-  enum Recurs { kNever, kToAnEnd, kForever };
+  enum Kind { kTimed, kAllDay, kSeries, kEndlessAllDay, kEndingAllDay };
   const struct {
     const char* what;
     Stamp start, end;
-    bool allDay;
-    Recurs recurs;
-    bool plain, single, multi, special;
+    Kind kind;
+    const char* shapes;
   } cases[] = {
-      {"within a day", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, false, kNever, 1, 1, 0, 0},
-      {"minutes", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 1, 0}, false, kNever, 1, 1, 0, 0},
-      {"no length", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 59}, false, kNever, 0, 0, 0, 0},
-      {"over UTC's midnight",
-       {2000, 7, 1, 23, 0, 0},
-       {2000, 7, 2, 1, 0, 0},
-       false,
-       kNever,
-       1,
-       1,
-       0,
-       0},
-      {"over midnight", {2000, 7, 1, 13, 0, 0}, {2000, 7, 1, 15, 0, 0}, false, kNever, 0, 0, 1, 0},
-      {"a month on", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, false, kNever, 0, 0, 1, 0},
-      {"a year on", {2000, 7, 1, 1, 0, 0}, {2001, 7, 1, 2, 0, 0}, false, kNever, 0, 0, 1, 0},
-      {"all of a month", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 0}, true, kNever, 0, 0, 1, 0},
-      {"beyond the calendar",
-       {1970, 1, 1, 1, 0, 0},
-       {1979, 1, 1, 2, 0, 0},
-       false,
-       kNever,
-       1,
-       1,
-       0,
-       0},
-      {"all day", {2000, 7, 1, 13, 0, 0}, {2000, 7, 1, 15, 0, 0}, true, kNever, 0, 1, 0, 1},
-      {"all of two days", {2000, 7, 1, 1, 0, 0}, {2000, 7, 2, 1, 0, 0}, true, kNever, 0, 0, 1, 0},
-      {"all of a day long ago",
-       {1970, 1, 1, 0, 0, 0},
-       {1971, 1, 1, 0, 0, 0},
-       true,
-       kNever,
-       0,
-       0,
-       1,
-       0},
-      {"series", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, false, kForever, 0, 1, 0, 0},
-      {"endless all day", {2000, 7, 1, 1, 0, 0}, {2000, 7, 2, 1, 0, 0}, true, kForever, 0, 0, 1, 1},
-      {"ending all day", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 0}, true, kToAnEnd, 0, 1, 0, 0},
+      {"within a day", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, kTimed, "plain single "},
+      {"minutes", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 1, 0}, kTimed, "plain single "},
+      {"no length", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 59}, kTimed, ""},
+      {"over UTC's", {2000, 7, 1, 23, 0, 0}, {2000, 7, 2, 1, 0, 0}, kTimed, "plain single "},
+      {"over midnight", {2000, 7, 1, 13, 0, 0}, {2000, 7, 1, 15, 0, 0}, kTimed, "multi "},
+      {"a month on", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, kTimed, "multi "},
+      {"a year on", {2000, 7, 1, 1, 0, 0}, {2001, 7, 1, 2, 0, 0}, kTimed, "multi "},
+      {"all of a month", {2000, 6, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 0}, kAllDay, "multi "},
+      {"long ago", {1970, 1, 1, 1, 0, 0}, {1979, 1, 1, 2, 0, 0}, kTimed, "plain single "},
+      {"all day", {2000, 7, 1, 13, 0, 0}, {2000, 7, 1, 15, 0, 0}, kAllDay, "single special "},
+      {"all of two days", {2000, 7, 1, 1, 0, 0}, {2000, 7, 2, 1, 0, 0}, kAllDay, "multi "},
+      {"all day long ago", {1970, 1, 1, 0, 0, 0}, {1971, 1, 1, 0, 0, 0}, kAllDay, "multi "},
+      {"series", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 2, 0, 0}, kSeries, "single "},
+      {"endless", {2000, 7, 1, 1, 0, 0}, {2000, 7, 2, 1, 0, 0}, kEndlessAllDay, "multi special "},
+      {"ending", {2000, 7, 1, 1, 0, 0}, {2000, 7, 1, 1, 0, 0}, kEndingAllDay, "single "},
   };
   for (const auto& each : cases) {
     PWRecord record;
@@ -92,15 +67,17 @@ TEST_F(EventShapeOfTest, AnEventHangsOnItsLocalDates) {
     Stamp end = each.end;
     event.StartDate(start);
     event.EndDate(end);
-    event.AllDay(each.allDay);
-    if (each.recurs != kNever) {
+    event.AllDay(each.kind != kTimed && each.kind != kSeries);
+    if (each.kind >= kSeries) {
       event.Recurring(true, kRecurranceDaily);
-      event.RecurrancePattern()->Options.Bit(0, each.recurs == kForever);
+      event.RecurrancePattern()->Options.Bit(0, each.kind != kEndingAllDay);
     }
-    EXPECT_EQ(IsPlainDay(event), each.plain) << each.what;
-    EXPECT_EQ(IsSingleDay(event), each.single) << each.what;
-    EXPECT_EQ(IsMultiDay(event), each.multi) << each.what;
-    EXPECT_EQ(IsSpecialDayShape(event), each.special) << each.what;
+    std::string shapes;
+    if (IsPlainDay(event)) shapes += "plain ";
+    if (IsSingleDay(event)) shapes += "single ";
+    if (IsMultiDay(event)) shapes += "multi ";
+    if (IsSpecialDayShape(event)) shapes += "special ";
+    EXPECT_EQ(shapes, each.shapes) << each.what;
     EXPECT_EQ(event.StartDate(), each.start) << "the event itself isn't clamped";
   }
 }

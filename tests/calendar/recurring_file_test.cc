@@ -7,6 +7,8 @@
 
 #include "calendar/calendar_state.h"
 #include "platform/testing/test_platform.h"
+#include "tests/support/damage.h"
+#include "tests/support/other_files.h"
 #include "tests/support/recurring_file_builder.h"
 
 namespace {
@@ -100,40 +102,35 @@ TEST_F(RecurringFileTest, WhatCanNotBeReadIsGoneAtTheSave) {
   EXPECT_EQ(saved, file.Build());
 
   // Cut at every length: no series without the index, and no more than are there whole.
-  for (std::size_t length = 1; length < whole.size(); ++length) {
+  const auto use = [&](const std::string& cut) {
     std::size_t records = 0;
     std::size_t end = 60;
     for (const std::string& record : pw::test::SomeSeries(true).records) {
       end += record.size();
-      if (length >= end) ++records;
+      if (cut.size() >= end) ++records;
     }
-    const bool hasHeaderOnly = length >= 28 && length < 60;
-    SavedAgain(whole.substr(0, length), hasHeaderOnly, &count);
-    ASSERT_EQ(count, records) << length;
-  }
+    SavedAgain(cut, cut.size() >= 28 && cut.size() < 60, &count);
+    EXPECT_EQ(count, records);
+  };
+  pw::test::ForEachCut(whole, use, 1);
 }
 
 TEST_F(RecurringFileTest, EveryByteDamaged) {
   for (const bool is50 : {true, false}) {
     RecurringFileBytes file = pw::test::SomeSeries(is50);
     file.records.pop_back();
-    const std::string whole = file.Build();
-    for (std::size_t at = 0; at < whole.size(); ++at) {
-      for (const unsigned char mask : {0xFF, 0x01, 0x80}) {
-        std::string damaged = whole;
-        damaged[at] = static_cast<char>(damaged[at] ^ mask);
-        platform.files.Put(kPath, damaged);
-        WMRecurringFile loaded;
-        loaded.Load(kPath);
-        const std::size_t count = loaded.Count();
-        EXPECT_LE(count, 3U);
-        for (std::size_t i = 0; i < count; ++i) loaded.Item(i).Occurrences();
-        loaded.Save();
-        WMRecurringFile again;
-        ASSERT_TRUE(again.Load(kPath)) << at;
-        ASSERT_EQ(again.Count(), count) << at;
-      }
-    }
+    pw::test::ForEachFlip(file.Build(), [&](const std::string& damaged, std::size_t) {
+      platform.files.Put(kPath, damaged);
+      WMRecurringFile loaded;
+      loaded.Load(kPath);
+      const std::size_t count = loaded.Count();
+      EXPECT_LE(count, 3U);
+      for (std::size_t i = 0; i < count; ++i) loaded.Item(i).Occurrences();
+      loaded.Save();
+      WMRecurringFile again;
+      EXPECT_TRUE(again.Load(kPath));
+      EXPECT_EQ(again.Count(), count);
+    });
   }
 }
 
@@ -153,32 +150,19 @@ TEST_F(RecurringFileTest, AFailedOpenLeavesNoSeriesAndTheFile) {
 }
 
 TEST_F(RecurringFileTest, AFileThatIsTooLargeStaysAsItIs) {
-  class Huge : public pw::FileWrapper {
-   public:
-    using FileWrapper::FileWrapper;
-    std::optional<std::uint64_t> Size() override { return pw::recurring::kLargestFile + 1; }
-  };
-  class HugeFiles : public pw::FilesWrapper {
-   public:
-    using FilesWrapper::FilesWrapper;
-    std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
-                                   pw::Sharing sharing) override {
-      return std::make_unique<Huge>(FilesWrapper::Open(path, mode, sharing));
-    }
-  };
   const std::string bytes = pw::test::SomeSeries(true).Build();
   platform.files.Put(kPath, bytes);
-  HugeFiles huge(platform.files);
-  pw::Platform services = platform.Services();
-  services.files = &huge;
-  const pw::Platform before = pw::SetPlatform(services);
   WMRecurringFile file;
-  EXPECT_FALSE(file.Load(kPath));
-  EXPECT_EQ(file.Count(), 0U);
-  file.Append(SeriesOf(5));
-  file.Save();
-  EXPECT_EQ(Saved(), bytes);
-  pw::SetPlatform(before);
+  {
+    const pw::test::InPlaceOfFiles<
+        pw::test::OpenAs<pw::test::FileOfSize<pw::recurring::kLargestFile + 1>>>
+        huge;
+    EXPECT_FALSE(file.Load(kPath));
+    EXPECT_EQ(file.Count(), 0U);
+    file.Append(SeriesOf(5));
+    file.Save();
+    EXPECT_EQ(Saved(), bytes);
+  }
   EXPECT_TRUE(file.Load(kPath));
   EXPECT_EQ(file.Count(), 4U);
 }

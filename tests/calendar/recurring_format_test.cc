@@ -7,9 +7,9 @@
 namespace {
 
 namespace recurring = pw::recurring;
-using pw::test::LittleEndian;
 using pw::test::RecurringFileBytes;
 using pw::test::SeriesBytes;
+using pw::test::Word;
 using recurring::DecodedRecord;
 using recurring::DecodeRecord;
 using recurring::FormatVersion;
@@ -75,16 +75,7 @@ TEST(RecurringFormatTest, ReadsEveryFieldOfARecord) {
   }
 }
 
-TEST(RecurringFormatTest, AWholeRecordIsWrittenAsItWasRead) {
-  for (const bool is50 : {true, false}) {
-    const FormatVersion version = is50 ? FormatVersion::k50 : FormatVersion::k30;
-    for (const std::string& bytes : pw::test::SomeSeries(is50).records) {
-      const DecodedRecord decoded = DecodeRecord(version, bytes);
-      EXPECT_EQ(DamageOf(decoded), "");
-      EXPECT_EQ(recurring::RecordSize(version, decoded.record), bytes.size());
-      EXPECT_EQ(Encode(version, decoded.record), bytes);
-    }
-  }
+TEST(RecurringFormatTest, AWholeRecordHasItsSize) {
   SeriesBytes sized{.subject = "five.", .notes = "seven.."};
   sized.exceptions.resize(3);
   const std::string bytes = sized.Build50();
@@ -104,17 +95,9 @@ TEST(RecurringFormatTest, WhatIsNotTrustedIsComputedAndANewRecordHasZeros) {
   const std::string odd = SeriesBytes{.firstDay = 888829237}.Build50();
   EXPECT_EQ(DecodeRecord(FormatVersion::k50, odd).record.firstStart, 888830100);
 
-  const std::string empty = LittleEndian()
-                                .Put(std::string(24, '\0'))
-                                .Put(0x35957F4A, 4)
-                                .Put(std::string(12, '\0'))
-                                .Put(1, 2)
-                                .Put(std::string(12, '\0'))
-                                .Put(0x80808080, 4)
-                                .Put(0x80808080, 4)
-                                .Put("\x7F\x09")
-                                .Put(0, 4)
-                                .bytes;
+  const std::string empty = std::string(24, '\0') + Word(0x35957F4A, 4) + std::string(12, '\0') +
+                            Word(1, 2) + std::string(12, '\0') + Word(0x8080808080808080, 8) +
+                            "\x7F\x09" + Word(0, 4);
   EXPECT_EQ(Encode(FormatVersion::k50, Record()), empty);
 }
 
@@ -196,7 +179,7 @@ TEST(RecurringFormatTest, OnlyWholeExceptionsCount) {
   };
   for (const auto& each : cases) {
     std::string bytes = whole.substr(0, each.length);
-    bytes.replace(50, 4, LittleEndian().Put(each.count, 4).bytes);
+    bytes.replace(50, 4, Word(each.count, 4));
     const DecodedRecord decoded = DecodeRecord(FormatVersion::k50, bytes);
     EXPECT_EQ(decoded.record.exceptions.size(), each.exceptions) << each.count;
     EXPECT_EQ(DamageOf(decoded), each.damage);
@@ -266,7 +249,7 @@ TEST(RecurringFormatTest, RecordsThatOverlapEndTheFile) {
   file.records.resize(1000);
   std::string bytes = file.Build() + std::string(500, 'r');
   for (std::size_t i = 0; i < 1000; ++i) {
-    bytes.replace(28 + 8 * i + 2, 6, LittleEndian().Put(500, 2).Put(8028, 4).bytes);
+    bytes.replace(28 + 8 * i + 2, 6, Word(500, 2) + Word(8028, 4));
   }
   const Frame frame = recurring::ReadFrame(bytes);
   EXPECT_FALSE(frame.hasAllRecords);

@@ -60,6 +60,24 @@ TEST_F(RecurringItemTest, OccurrencesAreTheRulesWithoutItsExceptions) {
   EXPECT_EQ(item.Occurrences(), Days(kMonday, {0, 3}));
 }
 
+// The walk for a date ends at the first later occurrence: that of the Sunday before the Saturday,
+// until it is taken out itself.
+TEST_F(RecurringItemTest, ExceptionsAreTakenOutInTheirOrder) {
+  constexpr std::int32_t kSaturday = kMonday + 61 * kSecondsPerDay;
+  auto record = Week(0, kSaturday);
+  record.rule.patternKind = pw::calendar::kMonthlyByWeekday;
+  record.rule.weekMask = 1;
+  record.rule.weekdayMask = 0x41;
+  record.exceptions.resize(2);
+  for (const int first : {0, 1}) {
+    record.exceptions[0].date = kSaturday + first * kSecondsPerDay;
+    record.exceptions[1].date = kSaturday + (1 - first) * kSecondsPerDay;
+    const WMRecurringItem item(record);
+    EXPECT_EQ(item.Occurrences(), first == 0 ? Days(kSaturday, {0}) : Dates());
+    EXPECT_EQ(item.DeletedDates(), Days(kSaturday, {0, 1}));
+  }
+}
+
 // The first weekend of May 1998, of which the rule gives the Sunday first: a start on the Saturday
 // is looked for behind it, where none is left.
 TEST_F(RecurringItemTest, LinkedBySomeStartsItLacksTheOthers) {

@@ -101,13 +101,7 @@ TEST(RecordFormatTest, TextsAreReadInTheOrganisersWay) {
       {"\x7F\x09r", true, "", "\x7F", "r"},
       {"\x09r", true, "", "", "r"},
       {"s\x09next\x7Fn\x09r", true, "s", "next\x7Fn", "r"},
-      {"s\x7F"
-       "a\x7F"
-       "b\x09",
-       true, "s",
-       "a\x7F"
-       "b",
-       ""},
+      {"s\x7Fm\x7Fn\x09", true, "s", "m\x7Fn", ""},
       {"\x10s\x10\x7F~\x10\x09", true, "~s~", "~~", ""},
       {std::string("s\0t\x7F\0\x09", 6), true, std::string("s\0t", 3), std::string("\0", 1), ""},
       {"s\x7Fn", false, "", "", ""},
@@ -123,6 +117,9 @@ TEST(RecordFormatTest, TextsAreReadInTheOrganisersWay) {
     EXPECT_EQ(record.subject, each.subject);
     EXPECT_EQ(record.note, each.note);
     EXPECT_EQ(rest, each.rest);
+    pw::ByteWriter out;
+    calltask::EncodeTexts(out, record);
+    EXPECT_EQ(out.Written(), each.subject + '\x7F' + each.note + '\x09') << "nothing is escaped";
   }
   std::string text = "\x7F~\x10\x09\x09";
   calltask::MakeStorable(text);
@@ -157,15 +154,9 @@ TEST(CallFormatTest, ADueDateIsAWordOrNone) {
   const struct {
     Date date;
     std::uint32_t word;
-  } cases[] = {
-      {{1900, 1, 0}, 0},
-      {{1900, 5, 5}, 0},
-      {{2000, 0, 5}, 0},
-      {{2000, 5, 0}, 0},
-      {{1901, 1, 1}, 0x00010001},
-      {{1990, 2, 28}, 0x005A011C},
-      {{2029, 12, 31}, 0x00810B1F},
-  };
+  } cases[] = {{{1900, 1, 0}, 0},           {{1900, 5, 5}, 0},          {{2000, 0, 5}, 0},
+               {{2000, 5, 0}, 0},           {{1901, 1, 1}, 0x00010001}, {{1990, 2, 28}, 0x005A011C},
+               {{2029, 12, 31}, 0x00810B1F}};
   for (const auto& each : cases) {
     EXPECT_EQ(calltask::EncodeCallDueDate(each.date), each.word) << each.date.year;
     const Date read = each.word == 0 ? calltask::kNoCallDueDate : each.date;

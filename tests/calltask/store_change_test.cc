@@ -1,4 +1,5 @@
 #include "tests/calltask/store_fixture.h"
+#include "tests/support/other_files.h"
 
 namespace pw::test {
 namespace {
@@ -52,30 +53,14 @@ TEST_F(CallTaskStoreTest, ATaskMayKeepItsDayAndOneWithoutAStartDateHasNone) {
 
 TEST_F(CallTaskStoreTest, The97thOfADayIsRefused) {
   WMCallStore::CreateCallStore(kPrefix);
-  WMTaskStore::CreateTaskStore(kPrefix);
   WMCallStore calls;
-  WMTaskStore tasks;
-  for (int i = 0; i < 96; ++i) {
-    ASSERT_EQ(calls.Add(NewCall(std::to_string(i), 1999, 5, 5)), 0);
-    ASSERT_EQ(tasks.Add(NewTask(std::to_string(i), 1999, 5, 5), false), 0);
-  }
+  for (int i = 0; i < 96; ++i) ASSERT_EQ(calls.Add(NewCall(std::to_string(i), 1999, 5, 5)), 0);
   EXPECT_EQ(calls.Add(NewCall("one more", 1999, 5, 5)), 1511);
-  EXPECT_EQ(tasks.Add(NewTask("one more", 1999, 5, 5), false), 1511);
   EXPECT_EQ(calls.Count(), 96U);
-  EXPECT_EQ(tasks.Count(), 96U);
   EXPECT_EQ(calls.Add(NewCall("next day", 1999, 5, 6)), 0);
   calls.Remove(3);
   EXPECT_EQ(calls.Add(NewCall("in its place", 1999, 5, 5)), 0);
   EXPECT_EQ(CheckFrame(Saved(kCalls30, calls)), 2);
-}
-
-TEST_F(CallTaskStoreTest, TheCatchAllOfTasksStartsAfreshToo) {
-  WMTaskStore::CreateTaskStore(kPrefix);
-  WMTaskStore tasks;
-  for (int i = 0; i < 97; ++i) ASSERT_EQ(tasks.Add(std::make_unique<CTaskRecord>(), false), 0);
-  EXPECT_EQ(tasks.Count(), 97U);
-  EXPECT_EQ(pw::calltask::ReadFrame(Saved(kTasks30, tasks)).days[0].bytes,
-            pw::test::Task30("", "") + std::string(95, '\x09'));
 }
 
 // The catch-all is never full: its records make room for the 97th, and live on until the close.
@@ -110,20 +95,6 @@ TEST_F(CallTaskStoreTest, ARecurringRecordComesBackWithTheFile) {
     store->Remove(0);
     EXPECT_EQ(store->Count(), 0U);
     file.days[0].records = {recurring};
-    EXPECT_EQ(Saved(kind, *store), file.Build());
-  }
-}
-
-TEST_F(CallTaskStoreTest, AYearWithoutRecordsHasNoEntry) {
-  for (const FileKind& kind : kFileKinds) {
-    CallTaskBytes file = kind.File();
-    file.days = {{1991, 5, {kind.Record(1, "a", "note")}}, {1992, 0, {kind.Record(2, "b", "")}}};
-    const auto store = Load(kind, file.Build());
-    store->Remove(0);
-    file.days.erase(file.days.begin());
-    EXPECT_EQ(Saved(kind, *store), file.Build());
-    store->Remove(0);
-    file.days.clear();
     EXPECT_EQ(Saved(kind, *store), file.Build());
   }
 }
@@ -235,19 +206,6 @@ TEST_F(CallTaskStoreTest, AFileThatCannotBeOpenedStays) {
 }
 
 TEST_F(CallTaskStoreTest, AFileThatCannotBeReadIsNotTakenForAnEmptyOne) {
-  class Unreadable : public pw::FilesWrapper {
-   public:
-    using FilesWrapper::FilesWrapper;
-    std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
-                                   pw::Sharing sharing) override {
-      class Nothing : public pw::FileWrapper {
-       public:
-        using FileWrapper::FileWrapper;
-        std::string Read(std::size_t) override { return {}; }
-      };
-      return std::make_unique<Nothing>(FilesWrapper::Open(path, mode, sharing));
-    }
-  };
   for (const FileKind& kind : kFileKinds) {
     EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1) << "there is none";
     EXPECT_EQ(platform.files.Get(kind.Path()), std::nullopt);
@@ -255,12 +213,10 @@ TEST_F(CallTaskStoreTest, AFileThatCannotBeReadIsNotTakenForAnEmptyOne) {
     platform.files.SetReadOnly(kind.Path(), true);
     EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1) << "it couldn't be saved";
     platform.files.SetReadOnly(kind.Path(), false);
-    Unreadable unreadable(platform.files);
-    pw::Platform services = pw::CurrentPlatform();
-    services.files = &unreadable;
-    const pw::Platform before = pw::SetPlatform(services);
-    EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1);
-    pw::SetPlatform(before);
+    {
+      const InPlaceOfFiles<OpenAs<UnreadableFile>> unreadable;
+      EXPECT_EQ(kind.NewStore()->Load(kPrefix), -1);
+    }
     platform.files.Delete(kind.Path());
   }
 }

@@ -1,24 +1,21 @@
 #pragma once
 
+#include <string>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "base/process_wide.h"
 #include "base/text.h"
 #include "framework/crc.h"
 #include "framework/engine_context.h"
-#include "framework/source.h"
 #include "framework/task_record.h"
-#include "platform/testing/test_platform.h"
-#include "plugin/source_manager.h"
 #include "tests/support/calltask_builder.h"
-#include "tests/support/test_log.h"
+#include "tests/support/source_fixture.h"
 #include "tests/support/zone_files.h"
 #include "timeplace/date.h"
 
 namespace pw::test {
-
-using Lines = std::vector<std::string>;
-using Steps = std::vector<std::uint32_t>;
 
 inline constexpr const char* kTasks = "C:\\Data\\Home TASK.WMW";
 inline constexpr const char* kCalls = "C:\\Data\\Home CALL.WMW";
@@ -52,23 +49,14 @@ class Todo : public PWTaskRecord {
   PWRecord record;
 };
 
-class TodoSourceTest : public testing::Test {
+class TodoSourceTest : public SourceTest {
  protected:
-  TodoSourceTest() {
-    manager.Config = &config;
-    manager.Log = log;
-    config.String(PWConfig::kProductKey, "SOFTWARE\\Main");
-    platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(3));
+  TodoSourceTest() : SourceTest("todo", 3) {
     platform.files.PutFolder("C:\\Data");
     platform.clock.now = PlainSeconds(2003, 7, 15, 12, 0, 0);
     category.Location = "C:\\Data\\Home ";
-    MakeSource();
   }
 
-  void MakeSource() {
-    source.reset(manager.CreateSource("todo"));
-    source->Category = &category;
-  }
   void UseVersion50() {
     platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main", "Version",
                           pw::NumberValue(50));
@@ -99,26 +87,31 @@ class TodoSourceTest : public testing::Test {
     while (index-- > 0) EXPECT_EQ(source->NextRecord(), 0);
     Read(todo);
   }
-  std::string Id() { return source->RecordID().Str(); }
-  Lines Ids() {
-    Lines ids;
-    for (PWRESULT at = source->FirstRecord(); at == 0; at = source->NextRecord()) {
-      ids.push_back(Id());
+  // A new source over new files.
+  void StartAfresh() {
+    platform.files.Delete(kTasks);
+    platform.files.Delete(kCalls);
+    MakeSource();
+    ASSERT_EQ(source->Open(0), 0);
+  }
+  // Updates a task and a call, alone in their files but for these first words, with the same
+  // record; the words that are then in the files.
+  std::pair<std::uint32_t, std::uint32_t> WordsAfterUpdate(std::uint32_t task, std::uint32_t call,
+                                                           Todo& todo) {
+    Put({Task50(1, 1, "t", "", task, WordB({8, 1, 10}, {0, 0, 0}))}, {Call50(2, 2, "c", "", call)});
+    MakeSource();
+    EXPECT_EQ(source->Open(0), 0);
+    for (const char* id : {"1+1", "2+2"}) {
+      EXPECT_EQ(source->FindRecord(id), 0);
+      EXPECT_EQ(source->UpdateRecord(todo.record), 0);
     }
-    return ids;
+    source->CloseSource();
+    return {FirstWord(kTasks), FirstWord(kCalls)};
   }
-  Steps Sent() {
-    Steps steps;
-    for (const auto& sent : platform.windows.sent) steps.push_back(sent.wParam);
-    return steps;
+  // That of a file's only record, behind the words of version 50.
+  std::uint32_t FirstWord(const char* path) const {
+    return NumberAt(*platform.files.Get(path), 626 + 6222 + 20, 4);
   }
-
-  pw::TestPlatform platform;
-  PWConfig config;
-  TestLog* log = new TestLog;  // the manager's
-  WMSourceManager manager{0};
-  PWSourceCategory category;
-  std::unique_ptr<PWSource> source;
 };
 
 }  // namespace pw::test

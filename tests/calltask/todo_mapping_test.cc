@@ -35,8 +35,6 @@ TEST_F(TodoSourceTest, WhatIsAddedReadsBackAndComesBackWithTheFile) {
 }
 
 TEST_F(TodoSourceTest, DueDatesAreHeldAsFarAsTheFilesReach) {
-  UseVersion50();
-  ASSERT_EQ(source->Open(0), 0);
   const struct {
     PWDateTimeStamp set;
     const char *call, *task;
@@ -48,38 +46,32 @@ TEST_F(TodoSourceTest, DueDatesAreHeldAsFarAsTheFilesReach) {
       {{0, 1, 0, 0, 0, 0}, "none", "none"},
       {{0, 0, 0, 0, 0, 0}, "none", "none"},
   };
-  for (const auto& each : cases) {
-    for (const bool call : {true, false}) {
-      Todo added("s", call);
-      added.Due(each.set);
-      ASSERT_EQ(source->AddRecord(added.record), 0);
-      const std::string id = Id();
-      Todo todo;
-      Read(todo);
-      EXPECT_EQ(todo.Due(), call ? each.call : each.task);
-      Reopen();
-      ASSERT_EQ(source->FindRecord(id.c_str()), 0);
-      Read(todo);
-      EXPECT_EQ(todo.Due(), call ? each.call : each.task);
+  for (const bool is50 : {false, true}) {
+    Put({}, {}, is50);
+    MakeSource();
+    ASSERT_EQ(source->Open(0), 0);
+    for (const auto& each : cases) {
+      for (const bool call : {true, false}) {
+        Todo added("s", call);
+        added.Due(each.set);
+        ASSERT_EQ(source->AddRecord(added.record), 0);
+        const std::string id = Id();
+        Todo todo;
+        Read(todo);
+        EXPECT_EQ(todo.Due(), call ? each.call : each.task);
+        if (!is50 && !call) continue;  // its id has the date
+        Reopen();
+        ASSERT_EQ(source->FindRecord(id.c_str()), 0);
+        Read(todo);
+        EXPECT_EQ(todo.Due(), !call ? each.task : is50 ? each.call : "none");
+      }
     }
   }
-}
-
-TEST_F(TodoSourceTest, AnOldCallFileHasNoDueDates) {
-  ASSERT_EQ(source->Open(0), 0);
-  Todo added("c", true);
-  added.Due(PWDateTimeStamp(2000, 1, 2, 0, 0, 0));
-  ASSERT_EQ(source->AddRecord(added.record), 0);
-  Reopen();
-  Todo todo;
-  ReadAt(0, todo);
-  EXPECT_EQ(todo.Due(), "none");
 }
 
 // The flag for no due date: a task's follows, a call's is only ever cleared.
 TEST_F(TodoSourceTest, DueDatesAndTheirFlag) {
   const std::uint32_t flagged = kNewWord | 1U << 21;
-  const std::uint32_t b = WordB({8, 1, 10}, {0, 0, 0});
   const PWDateTimeStamp date(2000, 1, 2, 0, 0, 0);
   const PWDateTimeStamp noCallDate(0, 1, 0, 0, 0, 0);
   const PWDateTimeStamp noTaskDate;
@@ -92,22 +84,11 @@ TEST_F(TodoSourceTest, DueDatesAndTheirFlag) {
       {noTaskDate, flagged, kNewWord, kNewWord},
   };
   for (const auto& each : cases) {
-    Put({Task50(1, 1, "t", "", each.before, b)}, {Call50(2, 2, "c", "", each.before)});
-    MakeSource();
-    ASSERT_EQ(source->Open(0), 0);
-    for (const char* id : {"1+1", "2+2"}) {
-      Todo todo("s");
-      if (each.due) todo.Due(*each.due);
-      todo.Priority(static_cast<EPWTaskRecordPriority>(1));
-      ASSERT_EQ(source->FindRecord(id), 0);
-      ASSERT_EQ(source->UpdateRecord(todo.record), 0);
-    }
-    source->CloseSource();
-    const std::size_t block = 626 + 6222;
-    // A priority is set beside it.
-    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(kTasks), block + 20, 4),
-              each.task | 0x6E000000);
-    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(kCalls), block + 20, 4), each.call);
+    Todo todo("s");
+    if (each.due) todo.Due(*each.due);
+    const auto [task, call] = WordsAfterUpdate(each.before, each.before, todo);
+    EXPECT_EQ(task, each.task | 0x6E000000) << "a priority is set beside it";
+    EXPECT_EQ(call, each.call);
   }
 }
 
@@ -145,21 +126,12 @@ TEST_F(TodoSourceTest, PrioritiesAreSetOverWhatWasThere) {
   };
   for (const auto& each : cases) {
     const std::uint32_t carried = kNewWord | 0x000F5555;
-    Put({Task50(1, 1, "t", "", carried | each.before)},
-        {Call50(2, 2, "c", "", carried | 0x100000)});
-    MakeSource();
-    ASSERT_EQ(source->Open(0), 0);
-    for (const char* id : {"1+1", "2+2"}) {
-      Todo todo("s");
-      todo.Due(PWDateTimeStamp(2000, 1, 2, 0, 0, 0));
-      todo.Priority(static_cast<EPWTaskRecordPriority>(each.priority));
-      ASSERT_EQ(source->FindRecord(id), 0);
-      ASSERT_EQ(source->UpdateRecord(todo.record), 0);
-    }
-    source->CloseSource();
-    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(kTasks), 6848 + 20, 4), carried | each.task);
-    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(kCalls), 6848 + 20, 4),
-              carried | (each.highCall ? 0x100000U : 0U));
+    Todo todo("s");
+    todo.Due(PWDateTimeStamp(2000, 1, 2, 0, 0, 0));
+    todo.Priority(static_cast<EPWTaskRecordPriority>(each.priority));
+    const auto [task, call] = WordsAfterUpdate(carried | each.before, carried | 0x100000, todo);
+    EXPECT_EQ(task, carried | each.task);
+    EXPECT_EQ(call, carried | (each.highCall ? 0x100000U : 0U));
   }
 }
 
@@ -173,10 +145,7 @@ TEST_F(TodoSourceTest, StartDatesReadBackInEveryZone) {
     for (const bool call : {true, false}) {
       for (const std::uint8_t month : {1, 7, 12}) {
         for (const std::uint8_t hour : {0, 2, 12, 23}) {
-          platform.files.Delete(kTasks);
-          platform.files.Delete(kCalls);
-          MakeSource();
-          ASSERT_EQ(source->Open(0), 0);
+          StartAfresh();
           Todo added("s", call);
           added.StartDate(PWDateTimeStamp(1999, month, 31, hour, 30, 0));
           ASSERT_EQ(source->AddRecord(added.record), 0);
@@ -206,10 +175,7 @@ TEST_F(TodoSourceTest, StartDatesBeyondTheFilesComeBackWithinThem) {
   };
   for (const auto& each : cases) {
     for (const bool call : {true, false}) {
-      platform.files.Delete(kTasks);
-      platform.files.Delete(kCalls);
-      MakeSource();
-      ASSERT_EQ(source->Open(0), 0);
+      StartAfresh();
       Todo added("s", call);
       added.StartDate(each.set);
       ASSERT_EQ(source->AddRecord(added.record), 0);
@@ -226,11 +192,8 @@ TEST_F(TodoSourceTest, StartDatesBeyondTheFilesComeBackWithinThem) {
 
 TEST_F(TodoSourceTest, WithoutAStartDateItIsToday) {
   for (const bool call : {true, false}) {
-    platform.files.Delete(kTasks);
-    platform.files.Delete(kCalls);
     platform.clock.now = PlainSeconds(2003, 7, 15, 12, 0, 0);
-    MakeSource();
-    ASSERT_EQ(source->Open(0), 0);
+    StartAfresh();
     Todo todo("s", call);
     todo.NoStartDate(true);
     ASSERT_EQ(source->AddRecord(todo.record), 0);
@@ -268,9 +231,7 @@ TEST_F(TodoSourceTest, WhatIsDoneCanBeUndone) {
     EXPECT_FALSE(todo.Completed());
   }
   source->CloseSource();
-  for (const char* path : {kTasks, kCalls}) {
-    EXPECT_EQ(pw::test::NumberAt(*platform.files.Get(path), 6848 + 20, 4) & 1U << 22, 0U);
-  }
+  for (const char* path : {kTasks, kCalls}) EXPECT_EQ(FirstWord(path) & 1U << 22, 0U);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ TEST_F(TodoSourceTest, MissingFilesAreMadeBeforeTheOrganiserIsAsked) {
     seen.push_back(platform.files.Get(kCalls).value_or("none").substr(0, 9));
     return 1;
   });
+  EXPECT_EQ(source->Kind, 2U);
   ASSERT_EQ(source->Open(0), 0) << "whatever the organiser answers";
   EXPECT_EQ(seen, (Lines{"WMWTASK50", "WMWCALL50", "WMWTASK50", "WMWCALL50"}));
   EXPECT_EQ(source->RecordCount(), 0U);
@@ -314,28 +315,6 @@ TEST_F(TodoSourceTest, ChangesAreToldByStampsOrByCRCs) {
     EXPECT_EQ(task, each.task) << "a call's stamp is another one";
     EXPECT_EQ(source->RecordCRC(), each.callCrc);
   }
-}
-
-TEST_F(TodoSourceTest, ATaskFileIsMadeAgainAtTheCloseAndACallFileIsNot) {
-  Put({Task50(1, 1, "t", "")}, {Call50(3, 3, "c", "")});
-  const std::string tasks = *platform.files.Get(kTasks);
-  ASSERT_EQ(source->Open(0), 0);
-  platform.files.Delete(kTasks);
-  platform.files.Delete(kCalls);
-  EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(platform.files.Get(kTasks), tasks);
-  EXPECT_EQ(platform.files.Get(kCalls), std::nullopt);
-}
-
-TEST_F(TodoSourceTest, WhatTheOtherOperationsAnswer) {
-  EXPECT_EQ(source->Kind, 2U);
-  EXPECT_EQ(source->ReservedStatus(), 2);
-  EXPECT_EQ(source->ReservedOperation(1, 2), 2);
-  EXPECT_FALSE(source->ReservedQuery(1));
-  PWField field;
-  EXPECT_EQ(source->GetField(0, field), 1);
-  EXPECT_EQ(source->SetField(0, field), 1);
-  EXPECT_EQ(source->FindField("Subject"), -1);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "cardfile/card_file.h"
 #include "platform/testing/test_platform.h"
 #include "tests/support/card_file_builder.h"
+#include "tests/support/damage.h"
 
 // Damaged files: whatever stands in them, they load or fail, read as something, change and save.
 namespace {
@@ -42,24 +43,18 @@ class CardFileDamageTest : public testing::Test {
 };
 
 TEST_F(CardFileDamageTest, CutAtEveryLength) {
-  const std::string whole = ThreeCards().Build();
-  for (std::size_t length = 0; length < whole.size(); ++length) {
-    const std::int64_t expected = length == 0 ? 0 : length < 60 ? -1 : 3;
-    ASSERT_EQ(Exercise(whole.substr(0, length)), expected) << length;
-  }
+  pw::test::ForEachCut(ThreeCards().Build(), [&](const std::string& cut) {
+    const std::int64_t expected = cut.empty() ? 0 : cut.size() < 60 ? -1 : 3;
+    EXPECT_EQ(Exercise(cut), expected);
+  });
 }
 
 TEST_F(CardFileDamageTest, EveryByteFlipped) {
-  const std::string whole = ThreeCards().Build();
-  for (std::size_t at = 0; at < whole.size(); ++at) {
+  pw::test::ForEachFlip(ThreeCards().Build(), [&](const std::string& damaged, std::size_t at) {
     // The card count's bytes are tried below: each card that it promises is written.
-    if (at == 10 || at == 11) continue;
-    for (const unsigned char mask : {0xFF, 0x01, 0x80}) {
-      std::string damaged = whole;
-      damaged[at] = static_cast<char>(damaged[at] ^ mask);
-      ASSERT_EQ(Exercise(damaged), 3) << at;
-    }
-  }
+    if (at == 10 || at == 11) return;
+    EXPECT_EQ(Exercise(damaged), 3);
+  });
 }
 
 TEST_F(CardFileDamageTest, CountsAndLengthsAtTheirExtremes) {

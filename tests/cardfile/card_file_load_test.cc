@@ -3,6 +3,7 @@
 #include "cardfile/card_file.h"
 #include "platform/testing/test_platform.h"
 #include "tests/support/card_file_builder.h"
+#include "tests/support/other_files.h"
 
 namespace {
 
@@ -32,21 +33,9 @@ class CardFileLoadTest : public testing::Test {
   // Loads a good file, which the platform opens as a `BadFile`.
   template <class BadFile>
   void ExpectLoadFails() {
-    class BadFiles : public pw::FilesWrapper {
-     public:
-      using FilesWrapper::FilesWrapper;
-      std::unique_ptr<pw::File> Open(const std::string& path, pw::OpenMode mode,
-                                     pw::Sharing sharing) override {
-        return std::make_unique<BadFile>(FilesWrapper::Open(path, mode, sharing));
-      }
-    };
     platform.files.Put(kPath, ThreeCards().Build());
-    BadFiles files(platform.files);
-    pw::Platform services = platform.Services();
-    services.files = &files;
-    const pw::Platform before = pw::SetPlatform(services);
+    const pw::test::InPlaceOfFiles<pw::test::OpenAs<BadFile>> bad;
     EXPECT_EQ(WMCardFile().Load(kPath), -1);
-    pw::SetPlatform(before);
   }
 
   // The values of one card whose text and notes are given, in a file of these field names.
@@ -111,24 +100,9 @@ TEST_F(CardFileLoadTest, OnlyAFileThatCanBeReadAndWrittenIsLoaded) {
 
 // A disk error must not pass for an empty file, which the next save would make true.
 TEST_F(CardFileLoadTest, AFileThatCanNotBeReadFails) {
-  class Unreadable : public pw::FileWrapper {
-   public:
-    using FileWrapper::FileWrapper;
-    std::string Read(std::size_t) override { return {}; }
-  };
-  class Sizeless : public pw::FileWrapper {
-   public:
-    using FileWrapper::FileWrapper;
-    std::optional<std::uint64_t> Size() override { return std::nullopt; }
-  };
-  class Huge : public pw::FileWrapper {
-   public:
-    using FileWrapper::FileWrapper;
-    std::optional<std::uint64_t> Size() override { return std::uint64_t{1} << 32; }
-  };
-  ExpectLoadFails<Unreadable>();
-  ExpectLoadFails<Sizeless>();
-  ExpectLoadFails<Huge>();
+  ExpectLoadFails<pw::test::UnreadableFile>();
+  ExpectLoadFails<pw::test::FileOfSize<-1>>();
+  ExpectLoadFails<pw::test::FileOfSize<std::int64_t{1} << 32>>();
 }
 
 TEST_F(CardFileLoadTest, AFileThatEndsBehindItsHeaderHasItsCardsButNoFields) {
@@ -175,18 +149,13 @@ TEST_F(CardFileLoadTest, ACutEntryKeepsWhatCameAndACutKeyLineIsNone) {
 
 TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
   const struct {
-    std::string text;
-    std::string notes;
+    std::string text, notes;
     bool blank;
   } cases[] = {
       {"", "", true},
       {"\r\n\r\n\r\n", "", true},
-      {"ab\x7F"
-       "123",
-       "", true},  // six bytes are no more than three line ends
-      {"ab\x7F"
-       "1234",
-       "", false},
+      {"ab\x7Fxyz", "", true},  // six bytes are no more than three line ends
+      {"ab\x7Fwxyz", "", false},
       {"\r\n\r\n\r\n", "n", false},
   };
   for (const auto& c : cases) {
@@ -203,9 +172,7 @@ TEST_F(CardFileLoadTest, OneCardWithoutNotesAndWithNoMoreThanLineEndsIsBlank) {
 TEST_F(CardFileLoadTest, ValuesEndWhereTheOrganiserEndsThem) {
   const std::string three = "A\r\nB\r\nC\r\n";
   const struct {
-    std::string names;
-    std::string text;
-    std::string notes;
+    std::string names, text, notes;
     Values values;
   } cases[] = {
       {three, "1\r\n2\r\n3\r\n", "n", {"1", "2", "3", "n"}},
@@ -270,33 +237,27 @@ TEST_F(CardFileLoadTest, ABodyThatEndsEarlyKeepsWhatCameAndTheNextCardIsRead) {
   EXPECT_EQ(Card(1)[0], "Bo");
 }
 
-TEST_F(CardFileLoadTest, IdsAreLearnedByDecodingOnly) {
-  ASSERT_EQ(Load(ThreeCards().Build()), 0);
-  Values values(4, "x");
-  file.AddCard(values);
-  EXPECT_EQ(file.Card(3).index.id, 1) << "12 was never looked at";
-  Card(2);
-  file.AddCard(values);
-  EXPECT_EQ(file.Card(4).index.id, 13);
-  Card(0);
-  file.AddCard(values);
-  EXPECT_EQ(file.Card(5).index.id, 14) << "a smaller id changes nothing";
-}
-
-TEST_F(CardFileLoadTest, IdsAreSignedAndLearnedFromCardsWithoutABodyToo) {
+TEST_F(CardFileLoadTest, IdsAreSignedAndLearnedByDecodingOnly) {
   CardFileBytes bytes = ThreeCards();
   bytes.cards[0].id = -2;
-  bytes.cards[1].id = 40;
+  bytes.cards.push_back(bytes.cards[1]);
+  bytes.cards[3].id = 40;
   std::string image = bytes.Build();
-  image.replace(1361 + 64, 4, pw::test::Word(0, 4));  // the second card has no body
+  image.replace(1361 + 3 * 64, 4, pw::test::Word(0, 4));  // the fourth card has no body
   ASSERT_EQ(Load(image), 0);
-  Values values(4, "x");
+  const auto idOfNew = [&] {
+    Values values(4, "x");
+    file.AddCard(values);
+    return file.Card(file.CardCount() - 1).index.id;
+  };
   Card(0);
-  file.AddCard(values);
-  EXPECT_EQ(file.Card(3).index.id, 1);
+  EXPECT_EQ(idOfNew(), 1) << "12 was never looked at";
+  Card(2);
+  EXPECT_EQ(idOfNew(), 13);
   Card(1);
-  file.AddCard(values);
-  EXPECT_EQ(file.Card(4).index.id, 41);
+  EXPECT_EQ(idOfNew(), 14) << "a smaller id changes nothing";
+  Card(3);
+  EXPECT_EQ(idOfNew(), 41);
 }
 
 TEST_F(CardFileLoadTest, FindsTheFirstCardOfAnIdThroughChanges) {

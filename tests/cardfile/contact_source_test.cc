@@ -4,9 +4,8 @@
 
 #include "cardfile/new_file.h"
 #include "framework/engine_context.h"
-#include "platform/testing/test_platform.h"
-#include "plugin/source_manager.h"
 #include "tests/support/card_file_builder.h"
+#include "tests/support/source_fixture.h"
 
 namespace {
 
@@ -15,16 +14,11 @@ using pw::test::ThreeCards;
 
 constexpr const char* kPath = "C:\\Data\\Friends.WMCard";
 
-class ContactSourceTest : public testing::Test {
+class ContactSourceTest : public pw::test::SourceTest {
  protected:
-  ContactSourceTest() : manager(0) {
-    manager.Config = &config;
-    config.String(PWConfig::kProductKey, "SOFTWARE\\Main");
-    platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(2));
+  ContactSourceTest() : SourceTest("contact", 2) {
     platform.clock.now = 950000000;
     category.Location = kPath;
-    source.reset(manager.CreateSource("contact"));
-    source->Category = &category;
   }
 
   PWRESULT Open(const std::string& bytes) {
@@ -37,13 +31,6 @@ class ContactSourceTest : public testing::Test {
     const PWString* value = record.FindField(name);
     return value == nullptr ? "(none)" : value->Str();
   }
-  std::string Id() { return source->RecordID().Str(); }
-
-  pw::TestPlatform platform;
-  PWConfig config;
-  WMSourceManager manager;
-  PWSourceCategory category;
-  std::unique_ptr<PWSource> source;
 };
 
 TEST_F(ContactSourceTest, WalksTheCards) {
@@ -100,16 +87,10 @@ TEST_F(ContactSourceTest, ANewCardTakesNothingFromTheCurrentOne) {
   source->FirstRecord();
   const PWDateTimeStamp stamp = source->RecordTimeStamp();
   PWRecord record;
-  record.SetField("Last Name",
-                  "\x7F"
-                  "Bo\x7F"
-                  "nd");
+  record.SetField("Last Name", "\x7FJo\x7Fnes");
   ASSERT_EQ(source->AddRecord(record), 0);
   EXPECT_EQ(Id(), "8") << "the id behind the one that was seen";
-  EXPECT_EQ(Field("Last Name"),
-            "\x80"
-            "Bo\x80"
-            "nd");
+  EXPECT_EQ(Field("Last Name"), "\x80Jo\x80nes");
   for (const char* name : {"First Name", "Company", "Contact Log"}) EXPECT_EQ(Field(name), "");
   source->FirstRecord();
   source->RecordTimeStamp();
@@ -151,25 +132,20 @@ TEST_F(ContactSourceTest, AMapThatCanNotBeHadFailsTheOperation) {
   EXPECT_EQ(Field("Last Name"), "Bond");
 }
 
-TEST_F(ContactSourceTest, AnOpenThatChangesNothingLeavesTheFileAlone) {
-  ASSERT_EQ(Open(ThreeCards().Build()), 0);
-  source->FirstRecord();
-  const std::size_t writes = platform.files.Writes();
-  EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(platform.files.Writes(), writes);
-}
-
 TEST_F(ContactSourceTest, AMissingFileIsSevenAndADamagedOneOne) {
   EXPECT_EQ(source->Open(0), 7);
   EXPECT_EQ(Open("WMW300"), 1);
   EXPECT_EQ(source->CloseSource(), 0);
 }
 
-TEST_F(ContactSourceTest, SaysNothingToARunningOrganiser) {
+TEST_F(ContactSourceTest, AnOpenThatChangesNothingLeavesFileAndOrganiserAlone) {
   platform.windows.Add("Wingmate_95", false);
   ASSERT_EQ(Open(ThreeCards().Build()), 0);
-  source->CloseSource();
-  EXPECT_TRUE(platform.windows.sent.empty());
+  source->FirstRecord();
+  const std::size_t writes = platform.files.Writes();
+  EXPECT_EQ(source->CloseSource(), 0);
+  EXPECT_EQ(platform.files.Writes(), writes);
+  EXPECT_EQ(Sent(), pw::test::Steps());
   EXPECT_EQ(platform.registry.Get("SOFTWARE\\Gullwing\\Pairwise 1.0\\Common", "Cardfile"),
             std::nullopt);
 }
@@ -218,8 +194,7 @@ TEST_F(ContactSourceTest, AnUpdateKeepsWhatTheMapDoesNotTouch) {
   CardFileBytes expected = ThreeCards();
   expected.cards[0].title = "Abel, Anna, Acme\r\nSecond line";
   expected.cards[0].text =
-      "Anna\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F"
-      "950000000";
+      pw::test::Stamped("Anna\r\nAbel\r\nAcme\r\nSecond line\r\n", "950000000");
   EXPECT_EQ(platform.files.Get(kPath), expected.Build());
 }
 
@@ -266,21 +241,20 @@ TEST_F(ContactSourceTest, ColumnsAreFoundByTheirExactName) {
   }
 }
 
-TEST_F(ContactSourceTest, AChosenFieldMapTakesThePlaceOfTheIdentity) {
-  pw::Engine().fieldMaps[{"contact", kPath}] = {{{"Surname", "Last Name"}, {"Fax", "No Such"}}};
+TEST_F(ContactSourceTest, FieldsAreThoseOfTheEditionOrOfAChosenMap) {
+  platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(0));
   ASSERT_EQ(Open(ThreeCards().Build()), 0);
+  source->FirstRecord();
+  EXPECT_EQ(Field("Contact Log"), "(none)") << "the information manager leaves it out";
+  EXPECT_EQ(Field("Company"), "Acme\r\nSecond line");
+
+  pw::Engine().fieldMaps[{"contact", kPath}] = {{{"Surname", "Last Name"}, {"Fax", "No Such"}}};
+  MakeSource();
+  ASSERT_EQ(source->Open(0), 0);
   source->FirstRecord();
   EXPECT_EQ(Field("Surname"), "Abel");
   EXPECT_EQ(Field("Last Name"), "(none)");
   EXPECT_EQ(Field("Fax"), "(none)");
-}
-
-TEST_F(ContactSourceTest, TheInformationManagerLeavesTheContactLogOut) {
-  platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(0));
-  ASSERT_EQ(Open(ThreeCards().Build()), 0);
-  source->FirstRecord();
-  EXPECT_EQ(Field("Contact Log"), "(none)");
-  EXPECT_EQ(Field("Company"), "Acme\r\nSecond line");
 }
 
 }  // namespace

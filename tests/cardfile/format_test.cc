@@ -43,24 +43,11 @@ TEST(CardFileFormatTest, FieldNamesAreLinesWithoutTheirLastCharacter) {
 
 TEST(CardFileFormatTest, AStampStandsBehindTheFirstMarker) {
   const struct {
-    const char* text;
-    const char* before;
-    const char* stamp;
+    const char *text, *before, *stamp;
   } cases[] = {
-      {"a\r\n\x7F"
-       "12",
-       "a\r\n", "12"},
-      {"a\r\n", "a\r\n", ""},
+      {"a\r\n\x7Fxy", "a\r\n", "xy"}, {"a\r\n", "a\r\n", ""},
       {"a\r\n\x7F", "a\r\n\x7F", ""},  // an empty stamp is none
-      {"a\x7F"
-       "b\x7F"
-       "12",
-       "a",
-       "b\x7F"
-       "12"},
-      {"\x7F"
-       "1",
-       "", "1"},
+      {"a\x7Fx\x7Fy", "a", "x\x7Fy"}, {"\x7Fx", "", "x"},
   };
   for (const auto& c : cases) {
     const BodyText parts = SplitStamp(c.text);

@@ -53,16 +53,20 @@ TEST(Check, NoRunThatWritesStartsOnACalendarThatItCannotSee) {
   const Sample sample;
   const std::string data = sample.Folder() + "/c/Data/";
   const std::string series = test::SomeSeries(true).Build();
-  sample.folder.Put("c/Data/AdaRecr.wmw", series);
   const std::string calls = "{\"op\":\"types\"}\n";
-  const Finished refused = RunPairwise({"-p", sample.Folder(), "drive"}, calls);
-  EXPECT_EQ(refused.code, 1);
-  EXPECT_EQ(refused.out, "");
-  EXPECT_EQ(
-      refused.messages,
-      "pairwise: " + data +
-          "AdaEVEN.WMW: not there, so that a save would overwrite the calendar's other files; "
-          "--force goes on all the same\n");
+  for (const char* file : {"c/Data/AdaData.wmw", "c/Data/AdaRecr.wmw"}) {
+    std::filesystem::remove(data + "AdaData.wmw");
+    sample.folder.Put(file, series);
+    const Finished refused = RunPairwise({"-p", sample.Folder(), "drive"}, calls);
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_EQ(refused.out, "");
+    EXPECT_EQ(
+        refused.messages,
+        "pairwise: " + data +
+            "AdaEVEN.WMW: not there, so that a save would overwrite the calendar's other files; "
+            "--force goes on all the same\n")
+        << file;
+  }
   EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "drive", "--force"}, calls).code, 0);
   EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "list", "contact"}).code, 0)
       << "who only looks may";

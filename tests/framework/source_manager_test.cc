@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/testing/test_platform.h"
+#include "tests/support/other_files.h"
 
 namespace {
 
@@ -119,14 +120,10 @@ TEST_F(BackupTest, ACopyThatDiffersIsAFailure) {
       return Open(to, pw::OpenMode::kCreateAlways, pw::Sharing::kNone)->Write("aab");
     }
   };
-  Forgetful files(platform.files);
-  pw::Platform services = platform.Services();
-  services.files = &files;
-  const pw::Platform before = pw::SetPlatform(services);
+  const pw::test::InPlaceOfFiles<Forgetful> forgetful;
   EXPECT_EQ(manager.Backup("D:\\Backup", &out), 1);
   EXPECT_TRUE(out == "C:\\Data\\a.wmw");
   EXPECT_FALSE(platform.files.Exists("D:\\Backup\\a.wmw")) << "a bad copy isn't left";
-  pw::SetPlatform(before);
 }
 
 }  // namespace

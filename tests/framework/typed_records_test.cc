@@ -2,6 +2,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -15,6 +16,10 @@ namespace {
 
 std::string Show(const PWString& text) {
   return text.Str();
+}
+
+std::string Show(const char* text) {
+  return text;
 }
 
 std::string Show(const PWDateTimeStamp& stamp) {
@@ -40,99 +45,70 @@ struct Property {
   std::vector<std::function<void(PWRecord*)>> ways;
 };
 
-template <class Typed, class Value>
-Property Make(const char* name, Value (Typed::*get)() const, const std::string& after) {
-  return {name, [get](PWRecord* record) { return Show((Typed(record).*get)()); }, after, {}};
-}
-
-template <class Typed>
-Property Text(const char* name, PWString& (Typed::*get)() const, void (Typed::*set)(const char*)) {
-  Property made = Make(name, get, "text");
-  made.ways = {[set](PWRecord* record) { (Typed(record).*set)("text"); },
-               [get](PWRecord* record) { (Typed(record).*get)() = "text"; }};
+// What is read as a reference can be set through it too; a setter of two takes a text and its size.
+template <class Typed, class Got, class... Args, class Value>
+Property Of(const char* name, Got (Typed::*get)() const, void (Typed::*set)(Args...), Value value) {
+  const auto read = [get](PWRecord* record) { return Show((Typed(record).*get)()); };
+  Property made{name, read, Show(value), {}};
+  made.ways.push_back([set, value](PWRecord* record) {
+    if constexpr (sizeof...(Args) == 2) (Typed(record).*set)(value, 4);
+    if constexpr (sizeof...(Args) == 1) (Typed(record).*set)(value);
+  });
+  if constexpr (std::is_reference_v<Got>) {
+    made.ways.push_back([get, value](PWRecord* record) { (Typed(record).*get)() = value; });
+  }
   return made;
-}
-
-template <class Typed>
-Property SizedText(const char* name, PWString& (Typed::*get)() const,
-                   void (Typed::*set)(const char*, std::uint32_t)) {
-  Property made = Make(name, get, "text");
-  made.ways = {[set](PWRecord* record) { (Typed(record).*set)("text", 4); },
-               [get](PWRecord* record) { (Typed(record).*get)() = "text"; }};
-  return made;
-}
-
-template <class Typed>
-Property Stamp(const char* name, PWDateTimeStamp& (Typed::*get)() const,
-               void (Typed::*set)(const PWDateTimeStamp&)) {
-  Property made = Make(name, get, Show(kStamp));
-  made.ways = {[set](PWRecord* record) { (Typed(record).*set)(kStamp); },
-               [get](PWRecord* record) { (Typed(record).*get)() = kStamp; }};
-  return made;
-}
-
-template <class Typed, class Value>
-Property Number(const char* name, Value (Typed::*get)() const, void (Typed::*set)(Value),
-                Value value) {
-  Property made = Make(name, get, Show(value));
-  made.ways = {[set, value](PWRecord* record) { (Typed(record).*set)(value); }};
-  return made;
-}
-
-template <class Typed>
-Property Flag(const char* name, bool (Typed::*get)() const, void (Typed::*set)(bool)) {
-  return Number(name, get, set, true);
 }
 
 std::vector<Property> EventProperties() {
   using Event = PWEventRecord;
-  Property recurring = Make("Recurring", &Event::Recurring, "1");
-  recurring.ways = {
-      [](PWRecord* record) { PWEventRecord(record).Recurring(true, kRecurranceWeekly); }};
-  return {Text("Subject", &Event::Subject, &Event::Subject),
-          Text("Location", &Event::Location, &Event::Location),
-          SizedText("Notes", &Event::Notes, &Event::Notes),
-          Stamp("StartDate", &Event::StartDate, &Event::StartDate),
-          Stamp("EndDate", &Event::EndDate, &Event::EndDate),
-          Flag("AllDay", &Event::AllDay, &Event::AllDay),
-          Flag("Alarm", &Event::Alarm, &Event::Alarm),
-          Number("AlarmAdvance", &Event::AlarmAdvance, &Event::AlarmAdvance, INT32_MIN),
-          Number("Sensitivity", &Event::Sensitivity, &Event::Sensitivity, kSensitivityPrivate),
+  Property recurring{
+      "Recurring", [](PWRecord* record) { return Show(Event(record).Recurring()); }, "1", {}};
+  recurring.ways = {[](PWRecord* record) { Event(record).Recurring(true, kRecurranceWeekly); }};
+  return {Of("Subject", &Event::Subject, &Event::Subject, "text"),
+          Of("Location", &Event::Location, &Event::Location, "text"),
+          Of("Notes", &Event::Notes, &Event::Notes, "text"),
+          Of("StartDate", &Event::StartDate, &Event::StartDate, kStamp),
+          Of("EndDate", &Event::EndDate, &Event::EndDate, kStamp),
+          Of("AllDay", &Event::AllDay, &Event::AllDay, true),
+          Of("Alarm", &Event::Alarm, &Event::Alarm, true),
+          Of("AlarmAdvance", &Event::AlarmAdvance, &Event::AlarmAdvance, INT32_MIN),
+          Of("Sensitivity", &Event::Sensitivity, &Event::Sensitivity, kSensitivityPrivate),
           recurring};
 }
 
 std::vector<Property> TaskProperties() {
   using Task = PWTaskRecord;
-  return {Text("Subject", &Task::Subject, &Task::Subject),
-          Text("Note", &Task::Note, &Task::Note),
-          Stamp("StartDate", &Task::StartDate, &Task::StartDate),
-          Stamp("DueDate", &Task::DueDate, &Task::DueDate),
-          Flag("NoStartDate", &Task::NoStartDate, &Task::NoStartDate),
-          Flag("NoDueDate", &Task::NoDueDate, &Task::NoDueDate),
-          Number("Priority", &Task::Priority, &Task::Priority, kPriorityHigh),
-          Flag("Completed", &Task::Completed, &Task::Completed),
-          Flag("Call", &Task::Call, &Task::Call)};
+  return {Of("Subject", &Task::Subject, &Task::Subject, "text"),
+          Of("Note", &Task::Note, &Task::Note, "text"),
+          Of("StartDate", &Task::StartDate, &Task::StartDate, kStamp),
+          Of("DueDate", &Task::DueDate, &Task::DueDate, kStamp),
+          Of("NoStartDate", &Task::NoStartDate, &Task::NoStartDate, true),
+          Of("NoDueDate", &Task::NoDueDate, &Task::NoDueDate, true),
+          Of("Priority", &Task::Priority, &Task::Priority, kPriorityHigh),
+          Of("Completed", &Task::Completed, &Task::Completed, true),
+          Of("Call", &Task::Call, &Task::Call, true)};
 }
 
 std::vector<Property> MemoProperties() {
-  return {SizedText("Subject", &PWMemoRecord::Subject, &PWMemoRecord::Subject),
-          SizedText("Body", &PWMemoRecord::Body, &PWMemoRecord::Body)};
+  return {Of("Subject", &PWMemoRecord::Subject, &PWMemoRecord::Subject, "text"),
+          Of("Body", &PWMemoRecord::Body, &PWMemoRecord::Body, "text")};
 }
 
 std::vector<Property> TimezoneProperties() {
   using Zone = PWTimezoneRecord;
   constexpr std::uint32_t kWest = 0xFFFFFE20;
-  return {Text("City", &Zone::City, &Zone::City),
-          Text("State", &Zone::State, &Zone::State),
-          Text("Country", &Zone::Country, &Zone::Country),
-          Flag("Home", &Zone::Home, &Zone::Home),
-          Flag("World", &Zone::World, &Zone::World),
-          Flag("Active", &Zone::Active, &Zone::Active),
-          Number("Bias", &Zone::Bias, &Zone::Bias, kWest),
-          Number("StandardBias", &Zone::StandardBias, &Zone::StandardBias, kWest),
-          Number("DaylightBias", &Zone::DaylightBias, &Zone::DaylightBias, kWest),
-          Number("StandardSwitch", &Zone::StandardSwitch, &Zone::StandardSwitch, kWest),
-          Number("DaylightSwitch", &Zone::DaylightSwitch, &Zone::DaylightSwitch, kWest)};
+  return {Of("City", &Zone::City, &Zone::City, "text"),
+          Of("State", &Zone::State, &Zone::State, "text"),
+          Of("Country", &Zone::Country, &Zone::Country, "text"),
+          Of("Home", &Zone::Home, &Zone::Home, true),
+          Of("World", &Zone::World, &Zone::World, true),
+          Of("Active", &Zone::Active, &Zone::Active, true),
+          Of("Bias", &Zone::Bias, &Zone::Bias, kWest),
+          Of("StandardBias", &Zone::StandardBias, &Zone::StandardBias, kWest),
+          Of("DaylightBias", &Zone::DaylightBias, &Zone::DaylightBias, kWest),
+          Of("StandardSwitch", &Zone::StandardSwitch, &Zone::StandardSwitch, kWest),
+          Of("DaylightSwitch", &Zone::DaylightSwitch, &Zone::DaylightSwitch, kWest)};
 }
 
 TEST(TypedRecordsTest, EachPropertyIsSetInTheRecordAndDisturbsNoOther) {
@@ -244,9 +220,16 @@ TEST(RecurranceTest, SwitchedOffThePatternIsGoneAndOnItStartsAfresh) {
   EXPECT_EQ(event.RecurrancePattern(), nullptr);
   event.Recurring(false, kRecurranceYearlyByDate);
   EXPECT_EQ(event.RecurrancePattern(), nullptr) << "off before it ever was on";
+  record.SetPattern(std::make_unique<PWNumber>(1));
+  EXPECT_FALSE(event.Recurring()) << "an object that is no pattern";
 
   event.Recurring(true, kRecurranceDaily);
   event.RecurrancePattern()->Daily()->Interval = 3;
+  event.RecurrancePattern()->Options.bits = ~0U;
+  EXPECT_TRUE(event.RecurrancePattern()->NeverEnds());
+  event.RecurrancePattern()->Options.Bit(PWRecurrancePattern::kNeverEnds, false);
+  EXPECT_EQ(event.RecurrancePattern()->Options.bits, 0xFFFFFFFEU);
+  EXPECT_FALSE(event.RecurrancePattern()->NeverEnds());
   event.Recurring(false, kRecurranceYearlyByDate);
   EXPECT_FALSE(event.Recurring());
   EXPECT_EQ(event.RecurrancePattern(), nullptr);
@@ -254,25 +237,6 @@ TEST(RecurranceTest, SwitchedOffThePatternIsGoneAndOnItStartsAfresh) {
   event.Recurring(true, kRecurranceDaily);
   EXPECT_EQ(event.RecurrancePattern()->Type(), kRecurranceDaily);
   EXPECT_EQ(event.RecurrancePattern()->Daily()->Interval, 0);
-}
-
-TEST(RecurranceTest, AnObjectThatIsNoPatternIsTakenForNone) {
-  PWRecord record;
-  record.SetPattern(std::make_unique<PWNumber>(1));
-  PWEventRecord event(&record);
-  EXPECT_FALSE(event.Recurring());
-  event.Recurring(true, kRecurranceDaily);
-  EXPECT_NE(event.RecurrancePattern(), nullptr);
-}
-
-TEST(RecurranceTest, OneBitSaysThatAPatternNeverEnds) {
-  PWRecurrancePattern pattern;
-  pattern.EndDate(kStamp);
-  pattern.Options.bits = ~0U;
-  EXPECT_TRUE(pattern.NeverEnds());
-  pattern.Options.Bit(PWRecurrancePattern::kNeverEnds, false);
-  EXPECT_EQ(pattern.Options.bits, 0xFFFFFFFEU);
-  EXPECT_FALSE(pattern.NeverEnds());
 }
 
 // Counts itself, so that a leak or a second deletion shows.

@@ -22,18 +22,23 @@ TEST(ValuesTest, BitsAreSetAndClearedOneByOne) {
   EXPECT_EQ(field.bits, 1U);
 }
 
-TEST(ValuesTest, NumbersCompare) {
+TEST(ValuesTest, NumbersCompareAndClonesHoldTheSame) {
   PWNumber two(2);
   PWNumber three(3);
-  PWBitField other;
+  PWBitField field(6);
+  TIME_ZONE_INFORMATION information;
+  information.Bias = 7;
+  PWTimeZone zone(information);
+  const std::unique_ptr<PWObject> number(two.Clone());
+  const std::unique_ptr<PWObject> bits(field.Clone());
+  const std::unique_ptr<PWObject> copy(zone.Clone());
   EXPECT_LT(two.Compare(&three), 0);
   EXPECT_GT(three.Compare(&two), 0);
-  EXPECT_EQ(two.Compare(&two), 0);
-  EXPECT_EQ(two.Compare(&other), -1);
-}
-
-TEST(ValuesTest, AFreshStampIsAllZero) {
-  EXPECT_EQ(PWDateTimeStamp(), PWDateTimeStamp(0, 0, 0, 0, 0, 0));
+  EXPECT_EQ(two.Compare(number.get()), 0);
+  EXPECT_EQ(two.Compare(&field), -1);
+  EXPECT_EQ(static_cast<PWBitField*>(bits.get())->bits, 6U);
+  EXPECT_EQ(field.Compare(bits.get()), -1);
+  EXPECT_TRUE(*static_cast<PWTimeZone*>(copy.get()) == information);
 }
 
 TEST(ValuesTest, ThePresentTimeIsLocal) {
@@ -44,51 +49,30 @@ TEST(ValuesTest, ThePresentTimeIsLocal) {
 }
 
 TEST(ValuesTest, ZonesAreEqualInBiasesAndDatesButNotNames) {
-  TIME_ZONE_INFORMATION zone;
+  using Zone = TIME_ZONE_INFORMATION;
+  Zone zone;
   zone.Bias = 300;
   zone.DaylightBias = -60;
   zone.StandardDate.wMonth = 10;
   const PWTimeZone wrapped(zone);
-  TIME_ZONE_INFORMATION same = zone;
+  Zone same = zone;
   same.StandardName[0] = u'E';
   same.DaylightName[0] = u'D';
   EXPECT_TRUE(wrapped == same);
-
-  std::int32_t TIME_ZONE_INFORMATION::*const biases[] = {&TIME_ZONE_INFORMATION::Bias,
-                                                         &TIME_ZONE_INFORMATION::StandardBias,
-                                                         &TIME_ZONE_INFORMATION::DaylightBias};
-  for (const auto bias : biases) {
-    TIME_ZONE_INFORMATION other = zone;
+  for (const auto bias : {&Zone::Bias, &Zone::StandardBias, &Zone::DaylightBias}) {
+    Zone other = zone;
     ++(other.*bias);
     EXPECT_FALSE(wrapped == other);
   }
-  std::uint16_t SYSTEMTIME::*const words[] = {&SYSTEMTIME::wYear,      &SYSTEMTIME::wMonth,
-                                              &SYSTEMTIME::wDayOfWeek, &SYSTEMTIME::wDay,
-                                              &SYSTEMTIME::wHour,      &SYSTEMTIME::wMinute,
-                                              &SYSTEMTIME::wSecond,    &SYSTEMTIME::wMilliseconds};
-  for (const auto word : words) {
-    TIME_ZONE_INFORMATION standard = zone;
-    ++(standard.StandardDate.*word);
-    EXPECT_FALSE(wrapped == standard);
-    TIME_ZONE_INFORMATION daylight = zone;
-    ++(daylight.DaylightDate.*word);
-    EXPECT_FALSE(wrapped == daylight);
+  for (const auto date : {&Zone::StandardDate, &Zone::DaylightDate}) {
+    for (const auto word : {&SYSTEMTIME::wYear, &SYSTEMTIME::wMonth, &SYSTEMTIME::wDayOfWeek,
+                            &SYSTEMTIME::wDay, &SYSTEMTIME::wHour, &SYSTEMTIME::wMinute,
+                            &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds}) {
+      Zone other = zone;
+      ++(other.*date.*word);
+      EXPECT_FALSE(wrapped == other);
+    }
   }
-}
-
-TEST(ValuesTest, ClonesHoldTheSame) {
-  PWNumber number(5);
-  PWBitField field(6);
-  TIME_ZONE_INFORMATION information;
-  information.Bias = 7;
-  PWTimeZone zone(information);
-  const std::unique_ptr<PWObject> clones[] = {std::unique_ptr<PWObject>(number.Clone()),
-                                              std::unique_ptr<PWObject>(field.Clone()),
-                                              std::unique_ptr<PWObject>(zone.Clone())};
-  EXPECT_EQ(static_cast<PWNumber*>(clones[0].get())->value, 5);
-  EXPECT_EQ(static_cast<PWBitField*>(clones[1].get())->bits, 6U);
-  EXPECT_TRUE(*static_cast<PWTimeZone*>(clones[2].get()) == information);
-  EXPECT_EQ(field.Compare(clones[1].get()), -1);
 }
 
 TEST(ValuesTest, ArchivesGiveBackTheirNumbers) {

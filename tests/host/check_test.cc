@@ -146,6 +146,12 @@ TEST(CheckTest, SeriesAndAllDayEntries) {
   tagged.tags = {0x32C8};
   ASSERT_EQ(CheckSeries(tagged.Build()).findings.size(), 2U);
   EXPECT_EQ(CheckSeries(tagged.Build()).findings[1].lost, 1U);
+  // Its notes go on to its end, and with the byte that a save puts there it is too long.
+  test::SeriesBytes endless;
+  endless.notes = std::string(65535, 'n');
+  test::RecurringFileBytes unended{"XQXREC30"};
+  unended.records = {endless.Build30().substr(0, 65535)};
+  EXPECT_EQ(Texts(CheckSeries(unended.Build())).back(), "36 a series of more than 65535 bytes (1)");
 
   test::DataFileBytes data;
   data.sections = {
@@ -162,10 +168,35 @@ TEST(CheckTest, SeriesAndAllDayEntries) {
   data.sections[0].records.pop_back();
   data.sections.insert(data.sections.begin(),
                        {test::kSpecialDays, std::vector<std::string>(924, day)});
-  EXPECT_EQ(Texts(CheckDataFile(data.Build(), false)),
-            Lines{"- the sections would stand elsewhere than their table says (1)"});
+  EXPECT_EQ(
+      Texts(CheckDataFile(data.Build(), false)),
+      (Lines{"26 923 records at most were expected in this section; what is saved behind more "
+             "of them can't be found again (0)",
+             "- the sections would stand elsewhere than their table says (1)"}));
   data.sections[0].records.pop_back();
   EXPECT_EQ(Texts(CheckDataFile(data.Build(), false)), Lines());
+}
+
+// A text behind the magic makes it that of version 40.
+TEST(CheckTest, ADataFileIsTakenOverBesideEventsOfVersion50) {
+  const std::string day = test::DateFields(0, 4, 5) + test::DayText("d");
+  const std::string span = test::SpanFields(300'000'000, 300'000'001) + test::DayText("s");
+  std::string data =
+      test::DataFileBytes{"XQXDATA35", {{test::kSpecialDays, {day}}, {test::kMultiDays, {span}}}}
+          .Build();
+  data.replace(42, 4, test::Word(126 + day.size(), 4));  // which a save as version 35 wouldn't
+  for (const auto& [magic, lost] : {std::pair("WMWCALE50", 0U), std::pair("WMWCALE50X", 1U)}) {
+    const TempFolder folder;
+    frame::Header header{};
+    frame::SetMagic(header, magic);
+    folder.Put("AdaEven.wmw", frame::WriteEmptyFile(header));
+    folder.Put("AdaData.wmw", data);
+    const auto check = CheckFolder(folder.Path());
+    ASSERT_TRUE(check);
+    std::size_t found = 0;
+    for (const Finding& finding : check->files[0].check.findings) found += finding.lost;
+    EXPECT_EQ(found, lost) << magic;
+  }
 }
 
 TEST(CheckTest, FilesAreKnownByTheirNames) {
@@ -174,14 +205,21 @@ TEST(CheckTest, FilesAreKnownByTheirNames) {
   folder.Put("Clocks.dat", std::string(1216, '\0'));
   folder.Put("letter.txt", "");
   folder.Put("AdaRecr.wmw", test::SomeSeries(true).Build());
+  folder.Put("BobData.wmw",
+             test::DataFileBytes{
+                 "XQXDATA35", {{test::kMultiDays, {test::SpanFields(1, 1) + test::DayText("out")}}}}
+                 .Build());
   folder.Put("My clocks.dat", "");
   const auto check = CheckFolder(folder.Path());
   ASSERT_TRUE(check);
-  ASSERT_EQ(check->files.size(), 3U);
-  EXPECT_EQ(check->files[2].name, "friends.wmcard");
+  ASSERT_EQ(check->files.size(), 4U);
+  EXPECT_EQ(check->files[3].name, "friends.wmcard");
   EXPECT_EQ(check->others, 2U);
   EXPECT_EQ(Texts(check->files[0].check),
             Lines{"- there is no event file beside it, so that it is overwritten (4)"});
+  EXPECT_EQ(Texts(check->files[1].check),
+            (Lines{"126 a first and a last day from 300000000 to 2000000000 was expected here (0)",
+                   "- there is no event file beside it, so that it is overwritten (1)"}));
   EXPECT_FALSE(CheckFolder(folder.Path() / "none"));
 }
 

@@ -96,16 +96,5 @@ TEST(PosixClock, LocalTimeFollowsTheZoneAndItsDaylightRules) {
   EXPECT_EQ(clock.Local(kLast), (CivilTime{9999, 12, 31, 23, 59, 59, 5}));
 }
 
-TEST(FakeClock, MovesOnlyWhenItIsMoved) {
-  FakeClock clock;
-  clock.localOffset = -3600;
-  const std::int64_t start = clock.Now();
-  clock.Advance(90);
-  EXPECT_EQ(clock.Now(), start + 90);
-  EXPECT_EQ(clock.Ticks(), 90'000U);
-  EXPECT_EQ(clock.Utc(clock.Now()), (CivilTime{1997, 1, 1, 12, 1, 30, 3}));
-  EXPECT_EQ(clock.Local(clock.Now()), (CivilTime{1997, 1, 1, 11, 1, 30, 3}));
-}
-
 }  // namespace
 }  // namespace pw

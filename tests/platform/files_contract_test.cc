@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "platform/posix/posix_files.h"
 #include "platform/testing/fake_clock.h"
 #include "platform/testing/memory_files.h"
+#include "tests/platform/implementations.h"
 #include "tests/platform/temp_folder.h"
 #include "tests/platform/whole_file.h"
 
@@ -58,12 +58,7 @@ class OnDisk : public Implementation {
   PosixFiles files{table, "C:\\module"};
 };
 
-struct Named {
-  const char* name;
-  std::function<std::unique_ptr<Implementation>()> make;
-};
-
-class FilesContract : public testing::TestWithParam<Named> {
+class FilesContract : public ContractTest<Implementation> {
  protected:
   FilesContract() { implementation->PutFolder("C:\\Data"); }
 
@@ -87,7 +82,6 @@ class FilesContract : public testing::TestWithParam<Named> {
     return names;
   }
 
-  std::unique_ptr<Implementation> implementation = GetParam().make();
   Files& files = implementation->Get();
 };
 
@@ -97,9 +91,7 @@ constexpr OpenMode kModes[] = {OpenMode::kRead, OpenMode::kReadWriteExisting, Op
 TEST_P(FilesContract, ModesMakeEmptyAndWriteWhatTheyShould) {
   const struct {
     OpenMode mode;
-    bool makes;
-    bool empties;
-    bool writes;
+    bool makes, empties, writes;
   } cases[] = {
       {OpenMode::kRead, false, false, false},
       {OpenMode::kReadWriteExisting, false, false, true},
@@ -308,16 +300,13 @@ TEST_P(FilesContract, TellsTheLastWrite) {
   EXPECT_GT(age(), 1'000'000'000);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, FilesContract,
-                         testing::Values(Named{"Memory",
-                                               [] { return std::make_unique<InMemory>(); }},
-                                         Named{"Posix", [] { return std::make_unique<OnDisk>(); }}),
-                         [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(InMemoryAndOnDisk, FilesContract,
+                         testing::Values(Make<Implementation, InMemory>,
+                                         Make<Implementation, OnDisk>));
 
 TEST(MatchesPattern, StarAndQuestionMark) {
   const struct {
-    const char* name;
-    const char* pattern;
+    const char *name, *pattern;
     bool matches;
   } cases[] = {
       {"", "", true},

@@ -46,36 +46,32 @@ TEST_F(PosixFilesTest, ChangesNothingOnAReadOnlyMount) {
   EXPECT_FALSE(std::filesystem::exists(folder.Path() / "fixed/new"));
 }
 
-TEST_F(PosixFilesTest, WhatIsNeitherFileNorFolderIsNotThere) {
+TEST_F(PosixFilesTest, WhatIsNeitherFileNorFolderIsNotThereNorOpenedForALook) {
   const std::string pipe = folder.Path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   std::filesystem::create_symlink("nowhere", folder.Path() / "broken");
   folder.Put("file", "1");
   std::filesystem::create_symlink("file", folder.Path() / "link");
-  // None of these waits for the pipe's other end.
-  EXPECT_EQ(files.Open("C:\\pipe", OpenMode::kRead, Sharing::kReadWrite), nullptr);
-  EXPECT_EQ(files.Open("C:\\pipe", OpenMode::kOpenAlways, Sharing::kReadWrite), nullptr);
+  for (const bool hasOtherEnd : {false, true}) {
+    // Nothing waits for the pipe's other end, and who has it hears of nothing.
+    const Descriptor reader(hasOtherEnd ? open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)
+                                        : -1);
+    for (const OpenMode mode : {OpenMode::kRead, OpenMode::kReadWriteExisting,
+                                OpenMode::kOpenAlways, OpenMode::kCreateAlways}) {
+      EXPECT_EQ(files.Open("C:\\pipe", mode, Sharing::kReadWrite), nullptr);
+    }
+    EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\pipe", "C:\\new"));
+    EXPECT_FALSE(files.Delete("C:\\pipe"));
+    EXPECT_FALSE(files.Exists("C:\\pipe"));
+    pollfd wait{reader.Number(), POLLIN, 0};
+    EXPECT_EQ(poll(&wait, 1, 0), 0);
+  }
   EXPECT_EQ(files.Open("/dev/null", OpenMode::kReadWriteExisting, Sharing::kReadWrite), nullptr);
-  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\pipe", "C:\\new"));
   EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\file", "C:\\broken"));
-  EXPECT_FALSE(files.Delete("C:\\pipe"));
-  EXPECT_FALSE(files.Exists("C:\\pipe"));
   EXPECT_FALSE(files.Exists("C:\\broken"));
   ASSERT_EQ(files.Find("C:\\*").size(), 2U);
   EXPECT_EQ(files.Find("C:\\*")[1].name, "link");
   EXPECT_EQ(ReadWholeFile(files, "C:\\link"), "1");
-}
-
-// Who has a pipe's other end would hear of it.
-TEST_F(PosixFilesTest, WhatIsNoFileIsntEvenOpenedForALook) {
-  const std::string pipe = folder.Path() / "pipe";
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const Descriptor reader(open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  for (const OpenMode mode : {OpenMode::kReadWriteExisting, OpenMode::kCreateAlways}) {
-    EXPECT_EQ(files.Open("C:\\pipe", mode, Sharing::kReadWrite), nullptr);
-  }
-  pollfd wait{reader.Number(), POLLIN, 0};
-  EXPECT_EQ(poll(&wait, 1, 0), 0);
 }
 
 // A program that holds the file until it is asked for it.
@@ -94,27 +90,26 @@ TEST_F(PosixFilesTest, AFileThatAnotherProgramMustLetGoFirstIsWaitedFor) {
 
 TEST_F(PosixFilesTest, LocksOfOtherProgramsRefuseNothing) {
   folder.Put("file", "1");
-  const auto opens = [&](OpenMode mode) {
-    return files.Open("C:\\file", mode, Sharing::kReadWrite) != nullptr;
+  const auto opens = [&](OpenMode mode, Sharing sharing = Sharing::kReadWrite) {
+    return files.Open("C:\\file", mode, sharing) != nullptr;
   };
-  const std::string name = folder.Path() / "file";
-  for (const short type : {F_RDLCK, F_WRLCK}) {
-    const Descriptor other(open(name.c_str(), O_RDWR | O_CLOEXEC));
+  const auto lockWhole = [&](short type) {
+    Descriptor other(open((folder.Path() / "file").c_str(), O_RDWR | O_CLOEXEC));
     struct flock whole {};
     whole.l_type = type;
     whole.l_whence = SEEK_SET;
-    ASSERT_EQ(fcntl(other.Number(), F_OFD_SETLK, &whole), 0);
+    EXPECT_EQ(fcntl(other.Number(), F_OFD_SETLK, &whole), 0);
+    return other;
+  };
+  for (const short type : {F_RDLCK, F_WRLCK}) {
+    const Descriptor other = lockWhole(type);
     EXPECT_TRUE(opens(OpenMode::kRead));
     EXPECT_TRUE(opens(OpenMode::kReadWriteExisting));
-    EXPECT_NE(files.Open("C:\\file", OpenMode::kRead, Sharing::kRead), nullptr);
+    EXPECT_TRUE(opens(OpenMode::kRead, Sharing::kRead));
   }
   // Nor do they let in whom this program's own would keep out.
   const auto alone = files.Open("C:\\file", OpenMode::kRead, Sharing::kNone);
-  const Descriptor other(open(name.c_str(), O_RDWR | O_CLOEXEC));
-  struct flock whole {};
-  whole.l_type = F_RDLCK;
-  whole.l_whence = SEEK_SET;
-  ASSERT_EQ(fcntl(other.Number(), F_OFD_SETLK, &whole), 0);
+  const Descriptor other = lockWhole(F_RDLCK);
   EXPECT_FALSE(opens(OpenMode::kRead));
 }
 
@@ -146,21 +141,18 @@ TEST_F(PosixFilesTest, SharingHoldsAcrossProcesses) {
     waitpid(child, &status, 0);
     return WIFEXITED(status) && WEXITSTATUS(status) == 1;
   };
-  const auto reads = [&] {
-    return files.Open("C:\\file", OpenMode::kRead, Sharing::kReadWrite) != nullptr;
+  const auto opens = [&](OpenMode mode) {
+    return other([&] { return files.Open("C:\\file", mode, Sharing::kReadWrite) != nullptr; });
   };
-  const auto writes = [&] {
-    return files.Open("C:\\file", OpenMode::kReadWriteExisting, Sharing::kReadWrite) != nullptr;
-  };
-  const auto deletes = [&] { return files.Delete("C:\\file"); };
+  const auto deletes = [&] { return other([&] { return files.Delete("C:\\file"); }); };
   auto file = files.Open("C:\\file", OpenMode::kRead, Sharing::kRead);
   ASSERT_NE(file, nullptr);
-  EXPECT_TRUE(other(reads));
-  EXPECT_FALSE(other(writes));
-  EXPECT_FALSE(other(deletes));
+  EXPECT_TRUE(opens(OpenMode::kRead));
+  EXPECT_FALSE(opens(OpenMode::kReadWriteExisting));
+  EXPECT_FALSE(deletes());
   file.reset();
-  EXPECT_TRUE(other(writes));
-  EXPECT_TRUE(other(deletes));
+  EXPECT_TRUE(opens(OpenMode::kReadWriteExisting));
+  EXPECT_TRUE(deletes());
 }
 
 // As on a full disk, a file may grow to a limit only.

@@ -71,26 +71,17 @@ TEST_F(PosixRegistryTest, AMissingFileIsMadeByTheFirstWrite) {
   EXPECT_EQ(Files(), std::vector<std::string>{"r.reg"});
 }
 
-TEST_F(PosixRegistryTest, ChangesAreInTheFileWhenAKeyIsClosed) {
-  Put(kOneValue);
-  auto store = Store();
-  auto key = store.Open("K", RegistryAccess::kReadWrite);
-  ASSERT_NE(key, nullptr);
-  EXPECT_TRUE(key->Write("x", NumberValue(2)));
-  key.reset();
-  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
-  store.Create("New");
-  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n\n[HKEY_LOCAL_MACHINE\\New]\n");
-}
-
-TEST_F(PosixRegistryTest, WhatChangesNothingLeavesTheFileAlone) {
+TEST_F(PosixRegistryTest, ChangesAreInTheFileWhenAKeyIsClosedAndOnlyChanges) {
   Put(kOneValue);
   const auto before = StampOf(file);
   auto store = Store();
-  Write(store, "K", "x", 1);
   Write(store, "k", "X", 1);
   store.Open("K", RegistryAccess::kReadWrite);
   EXPECT_EQ(StampOf(file), before);
+  Write(store, "K", "x", 2);
+  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
+  store.Create("New");
+  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n\n[HKEY_LOCAL_MACHINE\\New]\n");
 }
 
 TEST_F(PosixRegistryTest, TwoStoresSeeAndKeepEachOthersChanges) {
@@ -193,13 +184,17 @@ TEST_F(PosixRegistryTest, AnOverlayKeepsChangesToItself) {
   EXPECT_EQ(Read(overlay, "K", "z"), 4U);
 }
 
-TEST_F(PosixRegistryTest, WhereTheFileCantBeReplacedNothingOpensForWriting) {
-  file = folder.Path() / "no such folder" / "r.reg";
-  auto store = Store();
-  EXPECT_EQ(store.Error(), std::nullopt);
-  EXPECT_NE(store.Open("", RegistryAccess::kRead), nullptr);
-  EXPECT_EQ(store.Open("", RegistryAccess::kReadWrite), nullptr);
-  EXPECT_EQ(store.Create("K"), nullptr);
+TEST_F(PosixRegistryTest, WhereFileOrLockCantBeMadeNothingOpensForWriting) {
+  Put(kOneValue);
+  std::filesystem::create_directory(file.native() + ".lock");
+  for (const std::filesystem::path& each : {folder.Path() / "none" / "r.reg", file}) {
+    file = each;
+    auto store = Store();
+    EXPECT_EQ(store.Error(), std::nullopt);
+    EXPECT_NE(store.Open("", RegistryAccess::kRead), nullptr);
+    EXPECT_EQ(store.Open("", RegistryAccess::kReadWrite), nullptr);
+    EXPECT_EQ(store.Create("K"), nullptr);
+  }
 }
 
 TEST_F(PosixRegistryTest, AFileThatIsNoRegistryIsNamedAndNeverTouched) {
@@ -226,71 +221,43 @@ TEST_F(PosixRegistryTest, WhatIsNoRegularFileIsAnErrorAndHoldsUpNobody) {
   EXPECT_NE(Store().Error(), std::nullopt);
 }
 
+// As while somebody else writes it in place, has moved it aside, or holds the lock.
 TEST_F(PosixRegistryTest, ChangesThatCantBeSavedAreToldAndTriedAgain) {
-  Put(kOneValue);
-  auto store = Store();
-  auto key = store.Open("K", RegistryAccess::kReadWrite);
-  EXPECT_TRUE(key->Write("x", NumberValue(2)));
-  Put("something else\n");
-  key.reset();
-  ASSERT_EQ(warnings.size(), 1U);
-  ASSERT_NE(store.SaveFailure(), std::nullopt);
-  EXPECT_EQ(warnings[0].find(*store.SaveFailure()), 0U);
-  EXPECT_EQ(warnings[0].find(file.string() + ": "), 0U);
-  EXPECT_EQ(Get(), "something else\n");
-
-  Put(kOneValue);
-  store.Open("K", RegistryAccess::kReadWrite);
-  EXPECT_EQ(store.SaveFailure(), std::nullopt);
-  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
-}
-
-// As while somebody else writes it in place, or has moved it aside.
-TEST_F(PosixRegistryTest, NothingIsSavedOverARegistryThatIsJustNotThere) {
-  for (const bool missing : {false, true}) {
-    SCOPED_TRACE(missing);
+  lockWait = std::chrono::milliseconds(0);
+  const struct {
+    const char* what;
+    std::string content;
+    bool isThere, locked;
+  } cases[] = {{"something else", "something else\n", true, false},
+               {"empty", "", true, false},
+               {"gone", "", false, false},
+               {"locked", kOneValue, true, true}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    warnings.clear();
     Put(kOneValue);
     auto store = Store();
     auto key = store.Open("K", RegistryAccess::kReadWrite);
     EXPECT_TRUE(key->Write("y", NumberValue(2)));
-    Put("");
-    if (missing) std::filesystem::remove(file);
+    Put(c.content);
+    if (!c.isThere) std::filesystem::remove(file);
+    auto lock = c.locked ? std::make_unique<SharedFileLock>(file) : nullptr;
     key.reset();
-    EXPECT_NE(store.SaveFailure(), std::nullopt);
-    EXPECT_EQ(std::filesystem::exists(file), !missing);
-    EXPECT_EQ(Get(), "");
-    EXPECT_NE(store.Error(), std::nullopt);
-    EXPECT_EQ(store.Create("K"), nullptr);
+    ASSERT_EQ(warnings.size(), 1U);
+    ASSERT_NE(store.SaveFailure(), std::nullopt);
+    EXPECT_EQ(warnings[0].find(*store.SaveFailure()), 0U);
+    EXPECT_EQ(warnings[0].find(file.string() + ": "), 0U);
+    EXPECT_EQ(std::filesystem::exists(file), c.isThere);
+    EXPECT_EQ(Get(), c.content);
+    EXPECT_EQ(store.Error().has_value(), !c.locked);
+    EXPECT_EQ(store.Create("K") == nullptr, !c.locked);
 
+    lock.reset();
     Put(kOneValue);
     store.Open("K", RegistryAccess::kReadWrite);
     EXPECT_EQ(store.SaveFailure(), std::nullopt);
     EXPECT_EQ(Get(), kOneValue + "\"y\"=dword:00000002\n");
   }
-}
-
-TEST_F(PosixRegistryTest, ALockThatIsntLetGoMakesSavingFail) {
-  Put(kOneValue);
-  lockWait = std::chrono::milliseconds(0);
-  auto store = Store();
-  auto lock = std::make_unique<SharedFileLock>(file);
-  Write(store, "K", "x", 2);
-  ASSERT_NE(store.SaveFailure(), std::nullopt);
-  EXPECT_EQ(store.SaveFailure()->find(file.string() + ": "), 0U);
-  EXPECT_EQ(Get(), kOneValue);
-  lock.reset();
-  store.Open("K", RegistryAccess::kReadWrite);
-  EXPECT_EQ(store.SaveFailure(), std::nullopt);
-  EXPECT_EQ(Get(), "REGEDIT4\n[HKLM\\K]\n\"x\"=dword:00000002\n");
-}
-
-TEST_F(PosixRegistryTest, WhereTheLockCantBeOpenedNothingOpensForWriting) {
-  Put(kOneValue);
-  std::filesystem::create_directory(file.native() + ".lock");
-  auto store = Store();
-  EXPECT_EQ(Read(store, "K", "x"), 1U);
-  EXPECT_EQ(store.Open("K", RegistryAccess::kReadWrite), nullptr);
-  EXPECT_EQ(store.Create("K"), nullptr);
 }
 
 TEST_F(PosixRegistryTest, WhatCouldntBeReadForAMomentIsReadAgain) {

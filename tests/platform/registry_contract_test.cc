@@ -8,6 +8,7 @@
 #include "platform/posix/posix_registry.h"
 #include "platform/registry.h"
 #include "platform/testing/memory_registry.h"
+#include "tests/platform/implementations.h"
 #include "tests/platform/temp_folder.h"
 
 namespace pw {
@@ -21,6 +22,8 @@ class Implementation {
   virtual ~Implementation() = default;
   virtual Registry& Get() = 0;
   virtual void MakeReadOnly() = 0;
+  // The number 1, if what was written outlives that.
+  virtual std::optional<RegistryValue> Kept() { return NumberValue(1); }
 };
 
 class InMemory : public Implementation {
@@ -37,8 +40,13 @@ class InFile : public Implementation {
   explicit InFile(RegistryMode mode) : mode(mode) { Reopen(); }
   Registry& Get() override { return *registry; }
   void MakeReadOnly() override {
+    isOverlay = mode == RegistryMode::kOverlay;
     mode = RegistryMode::kReadOnly;
     Reopen();
+  }
+  // What an overlay is told is nowhere else.
+  std::optional<RegistryValue> Kept() override {
+    return isOverlay ? std::nullopt : Implementation::Kept();
   }
 
  private:
@@ -49,15 +57,11 @@ class InFile : public Implementation {
 
   TempFolder folder;
   RegistryMode mode;
+  bool isOverlay = false;
   std::unique_ptr<PosixRegistry> registry;
 };
 
-struct Named {
-  const char* name;
-  std::unique_ptr<Implementation> (*make)();
-};
-
-class RegistryContractTest : public ::testing::TestWithParam<Named> {
+class RegistryContractTest : public ContractTest<Implementation> {
  protected:
   // Through a key of its own, which is closed again.
   std::optional<RegistryValue> Read(const std::string& path, const std::string& name) {
@@ -68,8 +72,6 @@ class RegistryContractTest : public ::testing::TestWithParam<Named> {
     return registry().Open(path, RegistryAccess::kRead) != nullptr;
   }
   Registry& registry() { return implementation->Get(); }
-
-  std::unique_ptr<Implementation> implementation = GetParam().make();
 };
 
 TEST_P(RegistryContractTest, OpeningMakesNoKeyAndCreatingMakesAllAbove) {
@@ -85,22 +87,14 @@ TEST_P(RegistryContractTest, OpeningMakesNoKeyAndCreatingMakesAllAbove) {
   }
 }
 
-TEST_P(RegistryContractTest, ValuesComeBackAsTheyWereSet) {
-  std::string everyByte;
-  for (int i = 0; i < 256; ++i) everyByte.push_back(static_cast<char>(i));
-  const RegistryValue values[] = {
-      TextValue(""),
-      TextValue("C:\\Data \"x\""),
-      TextValue(everyByte),
-      TextValue("zero at the end\0"s),
-      {RegistryType::kExpandableText, "%x%"},
-      NumberValue(0),
-      NumberValue(0xFFFFFFFF),
-      {RegistryType::kNumber, "abc"},
-      {RegistryType::kNone, ""},
-      {RegistryType::kBinary, everyByte},
-      {static_cast<RegistryType>(11), "12345678"},
-  };
+TEST_P(RegistryContractTest, ValuesComeBackAsTheyWereSetAndEachKeyHasItsOwn) {
+  const RegistryValue values[] = {TextValue(""),
+                                  TextValue("\xE4 \"x\"\r\n\0"s),
+                                  {RegistryType::kExpandableText, "%x%"},
+                                  NumberValue(0xFFFFFFFF),
+                                  {RegistryType::kNumber, "abc"},
+                                  {RegistryType::kNone, ""},
+                                  {static_cast<RegistryType>(11), "12345678"}};
   for (const RegistryValue& value : values) {
     {
       const auto key = registry().Create("K");
@@ -109,10 +103,15 @@ TEST_P(RegistryContractTest, ValuesComeBackAsTheyWereSet) {
       EXPECT_TRUE(key->Write("Name \xC4", value));
       EXPECT_EQ(key->Read("name \xE4"), value);
     }
+    registry().Create("K\\L")->Write("", NumberValue(1));
+    registry().Create("")->Write("", NumberValue(2));
     EXPECT_EQ(Read("K", ""), value);
     EXPECT_EQ(Read("k", "NAME \xE4"), value);
     EXPECT_EQ(Read("K", "Nam"), std::nullopt);
     EXPECT_EQ(Read("K", "Name \xC4 "), std::nullopt);
+    EXPECT_EQ(registry().Create("k")->Read(""), value) << "a key that is there keeps its values";
+    EXPECT_EQ(Read("K\\L", ""), NumberValue(1));
+    EXPECT_EQ(Read("", ""), NumberValue(2));
   }
 }
 
@@ -130,53 +129,21 @@ TEST_P(RegistryContractTest, NamesThatDontFitALineAreRefused) {
   EXPECT_EQ(Read("K", "\x7F\t"), NumberValue(1));
 }
 
-TEST_P(RegistryContractTest, KeysKeepTheirValuesApart) {
-  registry().Create("A\\B")->Write("x", NumberValue(1));
-  registry().Create("A")->Write("x", NumberValue(2));
-  registry().Create("A\\B\\C")->Write("x", NumberValue(3));
-  registry().Create("")->Write("x", NumberValue(4));
-  EXPECT_EQ(Read("A\\B", "x"), NumberValue(1));
-  EXPECT_EQ(Read("A", "x"), NumberValue(2));
-  EXPECT_EQ(Read("A\\B\\C", "x"), NumberValue(3));
-  EXPECT_EQ(Read("", "x"), NumberValue(4));
-}
-
-TEST_P(RegistryContractTest, CreatingAnExistingKeyKeepsItsValues) {
-  registry().Create("K")->Write("x", NumberValue(1));
-  const auto key = registry().Create("k");
-  ASSERT_NE(key, nullptr);
-  EXPECT_EQ(key->Read("x"), NumberValue(1));
-}
-
-TEST_P(RegistryContractTest, KeysSeeEachOthersChangesAtOnce) {
-  const auto writer = registry().Create("K");
-  const auto other = registry().Open("K", RegistryAccess::kReadWrite);
+TEST_P(RegistryContractTest, KeysSeeEachOthersChangesAtOnceAndTheLastWriteCounts) {
+  auto writer = registry().Create("K");
+  auto other = registry().Open("K", RegistryAccess::kReadWrite);
   const auto reader = registry().Open("k", RegistryAccess::kRead);
   ASSERT_TRUE(writer != nullptr && other != nullptr && reader != nullptr);
   EXPECT_TRUE(writer->Write("x", NumberValue(1)));
   EXPECT_EQ(reader->Read("x"), NumberValue(1));
+  EXPECT_FALSE(reader->Write("x", NumberValue(3)));
+  EXPECT_FALSE(reader->Write("y", NumberValue(3)));
   EXPECT_TRUE(other->Write("x", NumberValue(2)));
   EXPECT_EQ(writer->Read("x"), NumberValue(2));
-}
-
-TEST_P(RegistryContractTest, TheLastWriteCountsWhicheverKeyIsClosedFirst) {
-  auto first = registry().Create("K");
-  auto second = registry().Open("K", RegistryAccess::kReadWrite);
-  ASSERT_TRUE(first->Write("x", NumberValue(1)));
-  ASSERT_TRUE(second->Write("x", NumberValue(2)));
-  second.reset();
-  first.reset();
+  other.reset();
+  writer.reset();
   EXPECT_EQ(Read("K", "x"), NumberValue(2));
-}
-
-TEST_P(RegistryContractTest, AKeyForReadingTakesNothing) {
-  registry().Create("K")->Write("x", NumberValue(1));
-  const auto key = registry().Open("K", RegistryAccess::kRead);
-  ASSERT_NE(key, nullptr);
-  EXPECT_FALSE(key->Write("x", NumberValue(2)));
-  EXPECT_FALSE(key->Write("y", NumberValue(2)));
-  EXPECT_EQ(key->Read("x"), NumberValue(1));
-  EXPECT_EQ(key->Read("y"), std::nullopt);
+  EXPECT_EQ(Read("K", "y"), std::nullopt);
 }
 
 TEST_P(RegistryContractTest, WhatCanOnlyBeReadIsntWritten) {
@@ -187,9 +154,7 @@ TEST_P(RegistryContractTest, WhatCanOnlyBeReadIsntWritten) {
   EXPECT_EQ(registry().Create("K"), nullptr);
   EXPECT_EQ(registry().Create("New"), nullptr);
   EXPECT_FALSE(IsThere("New"));
-  // What an overlay is told is nowhere else.
-  const bool kept = GetParam().name != "Overlay"s;
-  EXPECT_EQ(Read("K", "x"), kept ? std::optional(NumberValue(1)) : std::nullopt);
+  EXPECT_EQ(Read("K", "x"), implementation->Kept());
 }
 
 TEST_P(RegistryContractTest, TypedReadsTakeTheirTypeOnly) {
@@ -211,38 +176,10 @@ TEST_P(RegistryContractTest, TypedReadsTakeTheirTypeOnly) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RegistryContractTest,
-                         ::testing::Values(Named{"Memory",
-                                                 []() -> std::unique_ptr<Implementation> {
-                                                   return std::make_unique<InMemory>();
-                                                 }},
-                                           Named{"Posix",
-                                                 []() -> std::unique_ptr<Implementation> {
-                                                   return std::make_unique<InFile>(
-                                                       RegistryMode::kReadWrite);
-                                                 }},
-                                           Named{"Overlay",
-                                                 []() -> std::unique_ptr<Implementation> {
-                                                   return std::make_unique<InFile>(
-                                                       RegistryMode::kOverlay);
-                                                 }}),
-                         [](const auto& instance) { return std::string(instance.param.name); });
-
-TEST(MemoryRegistryTest, ASceneIsSetAndLookedAtPastTheSwitches) {
-  MemoryRegistry registry;
-  registry.readOnly = true;
-  registry.Set("Soft\\One", "x", NumberValue(1));
-  EXPECT_EQ(registry.Get("SOFT\\one", "X"), NumberValue(1));
-  EXPECT_TRUE(registry.HasKey("soft"));
-  EXPECT_NE(registry.Open("Soft\\One", RegistryAccess::kRead), nullptr);
-  EXPECT_EQ(registry.Create("Soft\\One"), nullptr);
-  registry.readOnly = false;
-  registry.failCreate = true;
-  EXPECT_EQ(registry.Create("Soft\\Two"), nullptr);
-  EXPECT_FALSE(registry.HasKey("Soft\\Two"));
-  EXPECT_NE(registry.Open("Soft\\One", RegistryAccess::kReadWrite), nullptr);
-  EXPECT_EQ(registry.opens, 4);
-}
+INSTANTIATE_TEST_SUITE_P(InMemoryInAFileAndOverIt, RegistryContractTest,
+                         testing::Values(Make<Implementation, InMemory>,
+                                         Make<Implementation, InFile, RegistryMode::kReadWrite>,
+                                         Make<Implementation, InFile, RegistryMode::kOverlay>));
 
 }  // namespace
 }  // namespace pw

@@ -16,10 +16,15 @@ namespace {
 class PosixShellTest : public testing::Test {
  protected:
   PosixShellTest() {
-    folder.Put("bin/Program", "#!/bin/sh\n{ pwd; printf '%s\\n' \"$@\"; } > \"${0%/*}/answer\"\n");
+    PutProgram("Program", "/bin/sh\n{ pwd; printf '%s\\n' \"$@\"; } > \"${0%/*}/answer\"");
+    PutProgram("lost", "/no/such/interpreter");
+    PutProgram("calm", "/bin/sh");
     folder.Put("bin/text", "no program\n");
     std::filesystem::create_directory(folder.Path() / "run");
-    chmod((folder.Path() / "bin/Program").c_str(), 0700);
+  }
+  void PutProgram(const std::string& name, const std::string& script) const {
+    folder.Put("bin/" + name, "#!" + script + "\n");
+    chmod((folder.Path() / "bin" / name).c_str(), 0700);
   }
 
   TempFolder folder;
@@ -39,17 +44,11 @@ TEST_F(PosixShellTest, StartsAProgramOfItsOwn) {
 }
 
 TEST_F(PosixShellTest, TellsWhatCannotBeStarted) {
-  folder.Put("bin/lost", "#!/no/such/interpreter\n");
-  chmod((folder.Path() / "bin/lost").c_str(), 0700);
   const ShellCommand cases[] = {
-      {"print", "C:\\bin\\Program", "", "", 1},
-      {"open", "C:\\bin\\none", "", "", 1},
-      {"open", "C:\\bin\\text", "", "", 1},
-      {"open", "C:\\bin", "", "", 1},
-      {"open", "Q:\\bin\\Program", "", "", 1},
-      {"open", "C:\\bin\\lost", "", "", 1},
-      {"open", "C:\\bin\\Program", "", "C:\\none", 1},
-  };
+      {"print", "C:\\bin\\Program", "", "", 1},       {"open", "C:\\bin\\none", "", "", 1},
+      {"open", "C:\\bin\\text", "", "", 1},           {"open", "C:\\bin", "", "", 1},
+      {"open", "Q:\\bin\\Program", "", "", 1},        {"open", "C:\\bin\\lost", "", "", 1},
+      {"open", "C:\\bin\\Program", "", "C:\\none", 1}};
   for (const ShellCommand& command : cases) {
     EXPECT_FALSE(shell.Execute(command)) << command.verb << " " << command.file;
   }
@@ -59,10 +58,6 @@ TEST_F(PosixShellTest, TellsWhatCannotBeStarted) {
 
 // As where a service was started without its standard files.
 TEST_F(PosixShellTest, TellsSoWithoutStandardFilesToo) {
-  folder.Put("bin/lost", "#!/no/such/interpreter\n");
-  chmod((folder.Path() / "bin/lost").c_str(), 0700);
-  folder.Put("bin/calm", "#!/bin/sh\n");
-  chmod((folder.Path() / "bin/calm").c_str(), 0700);
   const pid_t child = fork();
   if (child == 0) {
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(standard);

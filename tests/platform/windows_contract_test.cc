@@ -10,6 +10,7 @@
 #include "platform/posix/posix_windows.h"
 #include "platform/testing/fake_windows.h"
 #include "platform/windows.h"
+#include "tests/platform/implementations.h"
 #include "tests/platform/temp_folder.h"
 #include "tests/platform/window_thread.h"
 
@@ -81,14 +82,8 @@ class OverSockets : public Implementation {
   PosixWindows windows{folder.Path()};
 };
 
-struct Named {
-  const char* name;
-  std::unique_ptr<Implementation> (*make)();
-};
-
-class WindowsContractTest : public ::testing::TestWithParam<Named> {
+class WindowsContractTest : public ContractTest<Implementation> {
  protected:
-  std::unique_ptr<Implementation> implementation = GetParam().make();
   Windows& windows = implementation->Get();
 };
 
@@ -194,29 +189,9 @@ TEST_P(WindowsContractTest, AWindowThatHasGoneIsNone) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, WindowsContractTest,
-                         ::testing::Values(Named{"Fake",
-                                                 []() -> std::unique_ptr<Implementation> {
-                                                   return std::make_unique<InMemory>();
-                                                 }},
-                                           Named{"Posix",
-                                                 []() -> std::unique_ptr<Implementation> {
-                                                   return std::make_unique<OverSockets>();
-                                                 }}),
-                         [](const auto& instance) { return std::string(instance.param.name); });
-
-TEST(FakeWindowsTest, AnAnswerMayTakeTheWindowAway) {
-  FakeWindows windows;
-  const WindowId window = windows.Add("W");
-  windows.SetAnswer(window, [&](const WindowMessage& message) {
-    windows.Remove(window);
-    return message.lParam;
-  });
-  EXPECT_EQ(windows.Send(window, {1, 2, 3}), 3);
-  EXPECT_EQ(windows.Find("W"), kNoWindow);
-  ASSERT_EQ(windows.sent.size(), 1U);
-  EXPECT_EQ(windows.sent[0].window, window);
-}
+INSTANTIATE_TEST_SUITE_P(InMemoryAndOverSockets, WindowsContractTest,
+                         testing::Values(Make<Implementation, InMemory>,
+                                         Make<Implementation, OverSockets>));
 
 }  // namespace
 }  // namespace pw

@@ -10,6 +10,14 @@ namespace {
 constexpr const char* kKey = "SOFTWARE\\Gullwing\\Running";
 constexpr const char* kDesktopMain = "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main";
 
+// A key of an edition; that of a code of none is the information manager's.
+std::string KeyOf(std::int32_t product, const std::string& name) {
+  const char* editions[] = {"ORB PairWise Information Manager", "Wingmate 98", "PairWise Desktop",
+                            "PairWise Desktop"};
+  const std::string edition = product > 3 ? editions[0] : editions[product];
+  return "SOFTWARE\\Gullwing\\" + edition + "\\Version 1\\" + name;
+}
+
 class DiscoveryTest : public testing::Test {
  protected:
   DiscoveryTest() { manager.Config = &config; }
@@ -113,25 +121,22 @@ TEST_F(DiscoveryTest, Version50IsANumberUnderTheDesktopKey) {
 TEST_F(DiscoveryTest, LaunchesTheProgramOfTheEdition) {
   const struct {
     std::int32_t product;
-    const char* key;
-    const char* program;
-  } cases[] = {
-      {0, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install", "ORBPIM.EXE"},
-      {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Install", "Wingmate.EXE"},
-      {2, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Install", "PWDesktop.EXE"},
-      {3, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Install", "Wingmate.EXE"},
-      {9, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Install", "ORBPIM.EXE"},
-  };
+    std::string program;
+  } cases[] = {{0, "ORBPIM.EXE"},
+               {1, "Wingmate.EXE"},
+               {2, "PWDesktop.EXE"},
+               {3, "Wingmate.EXE"},
+               {9, "ORBPIM.EXE"}};
   for (const auto& c : cases) {
     for (const char* folder : {"D:\\Prog", "D:\\Prog\\"}) {
       Run(c.product);
-      platform.registry.Set(c.key, "InstallDir", pw::TextValue(folder));
-      platform.files.Put(std::string("D:\\Prog\\Program\\") + c.program, "");
+      platform.registry.Set(KeyOf(c.product, "Install"), "InstallDir", pw::TextValue(folder));
+      platform.files.Put("D:\\Prog\\Program\\" + c.program, "");
       platform.shell.commands.clear();
       EXPECT_EQ(manager.LaunchApplication(), 0);
       ASSERT_EQ(platform.shell.commands.size(), 1U);
       EXPECT_EQ(platform.shell.commands[0].verb, "open");
-      EXPECT_EQ(platform.shell.commands[0].file, std::string("D:\\Prog\\Program\\") + c.program);
+      EXPECT_EQ(platform.shell.commands[0].file, "D:\\Prog\\Program\\" + c.program);
       EXPECT_EQ(platform.shell.commands[0].folder, "D:\\Prog\\Program\\");
       EXPECT_EQ(platform.shell.commands[0].parameters, "");
       EXPECT_EQ(platform.shell.commands[0].show, 1);
@@ -152,20 +157,11 @@ TEST_F(DiscoveryTest, LaunchesNothingThatIsNotThere) {
 }
 
 TEST_F(DiscoveryTest, TheDefaultCalendarGivesFolderAndStem) {
-  const struct {
-    std::int32_t product;
-    const char* key;
-  } cases[] = {
-      {0, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Calendar-Task"},
-      {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Calendar-Task"},
-      {2, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task"},
-      {3, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task"},
-      {8, "SOFTWARE\\Gullwing\\ORB PairWise Information Manager\\Version 1\\Calendar-Task"},
-  };
-  for (const auto& c : cases) {
+  for (const std::int32_t product : {0, 1, 2, 3, 8}) {
     pw::TestPlatform own;
-    own.registry.Set(kKey, "PRODUCT", pw::NumberValue(static_cast<std::uint32_t>(c.product)));
-    own.registry.Set(c.key, "DefUserName", pw::TextValue("E:\\User Data\\Ann"));
+    own.registry.Set(kKey, "PRODUCT", pw::NumberValue(static_cast<std::uint32_t>(product)));
+    own.registry.Set(KeyOf(product, "Calendar-Task"), "DefUserName",
+                     pw::TextValue("E:\\User Data\\Ann"));
     config.String(PWConfig::kProductKey, kKey);
     manager.Product = -1;
     PWString out;

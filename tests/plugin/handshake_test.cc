@@ -5,6 +5,7 @@
 #include "base/process_wide.h"
 #include "framework/engine_context.h"
 #include "platform/testing/test_platform.h"
+#include "tests/support/source_fixture.h"
 
 namespace {
 
@@ -18,11 +19,6 @@ class HandshakeTest : public testing::Test {
     EXPECT_EQ(value->type, pw::RegistryType::kText) << name;
     return value->data;
   }
-  std::vector<std::uint32_t> Steps() {
-    std::vector<std::uint32_t> steps;
-    for (const auto& sent : platform.windows.sent) steps.push_back(sent.wParam);
-    return steps;
-  }
   void RunOrganiser(std::int32_t answer = 0, bool enabled = true) {
     organiser = platform.windows.Add("Wingmate_95", enabled);
     platform.windows.SetAnswer(organiser, answer);
@@ -32,25 +28,21 @@ class HandshakeTest : public testing::Test {
   pw::WindowId organiser = pw::kNoWindow;
 };
 
-TEST_F(HandshakeTest, WithoutAnOrganiserNothingHappens) {
-  EXPECT_EQ(NotifyOrganiserOpen("C:\\Data\\x", 0, kMemoFiles, false), 1);
-  EXPECT_TRUE(NotifyOrganiserLock(0, false));
-  EXPECT_TRUE(NotifyOrganiserEnd(true, 0, false));
-  EXPECT_EQ(Note("Write Binder"), "(none)");
-  // The notes are cleared when the organiser is first met.
-  RunOrganiser();
+TEST_F(HandshakeTest, WithoutAnOrganiserOrWhereItIsSkippedNothingHappens) {
+  for (const bool skip : {false, true}) {
+    if (skip) RunOrganiser(5, false);
+    EXPECT_EQ(NotifyOrganiserOpen("C:\\Data\\x", 0, kMemoFiles, skip), 1);
+    EXPECT_TRUE(NotifyOrganiserLock(0, skip));
+    EXPECT_TRUE(NotifyOrganiserEnd(!skip, 0, skip));
+    EXPECT_TRUE(platform.windows.sent.empty());
+    EXPECT_EQ(Note("Write Binder"), "(none)");
+  }
+  // The notes are cleared when the organiser is first met, and then no more.
   platform.registry.Set(kNotes, "Goals", pw::TextValue("old"));
-  NotifyOrganiserOpen("C:\\Data\\x", 0, kMemoFiles, false);
+  NotifyOrganiserOpen("C:\\F.WMCard", 0, kContactFiles, false);
   EXPECT_EQ(Note("Goals"), "");
-}
-
-TEST_F(HandshakeTest, SkippedNothingHappens) {
-  RunOrganiser(5, false);
-  EXPECT_EQ(NotifyOrganiserOpen("C:\\Data\\x", 0, kMemoFiles, true), 1);
-  EXPECT_TRUE(NotifyOrganiserLock(0, true));
-  EXPECT_TRUE(NotifyOrganiserEnd(false, 0, true));
-  EXPECT_TRUE(platform.windows.sent.empty());
-  EXPECT_EQ(Note("Write Binder"), "(none)");
+  NotifyOrganiserOpen("C:\\x", 0, kMemoFiles, false);
+  EXPECT_EQ(Note("Cardfile"), "C:\\F.WMCard");
 }
 
 TEST_F(HandshakeTest, StepsAndRepliesPass) {
@@ -59,7 +51,7 @@ TEST_F(HandshakeTest, StepsAndRepliesPass) {
   EXPECT_TRUE(NotifyOrganiserLock(0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(true, 0, false));
   EXPECT_TRUE(NotifyOrganiserEnd(false, 0, false));
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 1, 2, 3}));
+  EXPECT_EQ(pw::test::SentSteps(platform), (pw::test::Steps{0, 1, 2, 3}));
   const std::uint32_t number = platform.windows.RegisterMessage("IWM Pilot Notification");
   for (const auto& sent : platform.windows.sent) {
     EXPECT_EQ(sent.number, number);
@@ -86,6 +78,8 @@ TEST_F(HandshakeTest, EachKindWritesItsNotes) {
        {{"To Do", "C:\\Data\\AnnTASK.WMW"},
         {"Calls", "C:\\Data\\Anncall.wmw"},
         {"Calendar", "C:\\Data\\Anneven.wmw"}}},
+      // A short path cuts the notes to its length.
+      {kTodoFiles, "C:\\x", {{"To Do", "C:\\x"}, {"Calls", "call"}, {"Calendar", "even"}}},
       // The event file's name is never found in a path of small letters.
       {kCalendarFiles,
        "C:\\Data\\Even.WMW",
@@ -109,21 +103,6 @@ TEST_F(HandshakeTest, EachKindWritesItsNotes) {
       EXPECT_EQ(Note(name), expected) << name << " of kind " << c.kind;
     }
   }
-}
-
-TEST_F(HandshakeTest, NotesAreClearedOncePerLoad) {
-  RunOrganiser();
-  NotifyOrganiserOpen("C:\\F.WMCard", 0, kContactFiles, false);
-  NotifyOrganiserOpen("C:\\N.WMWrite", 0, kMemoFiles, false);
-  EXPECT_EQ(Note("Cardfile"), "C:\\F.WMCard");
-}
-
-TEST_F(HandshakeTest, AShortTaskPathCutsTheNotesToItsLength) {
-  RunOrganiser();
-  NotifyOrganiserOpen("C:\\x", 0, kTodoFiles, false);
-  EXPECT_EQ(Note("To Do"), "C:\\x");
-  EXPECT_EQ(Note("Calls"), "call");
-  EXPECT_EQ(Note("Calendar"), "even");
 }
 
 TEST_F(HandshakeTest, WithoutAPathOrAKeyTheMessageIsSentAllTheSame) {

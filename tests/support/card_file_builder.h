@@ -14,6 +14,11 @@ inline std::string Padded(std::string text, std::size_t width, char fill = '\0')
   return text;
 }
 
+// A card's text with the stamp behind it.
+inline std::string Stamped(const std::string& text, const std::string& stamp) {
+  return text + '\x7F' + stamp;
+}
+
 struct CardBytes {
   std::int32_t id = 0;
   std::string title;
@@ -67,9 +72,7 @@ struct CardFileBytes {
 inline CardFileBytes ThreeCards() {
   CardFileBytes file;
   file.cards = {
-      {7, "Abel, Ann, Acme",
-       "Ann\r\nAbel\r\nAcme\r\nSecond line\r\n\x7F"
-       "917000000",
+      {7, "Abel, Ann, Acme", Stamped("Ann\r\nAbel\r\nAcme\r\nSecond line\r\n", "917000000"),
        "met in May\r\nlikes tea", 0x1111, 0x2222},
       {3,
        "B\xFC"
@@ -77,10 +80,7 @@ inline CardFileBytes ThreeCards() {
        "Bo\r\nB\xFC"
        "cher\r\n\r\n\x7F-5",
        "", 0, 0},
-      {12, "Corp",
-       "\r\n\r\nCorp\r\n\x7F"
-       "917000001",
-       "n", 0, 9},
+      {12, "Corp", Stamped("\r\n\r\nCorp\r\n", "917000001"), "n", 0, 9},
   };
   return file;
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,20 +13,6 @@
 
 // Recurring files laid out byte by byte, apart from the codec that they test.
 namespace pw::test {
-
-class LittleEndian {
- public:
-  LittleEndian& Put(std::int64_t value, int width) {
-    bytes += Word(value, width);
-    return *this;
-  }
-  LittleEndian& Put(const std::string& text) {
-    bytes += text;
-    return *this;
-  }
-
-  std::string bytes;
-};
 
 // A series, by default daily at 9:15 on the two days from 2 March 1998.
 struct SeriesBytes {
@@ -43,29 +30,28 @@ struct SeriesBytes {
 
   std::string Build50() const {
     const std::int64_t first = startOfFirstDay + 33300;  // 9:15
-    LittleEndian out;
-    out.Put(firstDay, 4).Put(lastDay, 4).Put(first, 4).Put(first, 4).Put(zone, 4).Put(key, 4);
-    out.Put(modified, 4).Put(reserved1, 4).Put(reserved2, 4).Put(Pattern());
-    out.Put(static_cast<std::int64_t>(exceptions.size()), 4);
-    for (const auto& exception : exceptions) {
-      for (const std::int64_t word : exception) out.Put(word, 4);
+    std::string bytes = Words({firstDay, lastDay, first, first, zone, key, modified}) +
+                        Words({reserved1, reserved2}) + Pattern();
+    bytes += Word(static_cast<std::int64_t>(exceptions.size()), 4);
+    for (const auto& [created, id, deleted, date, stamp] : exceptions) {
+      bytes += Words({created, id, deleted, date, stamp});
     }
-    return out.Put(Detail()).Put(slack).bytes;
+    return bytes + Detail() + slack;
   }
-  std::string Build30() const {
-    return LittleEndian().Put(firstDay, 4).Put(lastDay, 4).Put(Pattern()).Put(Detail()).bytes;
-  }
+  std::string Build30() const { return Words({firstDay, lastDay}) + Pattern() + Detail(); }
 
  private:
+  static std::string Words(std::initializer_list<std::int64_t> words) {
+    std::string bytes;
+    for (const std::int64_t word : words) bytes += Word(word, 4);
+    return bytes;
+  }
   std::string Pattern() const {
-    LittleEndian out;
-    out.Put(startSlot, 2).Put(kind, 2).Put(interval, 2).Put(weekMask, 1).Put(dayMask, 4);
-    return out.Put(weekdayMask, 1).Put(reserved3, 2).bytes;
+    return Word(startSlot, 2) + Word(kind, 2) + Word(interval, 2) + Word(weekMask, 1) +
+           Word(dayMask, 4) + Word(weekdayMask, 1) + Word(reserved3, 2);
   }
   std::string Detail() const {
-    LittleEndian out;
-    out.Put(timeWord, 4).Put(flagWord, 4).Put(subject).Put(0x7F, 1).Put(notes).Put(0x09, 1);
-    return out.bytes;
+    return Words({timeWord, flagWord}) + subject + '\x7F' + notes + '\x09';
   }
 };
 
@@ -78,18 +64,18 @@ struct RecurringFileBytes {
   std::vector<std::int64_t> tags = {};  // 0x32C9 where there is none
 
   std::string Build() const {
-    LittleEndian out;
-    out.Put(magic).Put(behindMagic);
-    out.Put(count.value_or(static_cast<std::int64_t>(records.size())), 2);
+    std::string index;
+    std::string rest;
     std::size_t offset = 28 + 8 * records.size();
     for (std::size_t i = 0; i < records.size(); ++i) {
-      out.Put(i < tags.size() ? tags[i] : 0x32C9, 2);
-      out.Put(static_cast<std::int64_t>(records[i].size()), 2);
-      out.Put(static_cast<std::int64_t>(offset), 4);
+      const auto size = static_cast<std::int64_t>(records[i].size());
+      index += Word(i < tags.size() ? tags[i] : 0x32C9, 2) + Word(size, 2) +
+               Word(static_cast<std::int64_t>(offset), 4);
+      rest += records[i];
       offset += records[i].size();
     }
-    for (const std::string& record : records) out.Put(record);
-    return out.bytes;
+    const std::int64_t counted = count.value_or(static_cast<std::int64_t>(records.size()));
+    return magic + behindMagic + Word(counted, 2) + index + rest;
   }
 };
 

@@ -94,28 +94,6 @@ TEST(CityFormatTest, TextsEndAtAZeroOrWithTheirField) {
   }
 }
 
-TEST(CityFormatTest, NodesAreCountedAsTheOrganiserDoesIt) {
-  const struct {
-    std::uint64_t size;
-    std::uint16_t count;
-  } cases[] = {
-      {0, 0},
-      {3, 0},
-      {4, 0},
-      {204, 0},
-      {205, 1},  // its last byte is missing
-      {206, 1},
-      {407, 2},
-      {4 + 202 * 65535ULL, 65535},
-      {4 + 202 * 65536ULL, 65535},  // more than a number can name
-      {UINT64_MAX, 65535},
-  };
-  for (const auto& c : cases) EXPECT_EQ(NodeCount(c.size), c.count) << c.size;
-  EXPECT_EQ(NodeOffset(1), 4U);
-  EXPECT_EQ(NodeOffset(3), 408U);
-  EXPECT_EQ(NodeOffset(65535), 4 + 202 * 65534ULL);
-}
-
 // Walks a tree in the order of its names.
 class TreeWalk {
  public:

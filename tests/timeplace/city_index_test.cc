@@ -4,6 +4,8 @@
 
 #include "platform/testing/test_platform.h"
 #include "tests/support/city_file_builder.h"
+#include "tests/support/damage.h"
+#include "tests/support/other_files.h"
 
 namespace {
 
@@ -56,8 +58,7 @@ TEST_F(CityIndexTest, NodesAreReadByTheirNumbers) {
   EXPECT_EQ(index.Current().Name(), "Madrid") << "the root is the first current node";
   const struct {
     std::uint32_t number;
-    const char* name;
-    const char* current;
+    const char *name, *current;
   } cases[] = {
       {1, "Madrid", "Madrid"}, {7, "(none)", "Z\xFCrich"},  // deleted, but read
       {4, "Aachen", "Aachen"}, {0, "(none)", "Aachen"},
@@ -73,8 +74,7 @@ TEST_F(CityIndexTest, NodesAreReadByTheirNumbers) {
 TEST_F(CityIndexTest, NamesAreFoundThroughTheTree) {
   const struct {
     std::string key;
-    const char* found;
-    const char* current;
+    const char *found, *current;
   } cases[] = {
       {"Madrid", "Madrid", "Madrid"},
       {"Aachen", "Aachen", "Aachen"},
@@ -156,13 +156,7 @@ class WritableFiles : public pw::FilesWrapper {
 
 class CityIndexWriteTest : public CityIndexTest {
  protected:
-  CityIndexWriteTest() {
-    pw::Platform services = platform.Services();
-    services.files = &writable;
-    pw::SetPlatform(services);
-  }
-
-  WritableFiles writable{platform.files};
+  pw::test::InPlaceOfFiles<WritableFiles> writable;
 };
 
 TEST_F(CityIndexWriteTest, ANodeIsWrittenInItsPlace) {
@@ -238,25 +232,20 @@ class CityIndexDamageTest : public CityIndexTest {
 TEST_F(CityIndexDamageTest, CutAtEveryLength) {
   CityFileBytes file = SevenCities();
   for (auto& city : file.nodes) city.deleted = false;
-  const std::string whole = file.Build();
-  for (std::size_t length = 0; length <= whole.size(); ++length) {
-    const std::size_t readable = length < 4 ? 0 : (length - 4) / 202;
-    ASSERT_EQ(Exercise(whole.substr(0, length)), readable) << length;
-    ASSERT_EQ(WMCityIndex(kPath).Count(), length < 4 ? 0 : (length - 3) / 202) << length;
-  }
+  pw::test::ForEachCut(file.Build(), [&](const std::string& cut) {
+    const bool hasHeader = cut.size() >= 4;
+    EXPECT_EQ(Exercise(cut), hasHeader ? (cut.size() - 4) / 202 : 0);
+    EXPECT_EQ(WMCityIndex(kPath).Count(), hasHeader ? (cut.size() - 3) / 202 : 0);
+  });
 }
 
 TEST_F(CityIndexDamageTest, EveryByteFlipped) {
-  const std::string whole = SevenCities().Build();
-  for (std::size_t at = 0; at < whole.size(); ++at) {
-    for (const unsigned char mask : {0xFF, 0x01, 0x80}) {
-      std::string damaged = whole;
-      damaged[at] = static_cast<char>(damaged[at] ^ mask);
-      const std::size_t readable = Exercise(damaged);
-      const bool deletes = at >= 4 && (at - 4) % 202 == 200;
-      ASSERT_TRUE(deletes ? readable >= 4 : readable == 5) << at;
-    }
-  }
+  const auto use = [&](const std::string& damaged, std::size_t at) {
+    const std::size_t readable = Exercise(damaged);
+    const bool deletes = at >= 4 && (at - 4) % 202 == 200;
+    EXPECT_TRUE(deletes ? readable >= 4 : readable == 5);
+  };
+  pw::test::ForEachFlip(SevenCities().Build(), use);
 }
 
 TEST_F(CityIndexDamageTest, LinksThatLeadNowhereOrInCircles) {
@@ -265,9 +254,7 @@ TEST_F(CityIndexDamageTest, LinksThatLeadNowhereOrInCircles) {
   const std::size_t berlin = CityFileBytes::OffsetOf(2);
   const struct {
     std::size_t at;
-    const char* link;
-    const char* berlinFound;
-    const char* dublinFound;
+    const char *link, *berlinFound, *dublinFound;
   } cases[] = {
       {kRoot, "\0\0", "(none)", "(none)"},    // an empty tree
       {kRoot, "\x08\0", "(none)", "(none)"},  // a root beyond the file

@@ -46,10 +46,7 @@ TEST(ClockFormatTest, TextsWithoutAZeroEndWithTheirField) {
 // zero everything stays.
 TEST(ClockFormatTest, TextsAreWrittenOverWhatStoodThere) {
   const struct {
-    std::string text;
-    std::string city;
-    std::string country;
-    std::string label;
+    std::string text, city, country, label;
   } cases[] = {
       {"", std::string(25, '\0') + "#", std::string(35, '\0') + "#",
        std::string(1, '\0') + std::string(65, '#')},

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/discovery.h"
+#include "tests/support/damage.h"
 
 namespace {
 
@@ -71,23 +72,17 @@ TEST_F(PlaceListTest, LoadsWhatIsThere) {
   }
 }
 
-TEST_F(PlaceListTest, CutAtEveryLength) {
-  const std::string whole = FileOf({"Bar", "Office"});
-  for (std::size_t length = 6; length <= whole.size(); ++length) {
-    const std::size_t entries = length < 10 ? 0 : (length - 10) / 64;
-    ASSERT_EQ(Load(whole.substr(0, length)).size(), entries) << length;
-  }
-}
-
-TEST_F(PlaceListTest, WithAnyByteFlippedHoldsNoMoreThanTheFile) {
+TEST_F(PlaceListTest, CutOrWithAnyByteFlippedHoldsNoMoreThanTheFile) {
   const std::string whole = FileOf({"Attic", "Cellar"});
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    std::string damaged = whole;
-    damaged[i] = static_cast<char>(~damaged[i]);
-    EXPECT_LE(Load(damaged).size(), 2U) << i;
+  const auto use = [&](const std::string& cut) {
+    EXPECT_EQ(Load(cut).size(), cut.size() < 10 ? 0 : (cut.size() - 10) / 64);
+  };
+  pw::test::ForEachCut(whole, use, 6);
+  pw::test::ForEachFlip(whole, [&](const std::string& damaged, std::size_t) {
+    EXPECT_LE(Load(damaged).size(), 2U);
     list.Add("Barn");
     EXPECT_TRUE(list.Save());
-  }
+  });
 }
 
 TEST_F(PlaceListTest, AFileThatIsNoneIsReplaced) {

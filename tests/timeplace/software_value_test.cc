@@ -16,9 +16,7 @@ constexpr const char* kWingmate98 = "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\
 TEST(SoftwareValueTest, TheFirstEditionThatHasTheValueWins) {
   const struct {
     const char* what;
-    std::optional<RegistryValue> desktop;
-    std::optional<RegistryValue> informationManager;
-    std::optional<RegistryValue> wingmate98;
+    std::optional<RegistryValue> desktop, informationManager, wingmate98;
     std::optional<std::string> expected;
   } cases[] = {
       {"all", TextValue("d"), TextValue("i"), TextValue("w"), "d"},
@@ -69,8 +67,7 @@ TEST(SoftwareValueTest, TheDataFolderIsThatOfTheEditionThatRuns) {
 
 TEST(SoftwareValueTest, AFolderMayEndInASeparator) {
   const struct {
-    const char* folder;
-    const char* path;
+    const char *folder, *path;
   } cases[] = {{"C:\\Data", "C:\\Data\\x.dat"},
                {"C:\\Data\\", "C:\\Data\\x.dat"},
                {"C:/Data/", "C:/Data/x.dat"},

@@ -3,10 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "framework/timezone_record.h"
-#include "platform/testing/test_platform.h"
-#include "plugin/source_manager.h"
 #include "tests/support/clock_file_builder.h"
-#include "tests/support/test_log.h"
+#include "tests/support/damage.h"
+#include "tests/support/source_fixture.h"
 #include "tests/support/zone_files.h"
 
 namespace {
@@ -15,16 +14,14 @@ using pw::test::Change;
 using pw::test::City;
 using pw::test::Clock;
 using pw::test::kClockSize;
-using pw::test::TestLog;
+using pw::test::Lines;
+using pw::test::Steps;
 
 constexpr const char* kClocks = "C:\\Data\\CLOCKS.DAT";
-class TimezoneSourceTest : public testing::Test {
+
+class TimezoneSourceTest : public pw::test::SourceTest {
  protected:
-  TimezoneSourceTest() {
-    manager.Config = &config;
-    manager.Log = log;
-    config.String(PWConfig::kProductKey, "SOFTWARE\\Main");
-    platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(3));
+  TimezoneSourceTest() : SourceTest("timezone", 3) {
     auto cities = pw::test::SomeCities();
     cities.push_back(
         City("Utopia", "Utopia", 9, -330, 2, Change(2, 14, 3, 3), Change(12, 30, 3, 9)));
@@ -34,10 +31,8 @@ class TimezoneSourceTest : public testing::Test {
              Clock("Caracas", "Venezuela", false, false) +
              Clock("Calcutta", "India", false, false) + Clock("Nowhere,", "nowhere", false, false) +
              Clock("Adelaide", "Australia", false, false) + Clock("Utopia", "Utopia", false, false);
-    MakeSource();
   }
 
-  void MakeSource() { source.reset(manager.CreateSource("timezone")); }
   PWRESULT Open() {
     platform.files.Put(kClocks, clocks);
     return source->Open(0);
@@ -70,18 +65,14 @@ class TimezoneSourceTest : public testing::Test {
     clock.Active(active);
     return source->UpdateRecord(record);
   }
-  std::vector<std::uint32_t> Steps() {
-    std::vector<std::uint32_t> steps;
-    for (const auto& sent : platform.windows.sent) steps.push_back(sent.wParam);
-    return steps;
+  // The CRC over these texts.
+  static std::uint32_t CrcOf(const Lines& texts) {
+    PWCrc crc;
+    for (const std::string& text : texts) crc.Add(PWString(text.c_str()));
+    return crc.value;
   }
 
-  pw::TestPlatform platform;
-  PWConfig config;
-  TestLog* log = new TestLog;  // the manager's
-  WMSourceManager manager{0};
   std::string clocks;
-  std::unique_ptr<PWSource> source;
 };
 
 TEST_F(TimezoneSourceTest, ShowsEachClockWithItsZone) {
@@ -175,20 +166,12 @@ TEST_F(TimezoneSourceTest, AnUpdateCarriesTheFlagsAndNoCity) {
 
 TEST_F(TimezoneSourceTest, TheCRCIsThatOfCitiesAndFlagWords) {
   ASSERT_EQ(Open(), 0);
-  PWCrc crc;
-  for (const char* text : {"New York", "Sydney", "-65536", "Lima", "65535", "Caracas", "Calcutta",
-                           "Nowhere", "Adelaide", "Utopia"}) {
-    crc.Add(PWString(text));
-  }
-  EXPECT_EQ(source->RecordCRC(), crc.value);
+  EXPECT_EQ(source->RecordCRC(), CrcOf({"New York", "Sydney", "-65536", "Lima", "65535", "Caracas",
+                                        "Calcutta", "Nowhere", "Adelaide", "Utopia"}));
   EXPECT_EQ(Update("2", true, true), 0);
   EXPECT_EQ(Update("1", false, false), 0);
-  crc = PWCrc();
-  for (const char* text : {"New York", "Sydney", "Lima", "-1", "Caracas", "Calcutta", "Nowhere",
-                           "Adelaide", "Utopia"}) {
-    crc.Add(PWString(text));
-  }
-  EXPECT_EQ(source->RecordCRC(), crc.value);
+  EXPECT_EQ(source->RecordCRC(), CrcOf({"New York", "Sydney", "Lima", "-1", "Caracas", "Calcutta",
+                                        "Nowhere", "Adelaide", "Utopia"}));
 }
 
 TEST_F(TimezoneSourceTest, ACloseWritesOneHomeAndOneActiveClock) {
@@ -248,7 +231,8 @@ TEST_F(TimezoneSourceTest, OfSeveralHomeOrActiveClocksTheLastStays) {
 }
 
 TEST_F(TimezoneSourceTest, DamagedClocksAreHarmless) {
-  const auto use = [&] {
+  const auto use = [&](const std::string& damaged) {
+    clocks = damaged;
     MakeSource();
     if (Open() != 0) return;
     Flags();
@@ -256,14 +240,9 @@ TEST_F(TimezoneSourceTest, DamagedClocksAreHarmless) {
     source->CloseSource();
   };
   const std::string whole = clocks;
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    clocks = whole;
-    clocks[i] = static_cast<char>(~clocks[i]);
-    use();
-  }
+  pw::test::ForEachFlip(whole, [&](const std::string& damaged, std::size_t) { use(damaged); });
   for (std::size_t size = 0; size < whole.size(); size += 7) {
-    clocks = whole.substr(0, size);
-    use();
+    use(whole.substr(0, size));
     EXPECT_EQ(*platform.files.Get(kClocks), clocks);
   }
 }
@@ -282,7 +261,7 @@ TEST_F(TimezoneSourceTest, AsksTheOrganiserForTheFile) {
   const pw::WindowId organiser = platform.windows.Add("Wingmate_95", true);
   ASSERT_EQ(Open(), 0);
   EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 1, 2}));
+  EXPECT_EQ(Sent(), (Steps{0, 1, 2}));
   EXPECT_TRUE(log->lines.empty());
   EXPECT_EQ(platform.registry.Get("SOFTWARE\\Gullwing\\Pairwise 1.0\\Common", "Clocks")->data,
             kClocks);
@@ -292,26 +271,25 @@ TEST_F(TimezoneSourceTest, AsksTheOrganiserForTheFile) {
   platform.windows.sent.clear();
   MakeSource();
   ASSERT_EQ(Open(), 0);
-  EXPECT_EQ(log->lines, std::vector<std::string>{
-                            "9 PWDesktop-W0003: Timezone information cannot be modified in "
-                            "Wingmate 99 while it is running."});
+  EXPECT_EQ(log->lines, Lines{"9 PWDesktop-W0003: Timezone information cannot be modified in "
+                              "Wingmate 99 while it is running."});
   EXPECT_EQ(Update("0", true, true), 1);
   EXPECT_EQ(source->CloseSource(), 0);
   EXPECT_EQ(*platform.files.Get(kClocks), clocks);
   platform.files.Delete(kClocks);
   MakeSource();
   EXPECT_EQ(source->Open(0), 1);
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 0})) << "nothing to give back";
+  EXPECT_EQ(Sent(), (Steps{0, 0})) << "nothing to give back";
 }
 
 TEST_F(TimezoneSourceTest, WhatIsMissingFailsTheOpenAndLetsGo) {
   platform.windows.Add("Wingmate_95", true);
-  const auto fails = [&](const char* what, const std::vector<std::uint32_t>& steps) {
+  const auto fails = [&](const char* what, const Steps& steps) {
     platform.windows.sent.clear();
     MakeSource();
     EXPECT_EQ(source->Open(0), 1) << what;
     EXPECT_EQ(source->CloseSource(), 1) << what;
-    EXPECT_EQ(Steps(), steps) << what;
+    EXPECT_EQ(Sent(), steps) << what;
   };
   fails("no clock file", {0, 1, 3});
   platform.files.Put(kClocks, clocks.substr(0, 1215));
@@ -341,7 +319,7 @@ TEST_F(TimezoneSourceTest, AFileThatCannotBeWrittenFailsTheClose) {
   ASSERT_EQ(Open(), 0);
   platform.files.FailWritesAfter(0);
   EXPECT_EQ(source->CloseSource(), 1);
-  EXPECT_EQ(Steps(), (std::vector<std::uint32_t>{0, 1, 2})) << "the organiser looks for itself";
+  EXPECT_EQ(Sent(), (Steps{0, 1, 2})) << "the organiser looks for itself";
   EXPECT_EQ(*platform.files.Get(kClocks), clocks);
 }
 
