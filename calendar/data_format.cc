@@ -298,9 +298,14 @@ std::string IdText(const WMSpecialDay& day, FormatVersion version) {
   std::string text = "SpecialDay:";
   if (version == FormatVersion::k50) return text + KeyText(day);
   text += SubjectText(day.subject);
-  text += '+' + FormatLong(WordOf(day.byDate, day.year, day.month, day.day));
-  text += '+' + FormatLong(WordOf(day.week, day.weekday, day.alarm & 0xFF, day.alarm >> 8));
-  return text;
+  const auto words = WordsOf(day);
+  return text + '+' + FormatLong(words[0]) + '+' + FormatLong(words[1]);
+}
+
+std::vector<std::int32_t> WordsOf(const WMSpecialDay& day) {
+  return {WordOf(day.byDate, day.year, day.month, day.day),
+          WordOf(day.week, day.weekday, day.alarm & 0xFF, day.alarm >> 8),
+          WordOf(day.alarmDays, day.spare, 0, 0)};
 }
 
 std::string IdText(const WMMultiDay& span, FormatVersion version) {

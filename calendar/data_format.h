@@ -187,6 +187,10 @@ bool IsInRange(const WMMultiDay& span);
 std::string IdText(const WMSpecialDay& day, FormatVersion version);
 std::string IdText(const WMMultiDay& span, FormatVersion version);
 
+// What a special day holds beside its key and its text, by the words at 12, 16 and 20 of version
+// 50, signed.
+std::vector<std::int32_t> WordsOf(const WMSpecialDay& day);
+
 // A place in a file where something else was expected.
 struct Damage {
   const char* expected;  // goes on from "expected"

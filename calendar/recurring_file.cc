@@ -163,3 +163,12 @@ void WMRecurringFile::Remove(std::size_t index) {
   items[slot].reset();
   ranks.Remove(index);
 }
+
+void WMRecurringFile::ForgetInstances(std::int32_t key) {
+  auto each = slotsByKey.lower_bound({key, 0});
+  for (; each != slotsByKey.end() && each->first == key; ++each) {
+    for (WMRecurringException& exception : items[each->second]->exceptions) {
+      exception.instance = nullptr;
+    }
+  }
+}

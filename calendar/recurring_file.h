@@ -68,6 +68,10 @@ class WMRecurringFile {
   std::size_t Append(std::unique_ptr<WMRecurringItem> item);
   void Remove(std::size_t index);
 
+  // Takes the instances from the exceptions of all series of that key, before the items that have
+  // it go.
+  void ForgetInstances(std::int32_t key);
+
  private:
   bool Read();
   void Refuse();

@@ -70,8 +70,8 @@ void Fill(WMEventItem& item, const Fields& fields) {
 }
 
 Fields FieldsOf(const PWEventRecord& event) {
-  return {event.Subject().View(), event.Notes().View(),  event.Location().View(),
-          event.StartDate(),      event.EndDate(),       event.Alarm(),
+  return {event.Subject().View(), event.Notes().View(), event.Location().View(),
+          event.StartDate(),      event.EndDate(),      event.Alarm(),
           event.AlarmAdvance(),   event.Sensitivity()};
 }
 
