@@ -3,7 +3,6 @@
 #include <array>
 #include <new>
 
-#include "calendar/mapping/calendar_source.h"
 #include "calltask/todo_source.h"
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
@@ -23,10 +22,7 @@ constexpr std::array<DataType, 5> kDataTypes = {{
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMContactSource(manager);
      }},
-    {"calendar",
-     [](WMSourceManager* manager) -> PWSource* {
-       return new (std::nothrow) WMCalendarSource(manager);
-     }},
+    {"calendar", nullptr},
     {"todo",
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMTodoSource(manager);
