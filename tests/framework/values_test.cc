@@ -41,7 +41,8 @@ TEST(ValuesTest, NumbersCompareAndClonesHoldTheSame) {
   EXPECT_TRUE(*static_cast<PWTimeZone*>(copy.get()) == information);
 }
 
-TEST(ValuesTest, ThePresentTimeIsLocal) {
+TEST(ValuesTest, AFreshStampIsZeroAndThePresentTimeIsLocal) {
+  EXPECT_EQ(PWDateTimeStamp(), PWDateTimeStamp(0, 0, 0, 0, 0, 0));
   pw::TestPlatform platform;
   platform.clock.now = 951782399;  // 2000-02-28 23:59:59 UTC
   platform.clock.localOffset = 3600;

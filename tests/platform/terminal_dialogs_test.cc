@@ -123,6 +123,16 @@ TEST_F(TerminalDialogsTest, HelpIsOfTheInnermostContext) {
   EXPECT_PRED_FORMAT2(IsSubstring, "no help", help());
 }
 
+TEST_F(TerminalDialogsTest, IconsAreDistinctAndTheCallers) {
+  const IconHandle first = dialogs.LoadIcon(129);
+  const IconHandle second = dialogs.LoadIcon(129);
+  EXPECT_NE(first, nullptr);
+  EXPECT_NE(first, second);
+  dialogs.DestroyIcon(first);
+  dialogs.DestroyIcon(second);
+  dialogs.DestroyIcon(nullptr);
+}
+
 class TestPage : public PageModel {
  public:
   explicit TestPage(std::string caption) : caption(std::move(caption)) {

@@ -94,6 +94,16 @@ TEST(CityFormatTest, TextsEndAtAZeroOrWithTheirField) {
   }
 }
 
+TEST(CityFormatTest, NodesAreCountedAsTheOrganiserDoesIt) {
+  EXPECT_EQ(NodeCount(3), 0);
+  EXPECT_EQ(NodeCount(204), 0);
+  EXPECT_EQ(NodeCount(205), 1) << "its last byte is missing";
+  for (const std::uint64_t size :
+       {4 + 202 * UINT64_C(65535), 4 + 202 * UINT64_C(65536), UINT64_MAX}) {
+    EXPECT_EQ(NodeCount(size), 65535) << "as many as a number can name";
+  }
+}
+
 // Walks a tree in the order of its names.
 class TreeWalk {
  public:
