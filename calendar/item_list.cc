@@ -82,8 +82,9 @@ std::vector<std::size_t> ItemList::WithCreated(std::int32_t created) {
 std::size_t ItemList::CountOverlapping(std::int32_t start, std::int32_t end) {
   if (!times) {
     times.emplace();
-    for (std::size_t rank = 0; rank < Count(); ++rank)
+    for (std::size_t rank = 0; rank < Count(); ++rank) {
       times->Add(Item(rank).Start(), Item(rank).End());
+    }
   }
   return times->CountOverlapping(start, end);
 }

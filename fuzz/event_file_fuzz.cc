@@ -75,9 +75,11 @@ void Change(ItemList& items) {
   CheckLookups(items);
   for (std::size_t i = 0; i < std::min(items.Count(), kLookedAt); ++i) {
     items.SetCreated(i, static_cast<std::int32_t>(i));
-    items.Item(i).SetStart(items.Item(i).End());
-    items.Item(i).SetSensitivity(static_cast<std::int32_t>(i) % 4);
-    items.Item(i).detail.SetNotes(items.Item(i).Subject() + items.Item(i).Notes());
+    items.Change(i, [&](WMEventItem& item) {
+      item.SetStart(item.End());
+      item.SetSensitivity(static_cast<std::int32_t>(i) % 4);
+      item.detail.SetNotes(item.Subject() + item.Notes());
+    });
   }
   while (items.Count() > kLookedAt) items.Remove(items.Count() / 2);
   items.Append(std::make_unique<WMEventItem>());
