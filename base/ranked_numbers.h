@@ -22,7 +22,6 @@ class RankedNumbers {
   std::size_t CountBelow(std::int64_t bound) const {
     return added.CountBelow(bound) - removed.CountBelow(bound);
   }
-  std::size_t Count() const { return added.Count() - removed.Count(); }
 
  private:
   class Runs {

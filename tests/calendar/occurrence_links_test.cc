@@ -87,6 +87,19 @@ TEST_F(LinksTest, KeysOfAFewSecondsAreOneWhereThereAreTooMany) {
   EXPECT_EQ(Deleted(0), Dates());
 }
 
+// An item behind the series' range is of it by its key alone.
+TEST_F(LinksTest, NineteenSecondsAreFewAndTwentyAreNot) {
+  for (const std::int32_t apart : {19, 20}) {
+    series.Close();
+    occurrences.Clear();
+    AddSeries("tea", 1, 2);
+    AddItems("tea", {1, 2}, 1000);
+    AddItems("tea", {9}, 1000 + apart);
+    LinkOlderFile(occurrences, series);
+    EXPECT_EQ(Keys(), (Dates{1000, 1000, apart == 19 ? 1000 : 1020}));
+  }
+}
+
 TEST_F(LinksTest, KeysTwentySecondsApartOrOfOtherTextsStayApart) {
   AddSeries("tea", 1, 4);
   AddItems("tea", {1, 2}, 1000);
