@@ -62,6 +62,7 @@ PWRESULT WMSourceManager::ListCategories(const char* typeName, PWSourceCategoryV
   if (type == kContactType) {
     return ListCardfiles(Config->String(PWConfig::kDataFolder).Str(), out);
   }
+  if (type == "calendar") return ListStem(*this, strings::kCalendarCategory, out);
   if (type == "todo") return ListStem(*this, strings::kTaskCategory, out);
   // The clocks have none.
   if (type == "timezone") return kResultOk;

@@ -3,6 +3,7 @@
 #include <array>
 #include <new>
 
+#include "calendar/mapping/calendar_source.h"
 #include "calltask/todo_source.h"
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
@@ -22,7 +23,10 @@ constexpr std::array<DataType, 5> kDataTypes = {{
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMContactSource(manager);
      }},
-    {"calendar", nullptr},
+    {"calendar",
+     [](WMSourceManager* manager) -> PWSource* {
+       return new (std::nothrow) WMCalendarSource(manager);
+     }},
     {"todo",
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMTodoSource(manager);

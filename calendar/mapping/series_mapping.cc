@@ -18,7 +18,7 @@
 namespace {
 
 constexpr std::int32_t kYearsKept = 5;
-constexpr std::int32_t kHourOfLastDay = 10;
+constexpr std::uint8_t kHourOfLastDay = 10;
 constexpr std::int32_t kSlotsPerHour = 4;
 constexpr std::int32_t kMinutesPerSlot = 15;
 
@@ -33,10 +33,8 @@ Range ClosedRange(const PWRecurrancePattern& pattern, std::int32_t firstDay,
                   const WMBrokenTime& firstEnd) {
   PWDateTimeStamp end = pattern.EndDate();
   ClampStamp(end);
-  WMBrokenTime last = SecondsToPlain(StampToSeconds(end));
-  last.hour = kHourOfLastDay;
-  last.min = 0;
-  last.sec = 0;
+  WMBrokenTime last = SecondsToPlain(
+      StampToSeconds(PWDateTimeStamp(end.year, end.month, end.day, kHourOfLastDay, 0, 0)));
   const bool isCut = last.year - firstEnd.year > kYearsKept;
   if (isCut) last.year = firstEnd.year + MostYears(pattern.Type);
   return {firstDay, LocalToSeconds(last), isCut};
