@@ -7,64 +7,13 @@
 #include <vector>
 
 #include "calendar/day_grid.h"
+#include "calendar/event_days.h"
 #include "timeplace/date.h"
 
 namespace events = pw::events;
 namespace frame = pw::frame;
 
 namespace {
-
-// The blocks of a used year; nothing where its table isn't there.
-std::optional<std::vector<frame::DayEntry>> TakeTable(std::string_view file,
-                                                      const frame::YearEntry& year) {
-  pw::ByteReader in(file);
-  in.Seek(year.offset);
-  if (year.offset == 0 || in.Remaining() < frame::kYearTableSize) return std::nullopt;
-  std::vector<frame::DayEntry> days(frame::kDayEntries);
-  for (frame::DayEntry& day : days) day = frame::DecodeDayEntry(in);
-  return days;
-}
-
-class EventReader {
- public:
-  EventReader(std::string_view file, ItemList& plainItems, ItemList& occurrenceItems)
-      : file(file), budget(file.size()), plainItems(plainItems), occurrenceItems(occurrenceItems) {}
-
-  // Whether the years behind this one are to be read.
-  bool ReadYear(const std::vector<frame::DayEntry>& days) {
-    bool isGood = true;
-    for (const frame::DayEntry& day : days) {
-      if (day.size != 0) isGood = ReadDay(day);
-    }
-    return isGood;
-  }
-
- private:
-  bool ReadDay(const frame::DayEntry& day) {
-    const auto blob = frame::BlockOf(file, day);
-    if (!blob || budget.IsSpent()) return false;
-    items.clear();
-    pw::ByteReader in(*blob);
-    const auto damage = events::DecodeDay(in, [&](pw::ByteReader& rest) {
-      items.push_back(std::make_unique<WMEventItem>());
-      return items.back()->Parse(rest);
-    });
-    budget.Spend(in.Position());
-    if (damage || !taken.Take(day.offset, in.Position())) return false;
-    for (auto& item : items) {
-      const bool isPlain = !item->IsOccurrence() && !item->IsChanged();
-      (isPlain ? plainItems : occurrenceItems).Append(std::move(item));
-    }
-    return true;
-  }
-
-  std::string_view file;
-  frame::ReadingBudget budget;
-  frame::TakenBlocks taken;
-  ItemList& plainItems;
-  ItemList& occurrenceItems;
-  std::vector<std::unique_ptr<WMEventItem>> items;  // of the day that is being read
-};
 
 // An item and the day since 1970 that it stands under.
 struct Placed {
@@ -92,21 +41,19 @@ Position TakeDay(Position next, Position end, WMDayRecord& day) {
 }  // namespace
 
 bool ReadEvents(std::string_view file, ItemList& plainItems, ItemList& occurrenceItems) {
-  pw::ByteReader in(file);
-  in.Seek(frame::kHeaderSize);
-  if (in.Remaining() < frame::kYearIndexSize) return false;
-  std::vector<std::vector<frame::DayEntry>> years;
-  for (std::size_t i = 0; i < frame::kYearEntries; ++i) {
-    const frame::YearEntry year = frame::DecodeYearEntry(in);
-    if (year.year <= 0) continue;
-    auto table = TakeTable(file, year);
-    if (!table) return false;
-    years.push_back(std::move(*table));
-  }
-  EventReader reader(file, plainItems, occurrenceItems);
-  std::all_of(years.begin(), years.end(),
-              [&](const std::vector<frame::DayEntry>& days) { return reader.ReadYear(days); });
-  return true;
+  std::vector<std::unique_ptr<WMEventItem>> items;  // of the day that is being read
+  const auto take = [&](pw::ByteReader& in) {
+    items.push_back(std::make_unique<WMEventItem>());
+    return items.back()->Parse(in);
+  };
+  return events::ReadDays(file, take, [&](bool counts) {
+    for (auto& item : items) {
+      if (!counts) break;
+      const bool isPlain = !item->IsOccurrence() && !item->IsChanged();
+      (isPlain ? plainItems : occurrenceItems).Append(std::move(item));
+    }
+    items.clear();
+  });
 }
 
 std::optional<std::string> EncodeEvents(const frame::Header& header, const ItemList& plainItems,

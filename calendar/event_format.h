@@ -110,6 +110,7 @@ inline constexpr std::uint32_t kItemMagic = 0xFFFEFEFF;
 inline constexpr std::uint32_t kItemEnd = 0xFFFEEFFF;
 inline constexpr std::uint32_t kLargestZone = 2560;
 inline constexpr std::uint32_t kZeroFlags = 0x00FFFF00;
+inline constexpr std::uint32_t kChangedOccurrence = 1U << 2;
 
 // Takes an item whose words and texts are those of a new one. A list of places that isn't empty
 // makes it unreadable: it is read one byte short.

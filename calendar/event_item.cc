@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr std::uint32_t kChanged = 1U << 2;
 constexpr std::uint32_t kKeptBySensitivity = 0x00111111;
 constexpr std::uint32_t kSensitivityShift = 24;
 constexpr std::int32_t kPrivate = 2;
@@ -26,7 +25,7 @@ WMEventItem::WMEventItem() {
 }
 
 bool WMEventItem::IsChanged() const {
-  return (header.flags & kChanged) != 0;
+  return (header.flags & pw::events::kChangedOccurrence) != 0;
 }
 
 std::int32_t WMEventItem::Sensitivity() const {
@@ -41,7 +40,8 @@ std::int32_t WMEventItem::SetSensitivity(std::int32_t value) {
 }
 
 void WMEventItem::SetChanged(bool changed) {
-  header.flags = changed ? header.flags | kChanged : header.flags & ~kChanged;
+  header.flags = changed ? header.flags | pw::events::kChangedOccurrence
+                         : header.flags & ~pw::events::kChangedOccurrence;
 }
 
 std::int32_t WMEventItem::SetStart(std::int32_t seconds) {

@@ -64,6 +64,7 @@ class PWRecurranceException : public PWObject {
   static constexpr std::uint8_t kLocationChanged = 2;
   static constexpr std::uint8_t kNotesChanged = 3;
   static constexpr std::uint8_t kDeleted = 4;
+  bool HasChange(std::uint8_t bit) const { return (Changes.bits >> bit & 1U) != 0; }
 
   void Serialize(PWArchive& archive) override;
   PWRuntimeClass* RuntimeClass() override;

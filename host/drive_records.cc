@@ -7,6 +7,7 @@
 
 #include "framework/task_record.h"
 #include "framework/timezone_record.h"
+#include "host/event_json.h"
 
 namespace pw {
 namespace {
@@ -108,6 +109,7 @@ constexpr RecordForm kForms[] = {
     {"contact", ContactToJson, ContactFromJson},
     {"timezone", TimezoneToJson, TimezoneFromJson},
     {"todo", TodoToJson, TodoFromJson},
+    {"calendar", EventToJson, EventFromJson},
 };
 
 }  // namespace

@@ -82,7 +82,12 @@ void Drive::Read(JsonFields& line, Json& answer) {
 void Drive::Add(JsonFields& line, Json& answer) {
   PWRecord record;
   ReadRecord(line, record);
-  if (!line.Failed()) answer[kResult] = source->AddRecord(record);
+  if (line.Failed()) return;
+  const std::uint32_t before = source->RecordCount();
+  const PWRESULT result = source->AddRecord(record);
+  answer[kResult] = result;
+  // A source may answer 0 although it has no form for the record.
+  if (result == kResultOk && source->RecordCount() == before) answer["stored"] = false;
 }
 
 void Drive::Update(JsonFields& line, Json& answer) {

@@ -91,19 +91,23 @@ bool JsonFields::Bool(const char* name) {
 }
 
 std::int32_t JsonFields::Signed(const char* name) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(Whole(name, Limits::min(), Limits::max()));
+}
+
+std::int64_t JsonFields::Whole(const char* name, std::int64_t least, std::int64_t most) {
   const JsonInput* value = Member(name);
   if (value == nullptr) return 0;
-  constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   // What was read without a sign may be too large for a signed number of 64 bits.
   const bool fits = value->is_number_unsigned()
-                        ? value->get<std::uint64_t>() <= static_cast<std::uint64_t>(kMost)
-                        : value->is_number_integer() && value->get<std::int64_t>() >= kLeast;
+                        ? value->get<std::uint64_t>() <= static_cast<std::uint64_t>(most)
+                        : value->is_number_integer() && value->get<std::int64_t>() >= least;
   if (!fits) {
-    Fail(Quoted(name) + " must be a whole number from -2147483648 to 2147483647");
+    Fail(Quoted(name) + " must be a whole number from " + std::to_string(least) + " to " +
+         std::to_string(most));
     return 0;
   }
-  return static_cast<std::int32_t>(value->get<std::int64_t>());
+  return value->get<std::int64_t>();
 }
 
 std::uint32_t JsonFields::Unsigned(const char* name) {
@@ -144,6 +148,21 @@ const JsonInput& JsonFields::Object(const char* name) {
   if (value->is_object()) return *value;
   Fail(Quoted(name) + " must be an object");
   return EmptyObject();
+}
+
+std::vector<const JsonInput*> JsonFields::Objects(const char* name) {
+  std::vector<const JsonInput*> objects;
+  const JsonInput* value = Member(name);
+  if (value == nullptr) return objects;
+  const bool allObjects =
+      value->is_array() && std::all_of(value->begin(), value->end(),
+                                       [](const JsonInput& item) { return item.is_object(); });
+  if (!allObjects) {
+    Fail(Quoted(name) + " must be an array of objects");
+    return objects;
+  }
+  for (const JsonInput& item : *value) objects.push_back(&item);
+  return objects;
 }
 
 std::vector<std::pair<std::string, std::string>> JsonFields::Pairs(const char* name) {

@@ -33,6 +33,9 @@ class JsonFields {
   bool Bool(const char* name);
   std::int32_t Signed(const char* name);
 
+  // A whole number within these bounds.
+  std::int64_t Whole(const char* name, std::int64_t least, std::int64_t most);
+
   // As `StampText` writes it, or the date alone. The fields needn't be a date of the calendar.
   PWDateTimeStamp Stamp(const char* name);
 
@@ -41,6 +44,9 @@ class JsonFields {
 
   // The object of that name, or an empty one.
   const JsonInput& Object(const char* name);
+
+  // The objects of an array, which live as long as what is read.
+  std::vector<const JsonInput*> Objects(const char* name);
 
   // Pairs of texts, each written as an array of two.
   std::vector<std::pair<std::string, std::string>> Pairs(const char* name);

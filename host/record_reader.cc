@@ -9,6 +9,8 @@
 #include "base/cursor.h"
 #include "cardfile/format.h"
 #include "framework/task_record.h"
+#include "host/calendar_files.h"
+#include "host/calendar_stems.h"
 #include "host/catalogue.h"
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
@@ -52,20 +54,53 @@ bool ReadCard(PWSource& source, const std::vector<std::string>& names, Contact& 
 }
 
 // Fills record and columns. False if it can't be read.
-bool ReadTyped(PWSource& source, const RecordView& view, ReadResult& read) {
-  if (source.ReadRecord(&read.record) != kResultOk) return false;
-  const std::vector<std::string> texts = view.texts(read.record);
+bool ReadTyped(const OpenedSource& opened, const RecordView& view, ReadResult& read) {
+  if (opened.source->ReadRecord(&read.record) != kResultOk) return false;
+  const std::vector<std::string> texts = view.texts(read.record, opened.cities);
   for (std::size_t i = 0; i < texts.size(); ++i) {
     read.shown.fields.emplace_back(view.columns[i], texts[i]);
   }
   return true;
 }
 
-// Where the files don't tell when a record was changed the source tells the present.
-bool IsChangeKnown(const OpenedSource& opened, const std::string& type, PWRecord& record) {
-  if (type != kTodoType) return HasStamps(type);
-  const bool isCall = PWTaskRecord(&record).Call();
-  return isCall ? opened.todoFiles.callsTellChange : opened.todoFiles.tasksTellChange;
+// Where the files don't tell when a to-do item was changed the source tells the present; of an
+// all-day event it may tell the first moment of 1970.
+PWDateTimeStamp ChangeOf(const OpenedSource& opened, const std::string& type, PWRecord& record) {
+  const PWDateTimeStamp unknown;
+  if (!HasStamps(type)) return unknown;
+  if (type == kTodoType) {
+    const bool isCall = PWTaskRecord(&record).Call();
+    const TodoFiles& files = opened.todoFiles;
+    if (!(isCall ? files.callsTellChange : files.tasksTellChange)) return unknown;
+  }
+  const PWDateTimeStamp stamp = opened.source->RecordTimeStamp();
+  PWDateTimeStamp never;
+  never = CurrentPlatform().clock->Local(0);
+  return type == kCalendarType && stamp == never ? unknown : stamp;
+}
+
+// What the module doesn't say of the files behind an open source.
+void LookAtFiles(EngineRun& run, const std::string& type, OpenedSource& opened) {
+  const std::string location = opened.category->Location.Str();
+  if (type == kTodoType) {
+    opened.todoFiles = LookAtTodoFiles(run, location);
+    opened.problems = opened.todoFiles.problems;
+  } else if (type == kCalendarType) {
+    opened.cities = CityClocks::Of(run);
+    opened.problems = ProblemsOfCalendar(run, location);
+  }
+}
+
+// Why a calendar can't be opened.
+Failure WhyClosed(EngineRun& run, const std::string& location) {
+  const std::string cityFile = OrganiserFolder(run) + "\\cityinfo.dat";
+  if (!CurrentPlatform().files->Exists(cityFile)) {
+    return {run.NativePathOf(cityFile) +
+            ": not there, and without its cities no calendar can be opened; `pairwise cities "
+            "--from-system` makes such a file"};
+  }
+  return {run.NativePathOf(location + std::string(kEventFile)) +
+          ": cut short, or far too large; see `pairwise check`"};
 }
 
 }  // namespace
@@ -79,13 +114,14 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
   opened.source->Category = opened.category.get();
   const PWRESULT result = opened.source->Open(0);
   if (result == kResultOk) {
-    if (type == kTodoType) opened.todoFiles = LookAtTodoFiles(run, category.Location.Str());
+    LookAtFiles(run, type, opened);
     return opened;
   }
   if (!HasCategories(type)) {
     return Failure{run.NativePathOf(OrganiserFolder(run)) +
                    ": CLOCKS.DAT is missing or cut, or names a city that cityinfo.dat lacks"};
   }
+  if (type == kCalendarType) return WhyClosed(run, category.Location.Str());
   if (type == kTodoType) {
     return Failure{run.NativePathOf(category.Location.Str() + "TASK.WMW") +
                    ": neither this file nor the calls beside it can be read"};
@@ -119,9 +155,9 @@ std::optional<ReadResult> ReadRecord(const OpenedSource& opened, const std::stri
   read.shown.id = CodePageToUtf8(source.RecordID().View());
   const RecordView* view = FindRecordView(type);
   const bool isRead =
-      view == nullptr ? ReadCard(source, names, read.shown) : ReadTyped(source, *view, read);
+      view == nullptr ? ReadCard(source, names, read.shown) : ReadTyped(opened, *view, read);
   if (!isRead) return std::nullopt;
-  if (IsChangeKnown(opened, type, read.record)) read.stamp = source.RecordTimeStamp();
+  read.stamp = ChangeOf(opened, type, read.record);
   if (!(read.stamp == PWDateTimeStamp())) read.shown.stamp = StampText(read.stamp);
   return read;
 }
@@ -134,7 +170,7 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
   read.name = CodePageToUtf8(category.Name.View());
   read.location = CodePageToUtf8(category.Location.View());
   read.fieldNames = FieldNames(run, type, category);
-  read.problems = opened->todoFiles.problems;
+  read.problems = opened->problems;
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
     auto record = ReadRecord(*opened, type, read.fieldNames);

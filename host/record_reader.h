@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "framework/source.h"
+#include "host/city_clocks.h"
 #include "host/engine_run.h"
 #include "host/formats/contact.h"
 #include "host/outcome.h"
@@ -16,12 +17,15 @@ namespace pw {
 
 inline constexpr const char* kContactType = "contact";
 inline constexpr const char* kTodoType = "todo";
+inline constexpr const char* kCalendarType = "calendar";
 
 // A source with its category, for reading. It is never closed, as that would save it.
 struct OpenedSource {
   std::unique_ptr<PWSourceCategory> category;  // must outlive the source
   std::unique_ptr<PWSource> source;
-  TodoFiles todoFiles;  // of to-do items
+  TodoFiles todoFiles;                // of to-do items
+  CityClocks cities;                  // of events
+  std::vector<std::string> problems;  // what of the files can't be read, a line each
 };
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);

@@ -7,6 +7,7 @@
 #include "base/codepage.h"
 #include "base/text.h"
 #include "framework/timezone_record.h"
+#include "host/event_records.h"
 #include "host/todo_records.h"
 
 namespace pw {
@@ -50,7 +51,7 @@ std::string SwitchText(std::uint32_t word) {
          Format(" %02d:00", static_cast<int>(word & 0xFF));
 }
 
-std::vector<std::string> TimezoneTexts(PWRecord& record) {
+std::vector<std::string> TimezoneTexts(PWRecord& record, const CityClocks& /*cities*/) {
   const PWTimezoneRecord clock(&record);
   return {Utf8(clock.City()),
           Utf8(clock.State()),
@@ -67,7 +68,7 @@ const char* PriorityWord(TodoPriority priority) {
   return priority == TodoPriority::kLow ? "low" : "normal";
 }
 
-std::vector<std::string> TodoTexts(PWRecord& record) {
+std::vector<std::string> TodoTexts(PWRecord& record, const CityClocks& /*cities*/) {
   const Todo todo = TodoOf(record);
   return {
       todo.call ? "call" : "task",  todo.subject, todo.start, todo.due, PriorityWord(todo.priority),
@@ -86,6 +87,7 @@ const RecordView* FindRecordView(std::string_view type) {
        {"City", "State", "Country", "Offset", "Home", "Active", "Daylight time from", "to"},
        TimezoneTexts},
       {"todo", {"Kind", "Subject", "Start", "Due", "Priority", "Done", "Note"}, TodoTexts},
+      {"calendar", kEventColumns, EventColumns},
   };
   for (const RecordView& view : views) {
     if (view.type == type) return &view;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "framework/record.h"
+#include "host/city_clocks.h"
 
 namespace pw {
 
@@ -14,7 +15,7 @@ struct RecordView {
   std::vector<std::string> columns;
 
   // A text for each column, in UTF-8.
-  std::vector<std::string> (*texts)(PWRecord& record);
+  std::vector<std::string> (*texts)(PWRecord& record, const CityClocks& cities);
 };
 
 // Whether records of a type tell when they were changed.

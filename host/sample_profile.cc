@@ -8,12 +8,14 @@
 #include "base/codepage.h"
 #include "cardfile/new_file.h"
 #include "framework/source.h"
+#include "host/city_clocks.h"
 #include "host/engine_run.h"
 #include "host/native_file.h"
 #include "host/products.h"
 #include "host/profile_lock.h"
 #include "host/sample_cards.h"
 #include "host/sample_clocks.h"
+#include "host/sample_events.h"
 #include "host/sample_todos.h"
 
 namespace pw {
@@ -61,7 +63,7 @@ Outcome<Done> ClearFolder(const fs::path& folder) {
   return Done{};
 }
 
-// Clocks are made where this machine has zone data; nothing else hangs on them.
+// Clocks are made where this machine has zone data; the calendar needs their cities.
 Outcome<SampleClocks> AddClocks(SampleProfile& sample) {
   using std::chrono::system_clock;
   auto clocks = MakeSampleClocks(system_clock::to_time_t(system_clock::now()));
@@ -70,9 +72,11 @@ Outcome<SampleClocks> AddClocks(SampleProfile& sample) {
     return SampleClocks();
   }
   const fs::path folder = sample.cardfile.parent_path();
-  const std::pair<const char*, const std::string&> files[] = {{"CLOCKS.DAT", clocks->clockFile},
-                                                              {"cityinfo.dat", clocks->cityFile},
-                                                              {"timezone.dat", clocks->zoneFile}};
+  const std::pair<const char*, std::string> files[] = {{"CLOCKS.DAT", clocks->clockFile},
+                                                       {"cityinfo.dat", clocks->cityFile},
+                                                       {"timezone.dat", clocks->zoneFile},
+                                                       {"AdaEVEN.WMW", SampleEventFile()},
+                                                       {"Holidef.dat", SampleHolidays()}};
   for (const auto& [name, bytes] : files) {
     const auto written = WriteNativeFile(folder / name, bytes);
     if (!written) return written.Why();
@@ -131,7 +135,7 @@ Outcome<std::vector<std::string>> AddRecords(EngineRun& run, const char* type, c
   return ids;
 }
 
-// Cards and to-do items.
+// Cards, to-do items and events.
 Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
   std::vector<PWRecord> cards;
   for (std::size_t i = 0; i < kSampleCardCount; ++i) cards.push_back(RecordOf(kSampleCards[i]));
@@ -145,6 +149,11 @@ Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
   ids = AddRecords(run, "todo", kCalendar, std::move(todos));
   if (!ids) return ids.Why();
   sample.todoIds = std::move(*ids);
+  if (!sample.noClocks.empty()) return Done{};
+
+  ids = AddRecords(run, "calendar", kCalendar, SampleEvents(CityClocks::Of(run).Home()));
+  if (!ids) return ids.Why();
+  sample.eventIds = std::move(*ids);
   return Done{};
 }
 

@@ -10,14 +10,15 @@
 
 namespace pw {
 
-// A profile to try things on: the cardfile "Friends" and Ada's tasks and calls in a data folder of
-// its own, added through the module, and the eight clocks.
+// A profile to try things on: the cardfile "Friends" and Ada's tasks, calls and calendar in a data
+// folder of its own, added through the module, and the eight clocks.
 struct SampleProfile {
   Profile profile;
   std::filesystem::path cardfile;
-  std::vector<std::string> ids;      // of the sample cards, in their order
-  std::vector<std::string> todoIds;  // of the tasks and calls likewise
-  std::string noClocks;              // why it has no clocks; empty if it has
+  std::vector<std::string> ids;       // of the sample cards, in their order
+  std::vector<std::string> todoIds;   // of the tasks and calls likewise
+  std::vector<std::string> eventIds;  // of the events
+  std::string noClocks;               // why it has no clocks and no events; empty if it has
 };
 
 // The moment in which the sample's first card was changed, in seconds since 1970-01-01 UTC. The

@@ -1,26 +1,12 @@
 #include "host/todo_files.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-
 #include "calltask/frame_format.h"
 #include "host/check/todo_check.h"
 #include "host/counted.h"
-#include "platform/platform.h"
+#include "host/location_file.h"
 
 namespace pw {
 namespace {
-
-// Nothing for a file that the module doesn't read either.
-std::optional<std::string> BytesOf(const std::string& path) {
-  const auto file = CurrentPlatform().files->Open(path, OpenMode::kRead, Sharing::kReadWrite);
-  const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size || *size > calltask::kLargestFile) return std::nullopt;
-  std::string bytes = file->Read(static_cast<std::size_t>(*size));
-  if (bytes.empty() && *size != 0) return std::nullopt;
-  return bytes;
-}
 
 // A line for all that was found; empty where that is nothing.
 std::string ProblemOf(const FileCheck& check) {
@@ -39,7 +25,7 @@ std::string ProblemOf(const FileCheck& check) {
 // Whether the file is of version 50.
 bool LookAt(EngineRun& run, const std::string& path, TodoFileCheck (*check)(std::string_view),
             TodoFiles& files) {
-  const auto bytes = BytesOf(path);
+  const auto bytes = ReadLocation(path, calltask::kLargestFile);
   const TodoFileCheck found = bytes ? check(*bytes) : TodoFileCheck();
   const std::string problem = bytes ? ProblemOf(found) : "can't be read, or is far too large";
   if (!problem.empty()) files.problems.push_back(run.NativePathOf(path) + ": " + problem);

@@ -1,7 +1,6 @@
 #include "timeplace/zones.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +10,7 @@
 #include "timeplace/bounds_cache.h"
 #include "timeplace/city_catalogue.h"
 #include "timeplace/city_index.h"
+#include "timeplace/engine_zone.h"
 #include "timeplace/software_value.h"
 #include "timeplace/zone_rule.h"
 
@@ -257,33 +257,14 @@ bool HomeToTimeZone(TIME_ZONE_INFORMATION& zone) {
 }
 
 bool CityToTimeZone(const WMCityRecord& city, TIME_ZONE_INFORMATION& zone) {
-  const std::int32_t hours = city.offset / 100;
-  const std::int32_t minutes = city.offset % 100 + std::abs(hours) * 60;
-  zone.Bias = hours > 0 ? -minutes : minutes;
-  zone.StandardDate = SYSTEMTIME();
-  zone.DaylightDate = SYSTEMTIME();
-  zone.StandardBias = 0;
-  zone.DaylightBias = -60;
-  const auto word = [](std::int32_t value) { return static_cast<std::uint16_t>(value); };
-  if (city.dstMode > kNoDaylight) {
-    zone.StandardDate.wMonth = word(city.dstEnd.MonthOfYear());
-    zone.StandardDate.wHour = word(city.dstEnd.HourOfDay());
-    zone.DaylightDate.wMonth = word(city.dstStart.MonthOfYear());
-    zone.DaylightDate.wHour = word(city.dstStart.HourOfDay());
-  }
-  if (city.dstMode == kDaylightByWeekday) {
-    zone.StandardDate.wDayOfWeek = word(city.dstEnd.weekday);
-    zone.DaylightDate.wDayOfWeek = word(city.dstStart.weekday);
-  } else if (city.dstMode == kDaylightByDate) {
-    SYSTEMTIME now;
-    LocalNow(now);
-    zone.StandardDate.wYear = now.wYear;
-    zone.DaylightDate.wYear = now.wYear;
-  } else {
-    return true;
-  }
-  zone.StandardDate.wDay = word(city.dstEnd.week + 1);
-  zone.DaylightDate.wDay = word(city.dstStart.week + 1);
+  SYSTEMTIME now;
+  if (city.dstMode == kDaylightByDate) LocalNow(now);
+  const TIME_ZONE_INFORMATION found = pw::EngineZoneOf(city, now.wYear);
+  zone.Bias = found.Bias;
+  zone.StandardDate = found.StandardDate;
+  zone.StandardBias = found.StandardBias;
+  zone.DaylightDate = found.DaylightDate;
+  zone.DaylightBias = found.DaylightBias;
   return true;
 }
 

@@ -75,10 +75,6 @@ Fields FieldsOf(const PWEventRecord& event) {
           event.AlarmAdvance(),   event.Sensitivity()};
 }
 
-bool HasChange(const PWRecurranceException& exception, std::uint8_t change) {
-  return (exception.Changes.bits & (1U << change)) != 0;
-}
-
 // A moment on the date of `local` at that hour and minute.
 std::int32_t AtTime(WMBrokenTime local, std::int32_t hour, std::int32_t minute) {
   local.hour = hour;
@@ -127,7 +123,7 @@ std::unique_ptr<WMEventItem> MakeOccurrenceItem(const WMEventDetail& detail, std
 std::unique_ptr<WMEventItem> MakeChangedOccurrenceItem(const PWEventRecord& event,
                                                        const PWRecurranceException& exception) {
   const auto chosen = [&](std::uint8_t change, const PWString& changed, const PWString& own) {
-    return HasChange(exception, change) ? changed.View() : own.View();
+    return exception.HasChange(change) ? changed.View() : own.View();
   };
   auto item = std::make_unique<WMEventItem>();
   Fill(*item,
@@ -135,7 +131,7 @@ std::unique_ptr<WMEventItem> MakeChangedOccurrenceItem(const PWEventRecord& even
         chosen(PWRecurranceException::kNotesChanged, exception.Notes, event.Notes()),
         chosen(PWRecurranceException::kLocationChanged, exception.Location, event.Location()),
         exception.StartDate, exception.EndDate,
-        HasChange(exception, PWRecurranceException::kHasAlarm), exception.AlarmAdvance.value,
+        exception.HasChange(PWRecurranceException::kHasAlarm), exception.AlarmAdvance.value,
         event.Sensitivity()});
   item->SetChanged(true);
   return item;

@@ -54,21 +54,17 @@ class Gate {
     for (std::uint32_t i = 0; i < exceptions.Count(); ++i) {
       PWRecurranceException* exception = exceptions.At(i);
       if (exception == nullptr || IsStorable(*exception)) continue;
-      const bool hasSubject = HasChange(*exception, PWRecurranceException::kSubjectChanged);
+      const bool hasSubject = exception->HasChange(PWRecurranceException::kSubjectChanged);
       Tell(strings::kChangedOccurrence, hasSubject ? exception->Subject : event.Subject());
       return false;
     }
     return true;
   }
 
-  static bool HasChange(const PWRecurranceException& exception, std::uint8_t change) {
-    return (exception.Changes.bits & (1U << change)) != 0;
-  }
-
   // The older files hold no changed occurrences.
   static bool IsStorable(PWRecurranceException& exception) {
     if (OrganiserVersion() == kVersion50) return !ChangedOccurrenceIsMultiDay(exception);
-    return HasChange(exception, PWRecurranceException::kDeleted);
+    return exception.HasChange(PWRecurranceException::kDeleted);
   }
 
   // All-day events recur yearly and without end, in whatever year.

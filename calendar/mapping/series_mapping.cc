@@ -82,10 +82,6 @@ void SetRuleTimes(WMRecurringItem& item, PWEventRecord& event) {
   rule.lastDay = std::max(LocalToSeconds(last), rule.lastDay);
 }
 
-bool IsDeleted(const PWRecurranceException& exception) {
-  return (exception.Changes.bits & (1U << PWRecurranceException::kDeleted)) != 0;
-}
-
 // Changed occurrences are among the deleted dates too: they stand as items of their own.
 void SetExceptions(WMRecurringItem& item, PWRecurrancePattern& pattern) {
   const PWRecurranceExceptionVector& exceptions = pattern.Exceptions();
@@ -96,7 +92,7 @@ void SetExceptions(WMRecurringItem& item, PWRecurrancePattern& pattern) {
     AddDeletedDate(item, date);
     const ItemIdPair id = NewItemIdPair();
     WMRecurringException& stored = item.exceptions.emplace_back();
-    stored.deleted = IsDeleted(*exception);
+    stored.deleted = exception->HasChange(PWRecurranceException::kDeleted);
     stored.date = date;
     stored.stamp = StampToSeconds(exception->StartDate);
     stored.itemCreated = static_cast<std::uint32_t>(id.created);
@@ -123,7 +119,7 @@ void ApplyExceptions(WMCalendarStore& store, PWEventRecord& event, std::int32_t 
   ChangedIds changed;
   for (std::uint32_t i = 0; i < exceptions.Count(); ++i) {
     const PWRecurranceException* exception = exceptions.At(i);
-    if (exception == nullptr || IsDeleted(*exception)) continue;
+    if (exception == nullptr || exception->HasChange(PWRecurranceException::kDeleted)) continue;
     auto item = MakeChangedOccurrenceItem(event, *exception);
     item->SetCreated(key);
     changed.try_emplace(

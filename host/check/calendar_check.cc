@@ -137,8 +137,8 @@ class EventCheck {
   }
 
   void Count(const Item& item, std::size_t dayAt) {
-    constexpr std::uint32_t kChanged = 1U << 2;
-    const bool isPlain = !item.detail.IsOccurrence() && (item.header.flags & kChanged) == 0;
+    const bool isPlain =
+        !item.detail.IsOccurrence() && (item.header.flags & events::kChangedOccurrence) == 0;
     ++(isPlain ? plain : occurrences);
     if (item.header.start < 0) {
       check.Add(dayAt, "an event before 1970 stands in this day", 1);

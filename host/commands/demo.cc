@@ -24,7 +24,9 @@ constexpr std::size_t kAllLines = 1000;
 // Which of the sample's cards the walk uses, by their place in it.
 constexpr std::size_t kShown = 2;
 constexpr std::size_t kDeleted = 31;
-constexpr std::size_t kDone = 0;  // of the to-do items
+constexpr std::size_t kDone = 0;   // of the to-do items
+constexpr std::size_t kMoved = 4;  // of the events
+constexpr std::size_t kSeries = 5;
 
 std::string FirstLines(const std::string& text, std::size_t count) {
   std::size_t end = 0;
@@ -48,13 +50,14 @@ class Walk {
 
   int Go() {
     Say("Made the sample profile " + folder +
-        ". Its cardfile \"Friends\" and Ada's to-do items were");
-    Say("filled by the module, a record at a time. The lines with a $ are what you could type "
+        ". Its cardfile \"Friends\", and Ada's to-do items and calendar,");
+    Say("were filled by the module, a record at a time. The lines with a $ are what you could type "
         "yourself.");
     LookAround();
     ChangeSome();
     Export();
     LookAtTodos();
+    LookAtCalendar();
     LookAtClocks();
     Say("");
     Say("The profile stays: run any of these lines again, or `pairwise --help` for what else "
@@ -117,6 +120,44 @@ class Walk {
     const std::string file = folder + "/todos.ics";
     Run({"export", "todo", "--format", "ics", "-o", file});
     ShowStart(file, 14);
+  }
+
+  void LookAtCalendar() {
+    Heading("The calendar: holidays and trips, appointments, series");
+    if (!sample.noClocks.empty()) {
+      Say("There is none in this sample: " + sample.noClocks);
+      return;
+    }
+    Run({"list", "calendar", "--table"});
+    Heading("A series: one date is deleted, another one takes place otherwise");
+    Run({"show", "calendar", sample.eventIds[kSeries]});
+    Heading("The dentist an hour later; then what the organiser doesn't take");
+    Drive(folder + "/events.jsonl", EventChanges());
+    Say("(A fourth event at one time is refused, and one without length passes without a word: "
+        "\"stored\" tells.)");
+    Heading("Off to another calendar program");
+    const std::string file = folder + "/calendar.ics";
+    Run({"export", "calendar", "--format", "ics", "-o", file});
+    ShowStart(file, 26);
+  }
+
+  std::string EventChanges() const {
+    const std::string now = std::to_string(SampleTimeAfterCards());
+    return "{\"op\":\"now\",\"seconds\":" + now +
+           "}\n"
+           "{\"op\":\"open\",\"type\":\"calendar\",\"location\":\"C:\\\\Data\\\\Ada\"}\n"
+           "{\"op\":\"find\",\"id\":\"" +
+           sample.eventIds[kMoved] +
+           "\"}\n"
+           "{\"op\":\"update\",\"record\":{\"Subject\":\"Dentist\","
+           "\"StartDate\":\"1998-03-18T09:45:00\",\"EndDate\":\"1998-03-18T10:15:00\","
+           "\"Sensitivity\":2}}\n"
+           "{\"op\":\"add\",\"record\":{\"Subject\":\"One too many\","
+           "\"StartDate\":\"1998-03-12T14:30:00\",\"EndDate\":\"1998-03-12T14:40:00\"}}\n"
+           "{\"op\":\"log\"}\n"
+           "{\"op\":\"add\",\"record\":{\"Subject\":\"No time at all\","
+           "\"StartDate\":\"1998-03-13T10:00:00\",\"EndDate\":\"1998-03-13T10:00:00\"}}\n"
+           "{\"op\":\"close\"}\n";
   }
 
   void LookAtClocks() {

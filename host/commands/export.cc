@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -12,7 +13,9 @@
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/commands/record_choice.h"
+#include "host/counted.h"
 #include "host/drive_records.h"
+#include "host/event_calendar.h"
 #include "host/formats/contact_json.h"
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
@@ -53,40 +56,61 @@ std::string RenderTypedJson(const ChosenRecords& chosen, const RecordForm& form)
   return text.empty() ? "[]\n" : text + "\n]\n";
 }
 
-std::string RenderJson(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& type) {
-  if (type == kContactType) return WriteContactsJson(AllContacts(chosen));
-  return RenderTypedJson(chosen, *FindRecordForm(type));
+// A file, and what of the records it can't hold, a line each.
+struct Rendered {
+  std::string text;
+  std::vector<std::string> problems;
+};
+
+Rendered RenderJson(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& type) {
+  if (type == kContactType) return {WriteContactsJson(AllContacts(chosen)), {}};
+  return {RenderTypedJson(chosen, *FindRecordForm(type)), {}};
 }
 
-std::string RenderCsv(EngineRun& /*run*/, const ChosenRecords& chosen,
+Rendered RenderCsv(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& /*type*/) {
+  return {WriteCsv(AllContacts(chosen)), {}};
+}
+
+Rendered RenderVCards(EngineRun& /*run*/, const ChosenRecords& chosen,
                       const std::string& /*type*/) {
-  return WriteCsv(AllContacts(chosen));
-}
-
-std::string RenderVCards(EngineRun& /*run*/, const ChosenRecords& chosen,
-                         const std::string& /*type*/) {
   std::string cards;
   for (const CategoryRecords& category : chosen.categories) {
     for (const Contact& contact : category.contacts) AppendVCard(cards, contact, category.location);
   }
-  return cards;
+  return {std::move(cards), {}};
 }
 
-std::string RenderCalendar(EngineRun& run, const ChosenRecords& chosen,
-                           const std::string& /*type*/) {
-  return TodoCalendar(chosen.categories, run.Objects().clock);
+Rendered RenderCalendar(EngineRun& run, const ChosenRecords& chosen, const std::string& type) {
+  Clock& clock = run.Objects().clock;
+  if (type == kTodoType) return {TodoCalendar(chosen.categories, clock), {}};
+  EventCalendar calendar = MakeEventCalendar(chosen.categories, CityClocks::Of(run), clock);
+  Rendered rendered{std::move(calendar.text), {}};
+  if (calendar.undated > 0) {
+    rendered.problems.push_back(Counted(calendar.undated, "series", "series") +
+                                " without any date can't be in such a file");
+  }
+  return rendered;
+}
+
+bool HasCards(const std::string& type) {
+  return type == kContactType;
+}
+
+bool HasCalendar(const std::string& type) {
+  return type == kTodoType || type == kCalendarType;
 }
 
 struct ExportFormat {
   std::string_view name;
-  std::string_view onlyType;  // empty where it takes all
-  std::string (*render)(EngineRun& run, const ChosenRecords& chosen, const std::string& type);
+  bool (*takes)(const std::string& type);  // null where it takes all
+  const char* types;                       // that it takes, for a person
+  Rendered (*render)(EngineRun& run, const ChosenRecords& chosen, const std::string& type);
 };
 constexpr ExportFormat kFormats[] = {
-    {"json", "", RenderJson},
-    {"csv", "", RenderCsv},
-    {"vcf", kContactType, RenderVCards},
-    {"ics", kTodoType, RenderCalendar},
+    {"json", nullptr, "", RenderJson},
+    {"csv", nullptr, "", RenderCsv},
+    {"vcf", HasCards, "contact", RenderVCards},
+    {"ics", HasCalendar, "todo or calendar", RenderCalendar},
 };
 
 std::vector<std::string> FormatNames() {
@@ -102,20 +126,21 @@ const ExportFormat& FormatOf(const std::string& name) {
 
 int Export(EngineRun& run, const Console& console, const ExportOptions& options) {
   const ExportFormat& format = FormatOf(options.format);
-  if (!format.onlyType.empty() && options.type != format.onlyType) {
-    return console.FailUsage("only records of type " + std::string(format.onlyType) +
+  if (format.takes != nullptr && !format.takes(options.type)) {
+    return console.FailUsage(std::string("only records of type ") + format.types +
                              " can be exported as " + options.format);
   }
   const auto chosen = ChooseRecords(run, console, options.type, options.category);
   if (!chosen) return console.Fail(chosen.Why());
-  const std::string text = format.render(run, *chosen, options.type);
+  const Rendered rendered = format.render(run, *chosen, options.type);
   if (options.file == kStandardOutput) {
-    console.out << text;
+    console.out << rendered.text;
   } else {
-    const auto written = WriteNativeFile(options.file, text);
+    const auto written = WriteNativeFile(options.file, rendered.text);
     if (!written) return console.Fail(written.Why());
   }
-  return chosen->anyLeftOut ? kExitSomeSkipped : kExitDone;
+  const bool anyLeftOut = console.Warn(rendered.problems) || chosen->anyLeftOut;
+  return anyLeftOut ? kExitSomeSkipped : kExitDone;
 }
 
 }  // namespace
@@ -129,7 +154,9 @@ void AddExportCommand(CLI::App& app, CommandLine& line) {
       ->type_name("TYPE");
   command->add_option("category", options->category, "Name or location of a category; else all")
       ->type_name("CATEGORY");
-  command->add_option("--format", options->format, "json, csv, vcf for contacts, or ics for todo")
+  command
+      ->add_option("--format", options->format,
+                   "json, csv, vcf for contacts, or ics for todo and calendar")
       ->check(CLI::IsMember(FormatNames()))
       ->capture_default_str()
       ->type_name("FORMAT");

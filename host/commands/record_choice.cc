@@ -16,6 +16,10 @@ std::string UnreadableText(const EngineRun& run, const std::string& type,
     return number +
            (count == 1 ? " recurring record is left out" : " recurring records are left out");
   }
+  if (type == kCalendarType) {
+    return number + (count == 1 ? " event is left out, as the engine has no words for it"
+                                : " events are left out, as the engine has no words for them");
+  }
   return run.NativePathOf(category.Location.Str()) + ": " + number +
          (count == 1 ? " record" : " records") + " could not be read";
 }

@@ -78,7 +78,7 @@ Outcome<std::optional<Found>> FindIn(EngineRun& run, const Console& console,
                                      bool& anyLeftOut) {
   const auto opened = OpenForReading(run, options.type, category);
   if (!opened) return opened.Why();
-  if (console.Warn(opened->todoFiles.problems)) anyLeftOut = true;
+  if (console.Warn(opened->problems)) anyLeftOut = true;
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
   auto read = ReadRecord(*opened, options.type, FieldNames(run, options.type, category));

@@ -66,13 +66,16 @@ const std::set<std::string> kLowerFloor = {"plugin/discovery.h", "plugin/handsha
                                            "plugin/source_manager.h", "plugin/string_table.h"};
 
 // The formats' codecs, which hold no state and which the host may use.
-const std::set<std::string> kCodecs = {
-    "calendar/data_format.h",     "calendar/event_format.h",  "calendar/event_detail.h",
-    "calendar/recurrence_rule.h", "calendar/name_pair.h",     "calendar/recurring_format.h",
-    "calltask/block_reader.h",    "calltask/call_format.h",   "calltask/frame_format.h",
-    "calltask/task_format.h",     "cardfile/format.h",        "cardfile/new_file.h",
-    "timeplace/city_format.h",    "timeplace/clock_format.h", "timeplace/date.h",
-    "timeplace/place_format.h",   "timeplace/year_frame.h",   "timeplace/zone_rule.h"};
+const std::set<std::string> kCodecs = {"calendar/data_format.h",      "calendar/event_days.h",
+                                       "calendar/event_format.h",     "calendar/event_detail.h",
+                                       "calendar/recurrence_rule.h",  "calendar/name_pair.h",
+                                       "calendar/recurring_format.h", "calltask/block_reader.h",
+                                       "calltask/call_format.h",      "calltask/frame_format.h",
+                                       "calltask/task_format.h",      "cardfile/format.h",
+                                       "cardfile/new_file.h",         "timeplace/city_format.h",
+                                       "timeplace/clock_format.h",    "timeplace/date.h",
+                                       "timeplace/engine_zone.h",     "timeplace/place_format.h",
+                                       "timeplace/year_frame.h",      "timeplace/zone_rule.h"};
 
 // What a folder may include beside itself: folders with a slash at their end, or single files.
 std::set<std::string> MayInclude(const std::string& folder, const fs::path& file) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/values.h"
+#include "host/engine_run.h"
+#include "timeplace/city_format.h"
+
+namespace pw {
+
+// The cities of the organiser, and what their clocks show: those that the module works with.
+class CityClocks {
+ public:
+  // None: what is local is UTC then.
+  CityClocks() = default;
+
+  // Those of the city file in the organiser's folder; none where that can't be read.
+  static CityClocks Of(EngineRun& run);
+
+  // `home` is the name of the home city.
+  CityClocks(std::vector<WMCityRecord> cities, std::string_view home);
+
+  // The home city; null where the file doesn't have it.
+  const WMCityRecord* Home() const { return home ? &cities[*home] : nullptr; }
+
+  // A city of that zone, the home city before others; null where none is.
+  const WMCityRecord* Fitting(const PWTimeZone& zone) const;
+
+ private:
+  std::vector<WMCityRecord> cities;  // by their names
+  std::optional<std::size_t> home;
+};
+
+// What the clocks of a city show, and the reverse; those of UTC for null.
+PWDateTimeStamp LocalStamp(const WMCityRecord* city, const PWDateTimeStamp& utc);
+std::int32_t UtcSeconds(const WMCityRecord* city, const PWDateTimeStamp& local);
+
+}  // namespace pw
