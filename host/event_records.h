@@ -18,9 +18,9 @@ EventAccess AccessOf(EPWEventRecordSensitivity sensitivity);
 
 // What an event looks like to a person, a text for each of these columns, in UTF-8. Times are by
 // the clocks of the home city, those of a series by its own city's.
-inline const std::vector<std::string> kEventColumns = {"Subject",  "Start", "End",    "Repeats",
-                                                       "Location", "Alarm", "Access", "Deleted",
-                                                       "Changed",  "Notes"};
+inline const std::vector<std::string> kEventColumns = {"Subject",   "Start", "End",    "Repeats",
+                                                       "Location",  "Alarm", "Access", "Left out",
+                                                       "Otherwise", "Notes"};
 std::vector<std::string> EventColumns(PWRecord& record, const CityClocks& clocks);
 
 }  // namespace pw
