@@ -1,6 +1,8 @@
 #include "host/formats/vevent.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "base/text.h"
 #include "host/formats/icalendar.h"
@@ -20,12 +22,16 @@ void AppendTime(std::string& out, std::string_view name, const CalendarTime& tim
   AppendProperty(out, name, time.text, ParametersOf(time));
 }
 
-// All have the form of the first.
+// All have the form of the first. A line has but so many of them, as there are programs that leave
+// out what is behind a few hundred.
 void AppendTimes(std::string& out, std::string_view name, const std::vector<CalendarTime>& times) {
-  if (times.empty()) return;
-  std::string list;
-  for (const CalendarTime& time : times) list += (list.empty() ? "" : ",") + time.text;
-  AppendProperty(out, name, std::move(list), ParametersOf(times.front()));
+  constexpr std::size_t kMostOfLine = 100;
+  for (std::size_t begin = 0; begin < times.size(); begin += kMostOfLine) {
+    const std::size_t end = std::min(begin + kMostOfLine, times.size());
+    std::string list = times[begin].text;
+    for (std::size_t i = begin + 1; i < end; ++i) list += "," + times[i].text;
+    AppendProperty(out, name, std::move(list), ParametersOf(times[begin]));
+  }
 }
 
 const char* ClassOf(EventAccess access) {
