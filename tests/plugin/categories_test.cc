@@ -54,22 +54,27 @@ TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
   EXPECT_EQ(manager.ListCategories(nullptr, categories), 1);
 }
 
-TEST_F(CategoriesTest, ToDoItemsHaveOneUnderTheirStem) {
-  const auto locationOfTodo = [&]() -> std::string {
+TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
+  const auto locationOf = [&](const char* type, const char* name) -> std::string {
     PWSourceCategoryVector categories;
-    if (manager.ListCategories("todo", categories) != 0 || categories.Count() != 1) return "none";
-    EXPECT_STREQ(categories.At(0)->Name(), "Task");
+    if (manager.ListCategories(type, categories) != 0 || categories.Count() != 1) return "none";
+    EXPECT_STREQ(categories.At(0)->Name(), name);
     return categories.At(0)->Location.Str();
   };
-  EXPECT_EQ(locationOfTodo(), "none") << "neither a stem nor a default user";
+  const auto location = [&] {
+    const std::string found = locationOf("calendar", "Calendar");
+    EXPECT_EQ(locationOf("todo", "Task"), found);
+    return found;
+  };
+  EXPECT_EQ(location(), "none") << "neither a stem nor a default user";
   config.String(PWConfig::kCalendarStem, "Home");
-  EXPECT_EQ(locationOfTodo(), "C:\\Data\\Home");
+  EXPECT_EQ(location(), "C:\\Data\\Home");
   config.String(PWConfig::kDataFolder, "");
-  EXPECT_EQ(locationOfTodo(), "Home");
+  EXPECT_EQ(location(), "Home");
   config.String(PWConfig::kCalendarStem, "");
   platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Calendar-Task",
                         "DefUserName", pw::TextValue("D:\\Wing\\Bea"));
-  EXPECT_EQ(locationOfTodo(), "D:\\Wing\\Bea");
+  EXPECT_EQ(location(), "D:\\Wing\\Bea");
   EXPECT_EQ(config.String(PWConfig::kDataFolder), "D:\\Wing") << "and the rest follows";
 }
 
