@@ -1,13 +1,11 @@
-#include <libical/ical.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/libical_series.h"
 #include "calendar/recurrence_rule.h"
 #include "calendar/rule_expansion.h"
 #include "tests/support/zone_files.h"
@@ -78,33 +76,8 @@ std::int32_t LocalNine(std::int32_t year) {
   return LocalStampToSeconds({static_cast<std::uint16_t>(year), 1, 1, 9, 0, 0});
 }
 
-// The same series as libical takes it.
-struct Reference {
-  std::string text;
-  icaltimezone* zone;
-  icaltimetype start;
-};
-
-Reference ReferenceOf(const Series& series) {
-  const std::string until = std::to_string(kFirstYear + kYears - 1) + "1231T140000Z";
-  Reference reference{std::string(series.text) + ";UNTIL=" + until,
-                      icaltimezone_get_builtin_timezone("America/New_York"),
-                      icaltime_from_string("19900101T090000")};
-  if (reference.zone == nullptr) std::abort();
-  reference.start.zone = reference.zone;
-  return reference;
-}
-
-// Calls `take` with each date, as the clocks show it.
-template <class Take>
-void Walk(const Reference& reference, Take take) {
-  icalrecur_iterator* iterator = icalrecur_iterator_new(
-      icalrecurrencetype_from_string(reference.text.c_str()), reference.start);
-  for (icaltimetype next = icalrecur_iterator_next(iterator); !icaltime_is_null_time(next);
-       next = icalrecur_iterator_next(iterator)) {
-    take(next);
-  }
-  icalrecur_iterator_free(iterator);
+LibicalSeries ReferenceOf(const Series& series) {
+  return SeriesFrom("19900101T090000", series.text, kFirstYear + kYears - 1);
 }
 
 // Both must do the same work. They are compared by what the clocks show, as the organiser's city
@@ -113,7 +86,7 @@ void RequireSameDates(const Series& series) {
   std::vector<std::int32_t> occurrences;
   if (!ExpandRule(series.rule, occurrences)) std::abort();
   std::size_t at = 0;
-  Walk(ReferenceOf(series), [&](const icaltimetype& date) {
+  WalkSeries(ReferenceOf(series), [&](const icaltimetype& date) {
     if (at == occurrences.size()) std::abort();
     const WMBrokenTime local = SecondsToLocal(occurrences[at++]);
     const bool isSame = local.year + 1900 == date.year && local.mon + 1 == date.month &&
@@ -144,11 +117,11 @@ void BM_Expand(benchmark::State& state, Series (*make)()) {
 
 // Its iterator works on what the clocks show, so that the moment is what it must be asked for.
 void BM_Libical(benchmark::State& state, Series (*make)()) {
-  const Reference reference = ReferenceOf(make());
+  const LibicalSeries reference = ReferenceOf(make());
   std::size_t dates = 0;
   for (auto _ : state) {
     dates = 0;
-    Walk(reference, [&](const icaltimetype& next) {
+    WalkSeries(reference, [&](const icaltimetype& next) {
       benchmark::DoNotOptimize(icaltime_as_timet_with_zone(next, reference.zone));
       ++dates;
     });
