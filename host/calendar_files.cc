@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 #include "calendar/data_format.h"
@@ -56,9 +57,14 @@ bool Exists(const std::string& prefix, std::string_view name) {
 
 }  // namespace
 
+bool HasCalendar(const std::string& prefix) {
+  return std::any_of(std::begin(kFiles), std::end(kFiles),
+                     [&](const FileOfCalendar& file) { return Exists(prefix, file.name); });
+}
+
 std::vector<std::string> ProblemsOfCalendar(EngineRun& run, const std::string& prefix) {
+  if (!HasCalendar(prefix)) return {};
   if (!Exists(prefix, kEventFile)) {
-    if (!Exists(prefix, kRecurringFile) && !Exists(prefix, kDataFile)) return {};
     return {run.NativePathOf(prefix + std::string(kEventFile)) +
             ": not there, so that nothing of the calendar is read"};
   }

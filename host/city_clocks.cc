@@ -8,6 +8,7 @@
 #include "host/city_table.h"
 #include "host/location_file.h"
 #include "host/organiser_folder.h"
+#include "host/products.h"
 #include "timeplace/date.h"
 #include "timeplace/engine_zone.h"
 #include "timeplace/zone_rule.h"
@@ -17,12 +18,16 @@ namespace {
 
 constexpr const char* kCityFile = "\\cityinfo.dat";
 
-std::string HomeCityName(EngineRun& run) {
-  PWRegistry registry;
-  PWString city;
-  if (registry.Open(run.Objects().config.String(PWConfig::kProductKey), false) == 0) return {};
-  registry.Read("LocalCity", city);
-  return city.Str();
+// Of the first edition that has one, in the order in which the module asks them.
+std::string HomeCityName() {
+  for (const std::size_t edition : {0, 3, 2}) {
+    PWRegistry registry;
+    PWString city;
+    if (registry.Open(kProducts[edition].mainKey, false) == 0) continue;
+    registry.Read("LocalCity", city);
+    if (!city.IsEmpty()) return city.Str();
+  }
+  return {};
 }
 
 }  // namespace
@@ -32,7 +37,7 @@ CityClocks CityClocks::Of(EngineRun& run) {
   if (!bytes) return {};
   auto listing = ListCities(*bytes);
   if (!listing) return {};
-  return {std::move(listing->cities), HomeCityName(run)};
+  return {std::move(listing->cities), HomeCityName()};
 }
 
 CityClocks::CityClocks(std::vector<WMCityRecord> all, std::string_view homeName)

@@ -88,19 +88,25 @@ void LookAtFiles(EngineRun& run, const std::string& type, OpenedSource& opened) 
   } else if (type == kCalendarType) {
     opened.cities = CityClocks::Of(run);
     opened.problems = ProblemsOfCalendar(run, location);
+    if (opened.cities.Home() == nullptr && HasCalendar(location)) {
+      opened.warnings = {
+          "the home city isn't known, so that times are those of Greenwich, and "
+          "dates may be a day off; `pairwise init --city` names one"};
+    }
   }
 }
 
 // Why a calendar can't be opened.
 Failure WhyClosed(EngineRun& run, const std::string& location) {
+  const std::string eventFile = run.NativePathOf(location + std::string(kEventFile));
+  if (!HasCalendar(location)) return {eventFile + ": there is no calendar"};
   const std::string cityFile = OrganiserFolder(run) + "\\cityinfo.dat";
   if (!CurrentPlatform().files->Exists(cityFile)) {
     return {run.NativePathOf(cityFile) +
             ": not there, and without its cities no calendar can be opened; `pairwise cities "
             "--from-system` makes such a file"};
   }
-  return {run.NativePathOf(location + std::string(kEventFile)) +
-          ": cut short, or far too large; see `pairwise check`"};
+  return {eventFile + ": cut short, or far too large; see `pairwise check`"};
 }
 
 }  // namespace
@@ -171,6 +177,7 @@ Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
   read.location = CodePageToUtf8(category.Location.View());
   read.fieldNames = FieldNames(run, type, category);
   read.problems = opened->problems;
+  read.warnings = opened->warnings;
   PWSource& source = *opened->source;
   for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
     auto record = ReadRecord(*opened, type, read.fieldNames);

@@ -26,6 +26,7 @@ struct OpenedSource {
   TodoFiles todoFiles;                // of to-do items
   CityClocks cities;                  // of events
   std::vector<std::string> problems;  // what of the files can't be read, a line each
+  std::vector<std::string> warnings;  // what else a person should know of them
 };
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);
@@ -61,6 +62,7 @@ struct CategoryRecords {
   std::vector<TypedRecord> records;   // the same again; none for contacts
   std::size_t unreadable = 0;         // records that were left out
   std::vector<std::string> problems;  // what of the files can't be read, a line each
+  std::vector<std::string> warnings;  // what else a person should know of them
 };
 Outcome<CategoryRecords> ReadRecords(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);

@@ -128,11 +128,13 @@ class Series {
     return moments;
   }
 
-  // The last second of the pattern's last date; it must be in UTC.
+  // The last second of the pattern's last date, which may be behind the last moment that there is.
+  // It must be in UTC.
   std::string Until() const {
     const PWDateTimeStamp lastSecond(0, 0, 0, 23, 59, 59);
     const PWDateTimeStamp last = StampAt(DateOf(pattern.EndDate()), lastSecond);
-    return SeriesClock().At(UtcSeconds(clock.city, last)).text;
+    const std::int32_t least = stored.empty() ? 0 : stored.back();
+    return SeriesClock().At(std::max(UtcSeconds(clock.city, last), least)).text;
   }
 
   // The dates themselves, those of occurrences that are otherwise included. The first one is told

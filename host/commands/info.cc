@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "base/codepage.h"
+#include "host/calendar_files.h"
 #include "host/catalogue.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
@@ -45,6 +46,7 @@ std::string TypeSummary(EngineRun& run, const Console& console, const std::strin
   std::size_t records = 0;
   std::size_t unreadable = 0;
   for (std::uint32_t i = 0; i < categories.Count(); ++i) {
+    if (type == kCalendarType && !HasCalendar(categories.At(i)->Location.Str())) continue;
     const auto opened = OpenForReading(run, type, *categories.At(i));
     if (!opened) {
       console.Fail(opened.Why());
@@ -52,7 +54,7 @@ std::string TypeSummary(EngineRun& run, const Console& console, const std::strin
       continue;
     }
     records += opened->source->RecordCount();
-    if (console.Warn(opened->todoFiles.problems)) anyLeftOut = true;
+    if (console.Warn(opened->problems)) anyLeftOut = true;
   }
   std::string text = Counted(categories.Count(), "category", "categories") + ", " +
                      Counted(records, "record", "records");

@@ -13,6 +13,7 @@
 #include "framework/config.h"
 #include "host/calendar_stems.h"
 #include "host/commands/commands.h"
+#include "host/home_city.h"
 #include "host/native_file.h"
 #include "host/products.h"
 #include "platform/posix/posix_registry.h"
@@ -27,6 +28,7 @@ struct InitOptions {
   std::string data;
   std::string product;
   std::string registryExport;
+  std::string city;
 };
 
 constexpr std::uintmax_t kLargestRegistry = 64 << 20;
@@ -88,13 +90,11 @@ CalendarStem ChooseStem(const Console& console, const fs::path& data,
   return stems.front();
 }
 
-// Files without a stem are found by the default user's path alone, so that must be theirs.
-Outcome<Done> NameDefaultUser(const Profile& profile, const Product& product,
-                              const std::string& calendar) {
+// Puts a text into the profile's registry.
+Outcome<Done> WriteText(const Profile& profile, const std::string& keyPath, const std::string& name,
+                        const std::string& text) {
   PosixRegistry registry({profile.RegistryFile(), RegistryMode::kReadWrite, {}});
-  if (const auto key = registry.Create(CalendarKey(product))) {
-    key->Write(kDefaultUser, TextValue(calendar));
-  }
+  if (const auto key = registry.Create(keyPath)) key->Write(name, TextValue(text));
   if (const auto error = registry.Error()) return Failure{*error};
   if (const auto error = registry.SaveFailure()) return Failure{*error};
   return Done{};
@@ -153,7 +153,9 @@ int Init(const CommandLine& line, const InitOptions& options) {
   const CalendarStem stem = ChooseStem(console, data, calendar);
   const std::string ownCalendar = folder + "\\" + stem.text;
   const bool isFresh = registry.empty();
-  if (isFresh) registry = FreshRegistry(*product, {folder, ownCalendar, "", stem.isVersion50});
+  const auto city = options.city.empty() ? HomeCityOfClocks(data) : FindCity(data, options.city);
+  if (!city) return console.Fail(city.Why());
+  if (isFresh) registry = FreshRegistry(*product, {folder, ownCalendar, *city, stem.isVersion50});
   profile.config[PWConfig::kDataFolder] = folder;
   profile.config[PWConfig::kCalendarStem] = stem.text;
   profile.config[PWConfig::kProductKey] = product->mainKey;
@@ -162,7 +164,12 @@ int Init(const CommandLine& line, const InitOptions& options) {
   if (!written) return console.Fail(written.Why());
   const bool isNamed = isFresh || (calendar && EqualFileNames(*calendar, ownCalendar));
   if (stem.text.empty() && !isNamed && !CalendarStems(data).empty()) {
-    const auto named = NameDefaultUser(profile, *product, ownCalendar);
+    // Such files are found by the default user's path alone, so that must be theirs.
+    const auto named = WriteText(profile, CalendarKey(*product), kDefaultUser, ownCalendar);
+    if (!named) return console.Fail(named.Why());
+  }
+  if (!isFresh && !options.city.empty()) {
+    const auto named = WriteText(profile, product->mainKey, "LocalCity", *city);
     if (!named) return console.Fail(named.Why());
   }
   console.messages << "made " << profile.folder.string() << ": edition " << product->name << ", "
@@ -188,6 +195,11 @@ void AddInitCommand(CLI::App& app, CommandLine& line) {
       ->add_option("--registry", options->registryExport,
                    "Registry of the old machine, as its registry editor exported it")
       ->type_name("FILE");
+  command
+      ->add_option(
+          "--city", options->city,
+          "Home city, as cityinfo.dat names it; else as the registry or the home clock says")
+      ->type_name("NAME");
   command->callback(
       [&line, options] { line.chosen = [&line, options] { return Init(line, *options); }; });
 }

@@ -44,6 +44,7 @@ Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
     if (read->unreadable > 0) {
       read->problems.push_back(UnreadableText(run, type, each, read->unreadable));
     }
+    console.Warn(read->warnings);
     if (console.Warn(read->problems)) chosen.anyLeftOut = true;
     chosen.categories.push_back(std::move(*read));
   }

@@ -78,12 +78,16 @@ Outcome<std::optional<Found>> FindIn(EngineRun& run, const Console& console,
                                      bool& anyLeftOut) {
   const auto opened = OpenForReading(run, options.type, category);
   if (!opened) return opened.Why();
+  console.Warn(opened->warnings);
   if (console.Warn(opened->problems)) anyLeftOut = true;
   const auto id = Utf8ToCodePage(options.id);
   if (!id || opened->source->FindRecord(id->c_str()) != kResultOk) return std::optional<Found>();
   auto read = ReadRecord(*opened, options.type, FieldNames(run, options.type, category));
   if (!read && options.type == kTodoType) {
     return Failure{"record " + options.id + " is a recurring one, which can't be passed on"};
+  }
+  if (!read && options.type == kCalendarType) {
+    return Failure{"record " + options.id + " is one that the engine has no words for"};
   }
   if (!read) {
     return Failure{run.NativePathOf(category.Location.Str()) + ": record " + options.id +

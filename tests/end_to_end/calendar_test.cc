@@ -12,6 +12,7 @@
 #include "calendar/event_days.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
+#include "tests/support/clock_file_builder.h"
 #include "tests/support/ical_reading.h"
 #include "tests/support/zone_files.h"
 #include "timeplace/date.h"
@@ -295,6 +296,31 @@ TEST(CalendarRecords, ThatCannotBeReadAreToldByFile) {
                                "/c/Data/cityinfo.dat: not there, and without its cities no "
                                "calendar can be opened; `pairwise cities --from-system` makes such "
                                "a file\n");
+}
+
+TEST(CalendarRecords, GoByTheCityOfTheHomeClockOrAnotherOne) {
+  const CalendarSample sample;
+  sample.Drive(Choir());
+  const std::string data = sample.Folder() + "/c/Data";
+  const auto listed = [&](const std::string& profile, std::vector<std::string> more) {
+    const std::string folder = sample.Folder() + "/" + profile;
+    more.insert(more.begin(), {"-p", folder, "init", "--data", data});
+    const Finished made = RunPairwise(more);
+    if (made.code != 0) return made.messages;
+    const Finished list = RunPairwise({"-p", folder, "list", "calendar"});
+    return list.messages + sample.folder.Get(profile + "/registry.reg");
+  };
+  EXPECT_EQ(listed("a", {}).substr(0, 39), "pairwise: the home city isn't known, so");
+  std::string clocks = test::Clock("Lima", "Peru", false, false) +
+                       test::Clock("New York, NY, USA", "USA", true, true);
+  for (int i = 0; i < 6; ++i) clocks += test::Clock("Lima", "Peru", false, false);
+  sample.folder.Put("c/Data/Clocks.dat", clocks);
+  EXPECT_NE(listed("b", {}).find("\"LocalCity\"=\"New York, NY\""), std::string::npos);
+  EXPECT_NE(listed("c", {"--city", "SYDNEY"}).find("\"LocalCity\"=\"Sydney\""), std::string::npos);
+  EXPECT_EQ(listed("d", {"--city", "Sydne"}),
+            "pairwise: " + data +
+                "/cityinfo.dat: has no city 'Sydne'; `pairwise cities` lists "
+                "those that it has\n");
 }
 
 }  // namespace
