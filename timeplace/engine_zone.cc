@@ -15,7 +15,7 @@ SYSTEMTIME DateOf(const WMDaylightChange& change, std::int8_t mode, std::uint16_
   if (mode == kDaylightByDate) {
     date.wYear = year;
   } else {
-    date.wDayOfWeek = static_cast<std::uint16_t>(change.weekday);
+    date.wDayOfWeek = static_cast<std::uint16_t>(std::int32_t{change.weekday});
   }
   return date;
 }

@@ -47,7 +47,7 @@ class CalendarSample : public Sample {
                                    "\"Data\"=\"C:\\\\Data\"\r\n\"LocalCity\"=\"New York, NY\"\r\n"
                                    "\"Version\"=dword:00000032\r\n");
     folder.Put("c/Data/cityinfo.dat", city::EncodeCityFile(test::SomeCities()));
-    folder.Put("c/Data/timezone.dat", std::string(10 * 34, '\0'));
+    folder.Put("c/Data/timezone.dat", std::string(340, '\0'));
     std::string profile = folder.Get("profile.toml");
     profile.replace(profile.find("5 = ''"), 6, "5 = 'Ada'");
     folder.Put("profile.toml", profile);

@@ -1,5 +1,6 @@
 #include "host/series_events.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <string>
@@ -131,8 +132,8 @@ class YearlySeriesTest : public testing::Test {
   }
 
   std::vector<Event> Events(const std::vector<int>& years) {
-    std::vector<std::int32_t> stored;
-    for (const int year : years) stored.push_back(Noon(year));
+    std::vector<std::int32_t> stored(years.size());
+    std::transform(years.begin(), years.end(), stored.begin(), Noon);
     Event series;
     series.uid = "uid";
     series.subject = "Series";

@@ -62,7 +62,7 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
     return categories.At(0)->Location.Str();
   };
   const auto location = [&] {
-    const std::string found = locationOf("calendar", "Calendar");
+    std::string found = locationOf("calendar", "Calendar");
     EXPECT_EQ(locationOf("todo", "Task"), found);
     return found;
   };
