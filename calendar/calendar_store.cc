@@ -88,8 +88,10 @@ bool WMCalendarStore::LoadFiles(std::string_view eventBytes) {
 }
 
 std::int32_t WMCalendarStore::Save() {
-  const auto events = EncodeEvents(header, plainItems, occurrenceItems);
-  if (events) Overwrite(eventPath, *events);
+  const auto image = EncodeEvents(header, plainItems, occurrenceItems);
+  // The three stay together: a series without its occurrences, or they without it, are of no use.
+  if (!image || image->size() > events::kLargestFile) return 0;
+  Overwrite(eventPath, *image);
   data.Save(dataPath);
   recurring.Save();
   places.Save();

@@ -32,8 +32,9 @@ class WMCalendarStore : public PWObject {
   // overwrites them. Days that can't be read are left out, and are gone with the next save.
   std::int32_t Load(const std::string& folder);
 
-  // Rewrites all files, and makes those that are missing. Always 0: a file that can't be written,
-  // or an event file that would outgrow its offsets and so stays as it is, isn't told of.
+  // Rewrites all files, and makes those that are missing. Always 0: a file that can't be written
+  // isn't told of, nor is an event file that would be too large to be opened again, with which all
+  // stay as they are.
   std::int32_t Save();
 
   // Closes the files, and drops items and series. Always 0.

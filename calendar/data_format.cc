@@ -180,6 +180,10 @@ std::string_view SubjectText(const Subject& subject) {
   return UpToZero(ViewOf(subject).substr(0, kLongestSubject + 1));
 }
 
+std::string_view WholeSubjectText(const Subject& subject) {
+  return UpToZero(ViewOf(subject));
+}
+
 WMDataSection DecodeSection(ByteReader& in) {
   WMDataSection section;
   section.tag = static_cast<std::int16_t>(in.U16());

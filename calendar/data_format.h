@@ -53,8 +53,13 @@ using Subject = std::array<char, kSubjectSize>;
 // Of a longer text its first characters.
 Subject MakeSubject(std::string_view text);
 
-// The text up to a zero or through the 48th byte. Points into the subject.
+// The text up to a zero or through the 48th byte, as ids and checksums have it, and as a span is
+// read. Points into the subject.
 std::string_view SubjectText(const Subject& subject);
+
+// The text up to a zero or through the last byte, as a special day is read. Points into the
+// subject.
+std::string_view WholeSubjectText(const Subject& subject);
 
 }  // namespace pw::datafile
 

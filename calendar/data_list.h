@@ -15,10 +15,10 @@ namespace pw::datafile {
 
 // The records of one kind in their order, known by their indices from 0, or by their id texts.
 //
-// With n records ever appended, as a removed one leaves its place behind, an operation takes
-// O(log n), and where ids are looked up as many comparisons of them. But the first removal takes
-// O(n), as an append may that makes the list move; `InOrder` and the first `Find` in a version,
-// which makes all ids, take O(n log n).
+// With n records ever appended, as a removed one leaves its place behind until the last one goes,
+// an operation takes O(log n), and where ids are looked up as many comparisons of them. But the
+// first removal takes O(n), as an append may that makes the list move; `InOrder` and the first
+// `Find` in a version, which makes all ids, take O(n log n).
 template <class Day>
 class DataList {
  public:
@@ -42,6 +42,7 @@ class DataList {
   void Remove(std::uint32_t index) {
     RemoveId(ranks.SlotAt(index));
     ranks.Remove(index);
+    if (Count() == 0) *this = DataList();
   }
 
   // Index of the first record that has this id text in that version.

@@ -21,6 +21,7 @@ void ItemList::Remove(std::size_t rank) {
   RemoveFromIndexes(slot);
   ranks.Remove(rank);
   items[slot].reset();
+  if (Count() == 0) Clear();
 }
 
 void ItemList::Clear() {

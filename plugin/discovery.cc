@@ -83,10 +83,15 @@ pw::ProcessWide<PWString> displayName;
 
 }  // namespace
 
-std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
-  const Edition* edition = code == product::kUnknown ? nullptr : FindEdition(code);
+std::optional<std::uint32_t> MainKeyOf(std::int32_t code) {
+  const Edition* edition = FindEdition(code);
   if (edition == nullptr) return std::nullopt;
   return edition->mainKey;
+}
+
+std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
+  if (code == product::kUnknown) return std::nullopt;
+  return MainKeyOf(code);
 }
 
 std::int32_t WMSourceManager::GetProduct() {

@@ -18,7 +18,11 @@ inline constexpr std::int32_t kWingmate99 = 3;
 
 }  // namespace product
 
-// The number of the text that is the main key of an edition; nothing for one that isn't known.
+// The number of the text that is the main key of an edition, which is the desktop's as long as the
+// edition isn't known; nothing for a code that no edition has.
+std::optional<std::uint32_t> MainKeyOf(std::int32_t code);
+
+// The same, but nothing for an edition that isn't known.
 std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code);
 
 // Whether the organiser writes the files of data version 50. Asked of the registry at each call,

@@ -162,7 +162,7 @@ bool SpecialDayToEvent(const WMSpecialDay& day, PWEventRecord& event) {
   const PWDateTimeStamp date = DateInYear(day, isEveryYear ? kFirstYear : day.year);
   event.StartDate(date);
   event.EndDate(date);
-  event.Subject(std::string(datafile::SubjectText(day.subject)).c_str());
+  event.Subject(std::string(datafile::WholeSubjectText(day.subject)).c_str());
   event.Alarm(day.alarm != 0);
   event.AlarmAdvance(day.alarmDays * kMinutesPerDay);
   event.AllDay(true);

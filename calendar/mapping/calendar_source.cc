@@ -23,11 +23,11 @@ constexpr std::int32_t kVersion50 = 50;
 pw::ProcessWide<PWString> recordId;
 pw::ProcessWide<PWDateTimeStamp> recordTimeStamp;
 
-// An edition that isn't known leaves the key of the one before.
+// A code that no edition has leaves the key of the one before.
 void ChooseCalendarKey(PWSourceManager* manager) {
   auto* organiser = dynamic_cast<WMSourceManager*>(manager);
   if (organiser == nullptr) return;
-  if (const auto key = MainKeyOfKnown(organiser->GetProduct())) {
+  if (const auto key = MainKeyOf(organiser->GetProduct())) {
     CalendarKeyPath() = LoadString(*key).Str();
   }
 }

@@ -19,7 +19,7 @@ namespace {
 // As many items as a quarter of an hour has room for beside one more.
 constexpr std::size_t kMostOverlapping = 2;
 
-bool IsYearlyWithoutEnd(const PWEventRecord& event) {
+bool IsAllDayWithoutEnd(const PWEventRecord& event) {
   const PWRecurrancePattern* pattern = event.RecurrancePattern();
   return pattern != nullptr && event.AllDay() && pattern->NeverEnds();
 }
@@ -76,7 +76,7 @@ std::int32_t AddSingleDate(WMCalendarStore& store, PWEventRecord& event) {
 
 // The first form that the event fits. A timed event of no length fits none.
 std::int32_t AddByShape(WMCalendarStore& store, PWEventRecord& event, std::string& message) {
-  if (IsYearlyWithoutEnd(event)) return AddYearly(store, event);
+  if (IsAllDayWithoutEnd(event)) return AddYearly(store, event);
   if (event.Recurring()) {
     AddSeries(store, event, message);
     return 0;
@@ -93,7 +93,8 @@ void ReplaceSeries(WMCalendarStore& store, std::size_t index, PWEventRecord& eve
                    std::string& message) {
   const std::int32_t key = store.recurring.Key(index);
   RemoveRecurringItem(store, index);
-  AddRecurringEvent(store, event, key, message);
+  // No item takes the key 0, by which one of a damaged file couldn't find its occurrences again.
+  AddRecurringEvent(store, event, key == 0 ? NewSeriesKey() : key, message);
   store.RecountSections();
   store.currentRecord = store.recordEnd - 1;
 }
@@ -103,7 +104,7 @@ bool UpdateInPlace(WMCalendarStore& store, std::uint32_t index, PWEventRecord& e
                    std::string& message) {
   if (index >= store.recordEnd) return false;
   if (index >= store.eventEnd) {
-    if (!event.Recurring() || IsYearlyWithoutEnd(event)) return false;
+    if (!event.Recurring() || IsAllDayWithoutEnd(event)) return false;
     ReplaceSeries(store, index - store.eventEnd, event, message);
     return true;
   }
@@ -153,6 +154,7 @@ std::int32_t DeleteByIndex(WMCalendarStore& store, std::uint32_t index) {
 std::int32_t ReadByIndex(const WMCalendarStore& store, std::uint32_t index, PWRecord* record,
                          std::string& message) {
   if (index >= store.recordEnd) return 1;
+  *record = PWRecord();
   PWEventRecord event(record);
   if (index >= store.eventEnd) {
     const WMRecurringItem& item = store.recurring.Item(index - store.eventEnd);

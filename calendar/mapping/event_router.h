@@ -12,8 +12,8 @@ class WMCalendarStore;
 // Every change works the bounds out again, and leaves the index of what was added or changed in the
 // store's `currentRecord`.
 
-// 0, also for an event of no length, which isn't stored; 1 if a yearly all-day event has no end, or
-// more than two others take place at its time, and nothing was added.
+// 0, also for an event of no length, which isn't stored; 1, and nothing was added, if more than two
+// others take place at its time, or an all-day series without an end isn't yearly.
 std::int32_t AddEvent(WMCalendarStore& store, PWRecord& record, std::string& message);
 
 // Changes the record of that index, or, where it goes to another list now, removes it and adds the
@@ -24,7 +24,7 @@ std::int32_t UpdateEvent(WMCalendarStore& store, std::uint32_t index, PWRecord& 
 // 0, or 1 for an index that is no record. A series goes with all its occurrences.
 std::int32_t DeleteByIndex(WMCalendarStore& store, std::uint32_t index);
 
-// Fills a fresh record. 0, or 1 for an index that is no record, or one that the engine has no words
+// Replaces the record. 0, or 1 for an index that is no record, or one that the engine has no words
 // for.
 std::int32_t ReadByIndex(const WMCalendarStore& store, std::uint32_t index, PWRecord* record,
                          std::string& message);

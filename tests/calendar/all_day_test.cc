@@ -140,6 +140,50 @@ TEST_F(AllDayTest, AnUpdateKeepsTheKeyAndAnAlarmThatItHasNotGot) {
   EXPECT_EQ(Day().alarmDays, 1);
 }
 
+// As only the organiser makes them.
+TEST_F(AllDayTest, DaysThatTheEngineCannotSayAreReadAsDates) {
+  const struct {
+    const char* what;
+    WMSpecialDay day;
+    const char* start;
+  } cases[] = {
+      {"the 4th Thursday of one year", {0, 0, 0, 0, 99, 10, 0, 4, 4}, "1999-11-25 00:00"},
+      {"its last Thursday", {0, 0, 0, 0, 99, 10, 0, 5, 4}, "1999-11-25 00:00"},
+      {"a thirteenth month", {0, 0, 0, 1, 99, 12, 3, 1, 0}, "2000-01-03 00:00"},
+      {"that of every year", {0, 0, 0, 1, 0, 12, 3, 1, 0}, "1981-01-03 00:00"},
+      {"a last weekday in it", {0, 0, 0, 0, 99, 12, 0, 5, 1}, "2000-01-24 00:00"},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.what);
+    WMSpecialDay day = each.day;
+    day.subject.fill('x');
+    store->data.AddSpecialDay(day);
+    store->RecountSections();
+    PWRecord read;
+    ASSERT_EQ(Read(0, read), 0);
+    const PWEventRecord event(&read);
+    EXPECT_EQ(Shown(event.StartDate()), each.start);
+    EXPECT_EQ(event.Recurring(), day.year == 0);
+    EXPECT_EQ(event.Subject().Str(), std::string(49, 'x')) << "the whole field";
+    DeleteByIndex(*store, 0);
+  }
+}
+
+TEST_F(AllDayTest, AnUpdateOfASpanKeepsAllButItsDatesAndItsText) {
+  WMMultiDay span{1, 2, 880000000, 926000000, 927000000, 7, 9};
+  span.subject.fill('x');
+  store->data.AddMultiDay(span);
+  store->RecountSections();
+  PWRecord read;
+  ASSERT_EQ(Read(0, read), 0);
+  EXPECT_EQ(PWEventRecord(&read).Subject().Str(), std::string(48, 'x'));
+  ASSERT_EQ(Update(0, DatesRecord("E", Date(1999, 5, 18), Date(1999, 5, 24))), 0);
+  span.start = PlainSeconds(1999, 5, 18, 5, 0, 0);
+  span.end = PlainSeconds(1999, 5, 24, 5, 0, 0);
+  span.subject = {'E'};
+  EXPECT_EQ(*store->data.MultiDay(0), span);
+}
+
 TEST_F(AllDayTest, ADayOfNoYearOrMonthIsNotReadAndStays) {
   const struct {
     std::uint8_t year;

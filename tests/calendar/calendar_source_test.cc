@@ -24,6 +24,7 @@ class CalendarSourceTest : public SourceTest {
   CalendarSourceTest() : SourceTest("calendar", 3) {
     platform.files.PutFolder("C:\\Data");
     platform.clock.now = PlainSeconds(1999, 5, 5, 12, 0, 0);
+    platform.clock.localOffset = kHour;
     platform.registry.Set("SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main", "Version",
                           NumberValue(50));
     PutZoneFiles(platform, SomeCities(), "Lima");
@@ -114,6 +115,8 @@ TEST_F(CalendarSourceTest, TheEditionChoosesTheKeyOfTheCalendar) {
       {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Main"},
       {2, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main"},
       {3, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main"},
+      {1, "SOFTWARE\\Gullwing\\Wingmate 98\\Version 1\\Main"},
+      {0xFFFFFFFF, "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main"},
   };
   const auto keyOf = [&](std::uint32_t product) {
     platform.registry.Set("SOFTWARE\\Main", "PRODUCT", NumberValue(product));
@@ -198,7 +201,10 @@ TEST_F(CalendarSourceTest, WarningsStandInTheLog) {
   EXPECT_EQ(source->AddRecord(record), 1);
   EXPECT_EQ(log->lines.size(), 1U) << "a fourth is refused, and no word is said of its notes";
   // An update that removes its event and finds no room for it is no failure to the engine.
+  log->lines.clear();
   EXPECT_EQ(Add(TwoDays("m")), 0);
+  ASSERT_EQ(log->lines.size(), 1U) << "one that has no notes isn't told of another's";
+  EXPECT_EQ(log->lines[0].substr(0, 17), "9 PWDesktop-W2016");
   log->lines.clear();
   EXPECT_EQ(source->UpdateRecord(record), 0);
   EXPECT_EQ(log->lines.size(), 2U);
@@ -247,7 +253,12 @@ class CalendarRecordsTest : public CalendarSourceTest {
     RecurringFileBytes recurring;
     SeriesBytes series;
     series.key = -5;
-    series.exceptions = {{1, 2, 1, 888829200 + 900, 0}};  // 2 March 1998, 9:15
+    series.weekMask = 2;
+    series.weekdayMask = 4;
+    series.reserved3 = 0x8001;
+    series.dayMask = 0x80000000;
+    series.exceptions = {{1, 2, 1, 888829200 + kSecondsPerDay + 900, 0},
+                         {1, 3, 1, 888829200 + 900, 0}};  // 3 and 2 March 1998, 9:15
     recurring.records = {series.Build50()};
     platform.files.Put(kRecurringPath, recurring.Build());
     EventFileBytes events;
@@ -260,11 +271,14 @@ class CalendarRecordsTest : public CalendarSourceTest {
     const auto key = [&](std::int64_t created) {
       return data50 ? DayKey(created, 0xFFFFFFFF, 880000000) : std::string();
     };
-    const std::string day = DateFields(99, 3, 6) + DayText("a:b");
+    // An alarm of so many days, and the spare byte.
+    const auto day = [](char alarmDays) {
+      return DateFields(99, 3, 6).replace(8, 2, {alarmDays, 1}) + DayText("a:b");
+    };
     DataFileBytes data;
     if (!data50) data.magic = "XQXDATA35";
     data.offsetsBy71 = data50;
-    data.sections = {{kSpecialDays, {key(10) + day, key(11) + day}},
+    data.sections = {{kSpecialDays, {key(10) + day(2), key(11) + day(3)}},
                      {kMultiDays, {key(12) + SpanFields(926000000, 927000000) + DayText("m+1:2")}}};
     platform.files.Put(kDataPath, data.Build());
   }
@@ -292,7 +306,7 @@ TEST_F(CalendarRecordsTest, IdsAndStampsOfVersion50) {
     EXPECT_EQ(CrcOf(id), 0U) << id;
     EXPECT_EQ(Id(), id);
     EXPECT_EQ(Stamp(),
-              id.find("Day:") == std::string::npos ? "1998-03-15 22:13" : "1997-11-20 04:26")
+              id.find("Day:") == std::string::npos ? "1998-03-15 23:13" : "1997-11-20 05:26")
         << id;
   }
   for (const char* id : {"specialday:10+-1", "SpecialDay:10", "Other:10+-1", "", "-3",
@@ -313,16 +327,16 @@ TEST_F(CalendarRecordsTest, IdsStampsAndCrcsOfOlderFiles) {
   EXPECT_EQ(ids[0], span);
   EXPECT_EQ(ids[1], day);
   EXPECT_EQ(ids[2], day) << "two of one id";
-  EXPECT_EQ(source->FindRecord(day.c_str()), 0);
+  EXPECT_EQ(CrcOf(day), Chain({"a:b", "100885249", "1", "258"})) << "the first of them";
   EXPECT_EQ(source->DeleteRecord(), 0);
-  EXPECT_EQ(CrcOf(day), Chain({"a:b", "100885249", "1", "0"}));
+  EXPECT_EQ(CrcOf(day), Chain({"a:b", "100885249", "1", "259"}));
   EXPECT_EQ(CrcOf(span), Chain({"m+1:2", "926000000", "927000000"}));
   EXPECT_EQ(CrcOf("-3+4"), 0U);
-  // Its deleted date is taken at ten in the morning.
-  EXPECT_EQ(CrcOf("Recurring:-5"),
-            Chain({"subject", "notes", "888829200", "888915600", "65540", "0", "0", "888850800"}));
+  // Its deleted dates are taken at ten in the morning.
+  EXPECT_EQ(CrcOf("Recurring:-5"), Chain({"subject", "notes", "888829200", "888915600", "65540",
+                                          "-2147483648", "-2147417086", "888850800", "888937200"}));
   EXPECT_EQ(source->FindRecord(span.c_str()), 0);
-  EXPECT_EQ(Stamp(), Shown(UtcStamp(PlainSeconds(1999, 5, 5, 12, 0, 0)))) << "that of the file";
+  EXPECT_EQ(Stamp(), Shown(UtcStamp(PlainSeconds(1999, 5, 5, 13, 0, 0)))) << "that of the file";
 }
 
 TEST_F(CalendarRecordsTest, TheDataFileTellsTheVersionOfItsOwnIds) {

@@ -82,8 +82,9 @@ TEST_F(ChangedOccurrenceTest, TakesTheTextsThatItSaysAndLeavesTheOthers) {
 }
 
 TEST_F(ChangedOccurrenceTest, IsReadWithItsChangesOnceTheFileWasOpenedAgain) {
-  PWRecurranceException& moved = Move(7, 0x02);
+  PWRecurranceException& moved = Move(7, 0x03);
   moved.Subject = "its own";
+  moved.AlarmAdvance.value = 61;
   Except(9, 0x10);
   Except(6, 0x10);  // the first date, which still begins the series
   Add(record);
@@ -99,7 +100,8 @@ TEST_F(ChangedOccurrenceTest, IsReadWithItsChangesOnceTheFileWasOpenedAgain) {
   EXPECT_EQ(PWEventRecord(&read).StartDate(), UtcStamp(kMay6));
   const PWRecurranceException& changed = *exceptions.At(0);
   EXPECT_EQ(changed.Date, PWDateTimeStamp(1999, 5, 7, 0, 0, 0));
-  EXPECT_EQ(changed.Changes.bits, 0x0EU) << "all is told as changed";
+  EXPECT_EQ(changed.Changes.bits, 0x0FU) << "all is told as changed";
+  EXPECT_EQ(changed.AlarmAdvance.value, 61);
   EXPECT_EQ(changed.Subject.Str(), "its own");
   EXPECT_EQ(changed.Notes.Str(), "notes");
   EXPECT_EQ(changed.Location.Str(), "Hall");

@@ -4,8 +4,9 @@
 #include <string>
 
 #include "framework/event_record.h"
-#include "tests/calendar/calendar_fixture.h"
+#include "tests/calendar/mapping_fixture.h"
 #include "tests/support/test_log.h"
+#include "timeplace/engine_zone.h"
 
 namespace pw::test {
 namespace {
@@ -164,6 +165,65 @@ TEST_F(EventGateTest, RulesInTheirOrder) {
          e.AllDay(true);
          Recurs(e, kRecurranceYearlyByDate, 2005);
        }},
+      {"an all-day series of days without end",
+       false,
+       {kRefusedSeries},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999, 6);
+         e.AllDay(true);
+         Recurs(e, kRecurranceYearlyByDate, 0);
+       }},
+      {"an all-day series of days, not yearly",
+       false,
+       {kRefusedSeries, kRefusedSeries},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999, 6);
+         e.AllDay(true);
+         Recurs(e, kRecurranceWeekly, 2005);
+       }},
+      {"a weekly all-day series with an exception",
+       false,
+       {kChanged, kRefusedSeries},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999);
+         e.AllDay(true);
+         PWRecurranceException* exception = Exception(false, 0);
+         exception->Changes.Bit(PWRecurranceException::kSubjectChanged, true);
+         exception->Subject = "own";
+         Recurs(e, kRecurranceWeekly, 0).AddException(exception);
+       }},
+      {"an all-day series whose exception ends all",
+       false,
+       {kChanged},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999);
+         e.AllDay(true);
+         Recurs(e, kRecurranceWeekly, 2005).AddException(Exception(false, 1));
+       }},
+      {"a moved series of days, whose exceptions don't count",
+       true,
+       {kRefusedSeries, kMovedUp},
+       [](PWEventRecord& e) {
+         Lasts(e, 1979, 1979, 6);
+         Recurs(e, kRecurranceDaily, 1981).AddException(Exception(false, 1));
+       }},
+      {"an hour of one day there, and of two at home",
+       false,
+       {kRefusedSeries},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999);
+         e.StartDate(PWDateTimeStamp(1999, 5, 6, 4, 30, 0));
+         e.EndDate(PWDateTimeStamp(1999, 5, 6, 5, 30, 0));
+         Recurs(e, kRecurranceDaily, 2000).TimeZone =
+             PWTimeZone(EngineZoneOf(CityNamed("Sydney"), 1999));
+       }},
+      {"a deletion over two days",
+       false,
+       {kChanged},
+       [](PWEventRecord& e) {
+         Lasts(e, 1999, 1999);
+         Recurs(e, kRecurranceDaily, 2000).AddException(Exception(true, 1));
+       }},
       {"a birthday with an exception",
        false,
        {kChanged},
@@ -222,21 +282,33 @@ TEST_F(EventGateTest, AnAlarmIsLimitedInTheRecord) {
   }
 }
 
+TEST_F(EventGateTest, AnAlarmIsLimitedWhateverComesOfTheEvent) {
+  PWRecord record;
+  PWEventRecord event(&record);
+  Lasts(event, 1979, 1979);
+  event.AlarmAdvance(1440);
+  EXPECT_FALSE(CheckEventStorable(record, &log));
+  ASSERT_EQ(log.lines.size(), 2U);
+  EXPECT_EQ(log.lines[0].substr(0, 17), "9 PWDesktop-W2015");
+  EXPECT_EQ(log.lines[1], kTooEarly);
+  EXPECT_EQ(event.AlarmAdvance(), 1439);
+}
+
 TEST_F(EventGateTest, OlderFilesHoldDeletedOccurrencesOnly) {
   OrganiserVersion() = 40;
   for (const bool deleted : {true, false}) {
     PWRecord record;
     PWEventRecord event(&record);
     Lasts(event, 1999, 1999);
-    PWRecurranceException* exception = Exception(deleted, 0);
+    PWRecurranceException* exception = Exception(deleted, deleted ? 1 : 0);
     exception->Changes.Bit(PWRecurranceException::kSubjectChanged, true);
-    exception->Subject = "own";
+    exception->Subject = "100%s";
     Recurs(event, kRecurranceDaily, 2000).AddException(exception);
     log.lines.clear();
     EXPECT_EQ(CheckEventStorable(record, &log), deleted);
     if (deleted) continue;
     ASSERT_EQ(log.lines.size(), 1U);
-    EXPECT_NE(log.lines[0].find("The event 'own' has"), std::string::npos);
+    EXPECT_NE(log.lines[0].find("The event '100%s' has"), std::string::npos);
   }
 }
 

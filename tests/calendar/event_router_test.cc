@@ -97,6 +97,8 @@ TEST_F(EventRouterTest, AFourthEventAtOneTimeIsRefused) {
   EXPECT_EQ(Update(0, Plain("a too", kNine, kNine + 2 * kHour)), 0);
   EXPECT_EQ(message, "") << "a change in place isn't looked at";
   EXPECT_EQ(Add(Plain("e", kNine + 90 * kMinute, kNine + 2 * kHour)), 0);
+  EXPECT_EQ(Add(Plain("f", kNine + 95 * kMinute, kNine + 2 * kHour)), 1)
+      << "it counts at its new time";
 }
 
 TEST_F(EventRouterTest, AnUpdateGoesWhereTheEventBelongs) {
@@ -187,9 +189,13 @@ TEST_F(EventRouterTest, PlacesOfNewEventsAreRememberedOnce) {
   EXPECT_EQ(places.find("elsewhere"), std::string::npos) << "a change doesn't add one";
 }
 
-TEST_F(EventRouterTest, BehindTheEndThereIsNothing) {
+TEST_F(EventRouterTest, AReadReplacesTheRecordAndBehindTheEndThereIsNothing) {
   AddOfEach();
   PWRecord record;
+  for (std::uint32_t index = 0; index < 5; ++index) ReadByIndex(*store, index, &record, message);
+  ASSERT_EQ(ReadByIndex(*store, 3, &record, message), 0);
+  const PWEventRecord plain(&record);
+  EXPECT_FALSE(plain.AllDay() || plain.Recurring()) << "nothing is left of the records before";
   for (const std::uint32_t index : {5U, 0xFFFFFFFFU}) {
     EXPECT_EQ(DeleteByIndex(*store, index), 1);
     EXPECT_EQ(Read(index, record), 1);

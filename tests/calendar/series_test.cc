@@ -187,6 +187,41 @@ TEST_F(SeriesTest, OneWithoutEndThatBeganInAnEarlierYearBeginsInThisOne) {
   }
 }
 
+// Which year this is the clocks of the series tell.
+TEST_F(SeriesTest, OneWithoutEndIsOfTheYearThatItsZoneHas) {
+  platform.clock.now = PlainSeconds(2000, 1, 1, 3, 0, 0);
+  for (const auto& [name, year] : {std::pair("Lima", "1999"), {"Sydney", "2000"}}) {
+    DeleteByIndex(*store, 0);
+    ASSERT_EQ(Add(SeriesIn(CityNamed(name), kPatterns[4], false)), 0);
+    EXPECT_EQ(ShownIn(CityNamed(name), store->recurring.Item(0).rule.firstDay).substr(0, 4), year);
+  }
+}
+
+// The organiser has it so.
+TEST_F(SeriesTest, ALeapDayBroughtForwardIsThe29thOfMarch) {
+  PWRecord record =
+      EventRecord("E", PlainSeconds(1996, 2, 29, 14, 30, 0), PlainSeconds(1996, 2, 29, 15, 0, 0));
+  *Recur(record, kRecurranceYearlyByDate).YearlyByDate() = {1, 28};
+  ASSERT_EQ(Add(record), 0);
+  EXPECT_EQ(ShownIn(CityNamed("Lima"), store->recurring.Item(0).rule.firstDay), "1999-03-01 09:30");
+  EXPECT_EQ(ShownIn(CityNamed("Lima"), store->occurrenceItems.Item(0).Start()), "1999-03-29 09:30");
+}
+
+// Within a day at home, as it must be, but over midnight by the clocks of the series.
+TEST_F(SeriesTest, OneOverMidnightEndsOnTheDateOfItsStart) {
+  const std::int32_t start = PlainSeconds(1999, 5, 6, 13, 30, 0);
+  PWRecord record = Daily("E", start, start + 3600, PWDateTimeStamp(1999, 5, 8, 0, 0, 0));
+  PWEventRecord(&record).RecurrancePattern()->TimeZone =
+      PWTimeZone(EngineZoneOf(CityNamed("Sydney"), 1999));
+  ASSERT_EQ(Add(record), 0);
+  const WMEventItem& item = store->occurrenceItems.Item(0);
+  EXPECT_EQ(item.End() - item.Start(), -23 * 3600);
+  PWRecord read;
+  ASSERT_EQ(Read(0, read), 0);
+  EXPECT_EQ(PWEventRecord(&read).StartDate(), UtcStamp(start));
+  EXPECT_EQ(PWEventRecord(&read).EndDate(), UtcStamp(start + 1));
+}
+
 // The organiser's range ends a minute behind an occurrence, but not behind one that ends at :59.
 TEST_F(SeriesTest, TimesOfTheRange) {
   const std::int32_t start = PlainSeconds(1999, 5, 6, 14, 20, 0);  // 9:20 in Lima
@@ -229,6 +264,10 @@ TEST_F(SeriesTest, APatternOfNoTypeIsNotStored) {
   EXPECT_EQ(store->recordEnd, 0U);
   EXPECT_EQ(store->currentRecord, 17U);
   EXPECT_EQ(WorkingZoneId(), HomeZoneId());
+  Add(SeriesIn(CityNamed("Lima"), kPatterns[0], true));
+  EXPECT_EQ(Update(0, record), 0);
+  EXPECT_EQ(store->RecordCount(), 0U) << "an update has removed the old one by then";
+  EXPECT_EQ(store->occurrenceItems.Count(), 0U);
 }
 
 // What the engine can't say, or says in another way.
@@ -259,14 +298,20 @@ TEST_F(SeriesTest, RulesThatNoPatternSays) {
     auto item = std::make_unique<WMRecurringItem>();
     item->rule = each.rule;
     item->detail.SetSubject("E");
+    item->zone = CityNamed("Sydney").zone;
+    item->detail.SetAlarmHours(1);
+    item->detail.SetAlarmMinutes(15);
     const auto index = static_cast<std::uint32_t>(store->recurring.Append(std::move(item)));
     store->RecountSections();
     PWRecord record;
     EXPECT_EQ(Read(index, record), each.result);
     EXPECT_EQ(message, each.message);
+    EXPECT_EQ(WorkingZoneId(), CityNamed("Lima").zone);
     if (each.result != 0) continue;
     const PWEventRecord event(&record);
     EXPECT_EQ(event.RecurrancePattern()->Type, each.type);
+    EXPECT_FALSE(event.Alarm());
+    EXPECT_EQ(event.AlarmAdvance(), 75) << "of an alarm that is off";
     const bool hasDates = !store->recurring.Item(index).Occurrences().empty();
     EXPECT_EQ(event.StartDate() == PWDateTimeStamp(), !hasDates);
   }
@@ -314,6 +359,17 @@ TEST_F(SeriesTest, AnUpdateKeepsTheKeyAndReplacesAllElse) {
   EXPECT_EQ(store->recurring.Item(1).detail.subject, "third");
   EXPECT_EQ(store->occurrenceItems.Count(), 4U + 2U);
   EXPECT_EQ(store->occurrenceItems.WithCreated(key).size(), 2U);
+}
+
+// As a damaged file may have it.
+TEST_F(SeriesTest, OneOfTheKey0GetsAKeyWithAnUpdate) {
+  store->recurring.Append(std::make_unique<WMRecurringItem>());
+  store->RecountSections();
+  ASSERT_EQ(Update(0, SeriesIn(CityNamed("Lima"), kPatterns[0], true)), 0);
+  EXPECT_NE(store->recurring.Key(0), 0);
+  EXPECT_GT(store->occurrenceItems.Count(), 0U);
+  DeleteByIndex(*store, 0);
+  EXPECT_EQ(store->occurrenceItems.Count(), 0U);
 }
 
 TEST_F(SeriesTest, ADeletedOneLeavesNothingBehind) {
