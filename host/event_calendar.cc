@@ -1,6 +1,7 @@
 #include "host/event_calendar.h"
 
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -29,9 +30,9 @@ class CalendarMaker {
       : cities(cities), clock(clock), now(UtcStamp(clock, clock.Now())) {}
 
   void Add(const CategoryRecords& category) {
-    const auto location = Utf8ToCodePage(category.location);
-    stored =
-        location ? ReadStoredOccurrences(*location + std::string(kEventFile)) : StoredOccurrences();
+    const std::string location = Utf8ToCodePageLossy(category.location);
+    haveKeys = HaveSeriesKeys(location + std::string(kRecurringFile));
+    stored = ReadStoredOccurrences(location + std::string(kEventFile));
     std::unordered_map<std::string, std::size_t> seen;
     for (const TypedRecord& each : category.records) {
       PWRecord copy = each.record;
@@ -86,12 +87,16 @@ class CalendarMaker {
   void AddSeries(Event series, const PWEventRecord& record, const std::string& id) {
     SeriesClock its;
     its.city = cities.Fitting(record.RecurrancePattern()->TimeZone);
-    if (its.city != nullptr && !CanBeTold(*its.city)) its.city = nullptr;
-    if (its.city != nullptr) its.name = zones.NameOf(*its.city);
-    const std::int32_t key = ParseLong(std::string_view(id).substr(kSeriesId.size()));
-    for (const Event& event : EventsOfSeries(std::move(series), record, stored[key], its)) {
+    if (its.city != nullptr && CanBeTold(*its.city)) its.name = zones.NameOf(*its.city);
+    for (const Event& event : EventsOfSeries(std::move(series), record, OccurrencesOf(id), its)) {
       AppendVEvent(events, event, now);
     }
+  }
+
+  // Nothing where the file doesn't tell.
+  std::optional<std::vector<Occurrence>> OccurrencesOf(const std::string& id) {
+    if (!haveKeys) return std::nullopt;
+    return stored[ParseLong(std::string_view(id).substr(kSeriesId.size()))];
   }
 
   const CityClocks& cities;
@@ -99,6 +104,7 @@ class CalendarMaker {
   std::string now;
   CalendarZones zones;
   StoredOccurrences stored;  // of the category
+  bool haveKeys = false;     // whether its series can be found there
   std::string events;
   std::size_t undated = 0;
 };

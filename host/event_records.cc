@@ -112,7 +112,8 @@ Event EventTextsOf(const PWEventRecord& record) {
   event.notes = Utf8(record.Notes());
   event.location = Utf8(record.Location());
   if (record.Alarm()) event.alarmLead = record.AlarmAdvance();
-  event.access = AccessOf(record.Sensitivity());
+  // The organiser keeps it for plain events alone.
+  if (!record.AllDay() && !record.Recurring()) event.access = AccessOf(record.Sensitivity());
   return event;
 }
 

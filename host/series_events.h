@@ -2,20 +2,25 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "framework/event_record.h"
 #include "host/formats/vevent.h"
+#include "host/stored_occurrences.h"
 #include "timeplace/city_format.h"
 
 namespace pw {
 
-// The clocks that a series goes by: those of a city, under the name that it has in the file, or UTC
-// for null.
+// The clocks that a series goes by: those of a city, or UTC for null; and the name under which they
+// stand in the file, without which all its times are UTC there.
 struct SeriesClock {
   const WMCityRecord* city = nullptr;
   std::string name;
+
+  // Whether the file goes by the same clocks.
+  bool IsTold() const { return city == nullptr || !name.empty(); }
 
   CalendarTime At(std::int32_t utc) const;
 };
@@ -28,10 +33,10 @@ std::chrono::sys_days DateOf(const PWDateTimeStamp& stamp);
 void SetYearly(Event& event, const PWEventRecord& record);
 
 // The series, and behind it those of its occurrences that are otherwise. `series` has its texts and
-// its UID; `stored` are the starts of the occurrences that are as it says, ascending. The record
-// has dates.
+// its UID; `stored` are the occurrences that are as it says, ascending, or nothing where they are
+// those of the pattern without its exceptions. The record has dates.
 std::vector<Event> EventsOfSeries(Event series, const PWEventRecord& record,
-                                  const std::vector<std::int32_t>& stored,
+                                  const std::optional<std::vector<Occurrence>>& stored,
                                   const SeriesClock& clock);
 
 }  // namespace pw

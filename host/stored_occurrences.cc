@@ -4,14 +4,15 @@
 #include <utility>
 
 #include "calendar/event_days.h"
+#include "calendar/recurring_format.h"
 #include "host/location_file.h"
 
 namespace pw {
 namespace {
 
-struct Occurrence {
+struct KeyedOccurrence {
   std::int32_t key;
-  std::int32_t start;
+  Occurrence occurrence;
 };
 
 }  // namespace
@@ -20,24 +21,31 @@ StoredOccurrences ReadStoredOccurrences(const std::string& eventFile) {
   const auto bytes = ReadLocation(eventFile, events::kLargestFile);
   if (!bytes) return {};
   StoredOccurrences stored;
-  std::vector<Occurrence> ofDay;
+  std::vector<KeyedOccurrence> ofDay;
   const auto take = [&](ByteReader& in) {
     WMEventHeader header;
     WMEventDetail detail;
     auto damage = events::DecodeItem(in, header, detail);
     const bool isUnchanged =
         detail.IsOccurrence() && (header.flags & events::kChangedOccurrence) == 0;
-    if (isUnchanged) ofDay.push_back({header.created, header.start});
+    if (isUnchanged) ofDay.push_back({header.created, {header.start, header.end}});
     return damage;
   };
   events::ReadDays(*bytes, take, [&](bool counts) {
-    for (const Occurrence& each : ofDay) {
-      if (counts) stored[each.key].push_back(each.start);
+    for (const KeyedOccurrence& each : ofDay) {
+      if (counts) stored[each.key].push_back(each.occurrence);
     }
     ofDay.clear();
   });
-  for (auto& [key, starts] : stored) std::sort(starts.begin(), starts.end());
+  for (auto& [key, occurrences] : stored) std::sort(occurrences.begin(), occurrences.end());
   return stored;
+}
+
+bool HaveSeriesKeys(const std::string& recurringFile) {
+  const auto bytes = ReadLocation(recurringFile, recurring::kLargestFile);
+  if (!bytes || bytes->size() < recurring::kHeaderSize) return false;
+  ByteReader in(*bytes);
+  return recurring::VersionOf(recurring::DecodeHeader(in)) == recurring::FormatVersion::k50;
 }
 
 }  // namespace pw

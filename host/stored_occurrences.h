@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -7,10 +8,20 @@
 
 namespace pw {
 
-// When the occurrences of each series take place that are as their series has them, as the event
-// file at that location has them: by the series' key the moments, ascending. Empty for a file that
-// can't be read.
-using StoredOccurrences = std::map<std::int32_t, std::vector<std::int32_t>>;
+struct Occurrence {
+  std::int32_t start = 0;  // seconds since 1970 UTC
+  std::int32_t end = 0;    // which may be before the start
+
+  friend auto operator<=>(const Occurrence&, const Occurrence&) = default;
+};
+
+// The occurrences of each series that are as their series has them, as the event file at that
+// location has them: by the series' key, ascending. Empty for a file that can't be read.
+using StoredOccurrences = std::map<std::int32_t, std::vector<Occurrence>>;
 StoredOccurrences ReadStoredOccurrences(const std::string& eventFile);
+
+// Whether the series in the recurring file at that location have keys. Those of the older version
+// have none, and are linked with their occurrences by the module at each open.
+bool HaveSeriesKeys(const std::string& recurringFile);
 
 }  // namespace pw

@@ -4,10 +4,12 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <variant>
 #include <vector>
 
 #include "calendar/data_format.h"
+#include "calendar/event_days.h"
 #include "calendar/event_format.h"
 #include "calendar/recurring_format.h"
 #include "host/counted.h"
@@ -213,6 +215,33 @@ FileCheck CheckSeries(std::string_view bytes) {
   check.holds = Counted(frame.records.size(), "series", "series") + " of version " +
                 std::to_string(static_cast<int>(frame.version));
   return check;
+}
+
+void CheckOccurrences(std::string_view eventBytes, std::string_view seriesBytes, FileCheck& check) {
+  const recurring::Frame frame = recurring::ReadFrame(seriesBytes);
+  if (frame.hasHeader && frame.version != recurring::FormatVersion::k50) return;
+  std::unordered_set<std::int32_t> keys;
+  for (const recurring::StoredRecord& stored : frame.records) {
+    keys.insert(recurring::DecodeRecord(frame.version, stored.bytes).record.key);
+  }
+  std::size_t stray = 0;
+  std::size_t ofDay = 0;
+  const auto take = [&](ByteReader& in) {
+    Item item;
+    auto damage = events::DecodeItem(in, item.header, item.detail);
+    const bool isOccurrence =
+        item.detail.IsOccurrence() || (item.header.flags & events::kChangedOccurrence) != 0;
+    if (isOccurrence && keys.count(item.header.created) == 0) ++ofDay;
+    return damage;
+  };
+  events::ReadDays(eventBytes, take, [&](bool counts) {
+    if (counts) stray += ofDay;
+    ofDay = 0;
+  });
+  if (stray == 0) return;
+  check.Add(std::nullopt, Counted(stray, "occurrence is", "occurrences are") +
+                              " of a series that isn't there; the organiser shows them, and "
+                              "nobody else gets them");
 }
 
 FileCheck CheckTemplate(std::string_view bytes) {

@@ -82,18 +82,39 @@ bool IsBesideVersion50(const std::string& name, const std::vector<CalendarStem>&
   });
 }
 
+CheckedFile* FindFile(std::vector<CheckedFile>& files, const std::string& name) {
+  const auto found = std::find_if(files.begin(), files.end(),
+                                  [&](const CheckedFile& file) { return file.name == name; });
+  return found == files.end() ? nullptr : &*found;
+}
+
 // What the module will overwrite, as it reads nothing of a calendar without an event file.
 void TellOverwritten(const CalendarStem& stem, std::vector<CheckedFile>& files) {
   for (const std::string_view fixed : {kDataFile, kRecurringFile}) {
     const auto name = stem.files.find(std::string(fixed));
     if (name == stem.files.end()) continue;
-    for (CheckedFile& file : files) {
-      if (file.name != name->second) continue;
-      for (Finding& finding : file.check.findings) finding.lost = 0;  // it is among all of them
-      file.check.Add(std::nullopt, "there is no event file beside it, so that it is overwritten",
-                     file.check.records);
-    }
+    CheckedFile* file = FindFile(files, name->second);
+    if (file == nullptr) continue;
+    for (Finding& finding : file->check.findings) finding.lost = 0;  // it is among all of them
+    file->check.Add(std::nullopt, "there is no event file beside it, so that it is overwritten",
+                    file->check.records);
   }
+}
+
+// What the event file and the series beside it say of each other.
+void TellStrayOccurrences(const fs::path& folder, const CalendarStem& stem,
+                          std::vector<CheckedFile>& files) {
+  const auto events = stem.files.find(std::string(kEventFile));
+  const auto series = stem.files.find(std::string(kRecurringFile));
+  if (events == stem.files.end()) return;
+  const auto eventBytes = ReadNativeFile(folder / events->second, kLargest);
+  Outcome<std::string> seriesBytes = std::string();
+  if (series != stem.files.end()) {
+    seriesBytes = ReadNativeFile(folder / series->second, kLargest);
+  }
+  CheckedFile* checked = FindFile(files, events->second);
+  if (checked == nullptr || !eventBytes || !seriesBytes) return;
+  CheckOccurrences(*eventBytes, *seriesBytes, checked->check);
 }
 
 }  // namespace
@@ -114,6 +135,7 @@ Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
   }
   for (const CalendarStem& stem : stems) {
     if (LacksEventFile(stem)) TellOverwritten(stem, check.files);
+    TellStrayOccurrences(folder, stem, check.files);
   }
   return check;
 }

@@ -151,7 +151,7 @@ class Walk {
            "\"}\n"
            "{\"op\":\"update\",\"record\":{\"Subject\":\"Dentist\","
            "\"StartDate\":\"1998-03-18T09:45:00\",\"EndDate\":\"1998-03-18T10:15:00\","
-           "\"Sensitivity\":2}}\n"
+           "\"Alarm\":true,\"AlarmAdvance\":60,\"Sensitivity\":2}}\n"
            "{\"op\":\"add\",\"record\":{\"Subject\":\"One too many\","
            "\"StartDate\":\"1998-03-12T14:30:00\",\"EndDate\":\"1998-03-12T14:40:00\"}}\n"
            "{\"op\":\"log\"}\n"

@@ -33,6 +33,7 @@ struct InitOptions {
 
 constexpr std::uintmax_t kLargestRegistry = 64 << 20;
 constexpr const char* kDataFolder = "C:\\Data";
+constexpr const char* kHomeCity = "LocalCity";
 
 // What the registry from the old machine tells.
 struct OldMachine {
@@ -97,6 +98,29 @@ Outcome<Done> WriteText(const Profile& profile, const std::string& keyPath, cons
   if (const auto key = registry.Create(keyPath)) key->Write(name, TextValue(text));
   if (const auto error = registry.Error()) return Failure{*error};
   if (const auto error = registry.SaveFailure()) return Failure{*error};
+  return Done{};
+}
+
+// Names the home city, under the edition's key and all that have another one: the module asks those
+// of several editions. A city that is already named stays, unless the person named this one.
+Outcome<Done> WriteHomeCity(const Profile& profile, const Product& chosen, const std::string& city,
+                            bool isPersons) {
+  bool isKnown = false;
+  std::vector<std::string> keys = {chosen.mainKey};
+  {
+    PosixRegistry registry({profile.RegistryFile(), RegistryMode::kOverlay, {}});
+    for (const Product& product : kProducts) {
+      const auto key = registry.Open(product.mainKey, RegistryAccess::kRead);
+      if (key == nullptr || !ReadText(*key, kHomeCity)) continue;
+      isKnown = true;
+      keys.emplace_back(product.mainKey);
+    }
+  }
+  if (city.empty() || (isKnown && !isPersons)) return Done{};
+  for (const std::string& key : keys) {
+    const auto written = WriteText(profile, key, kHomeCity, city);
+    if (!written) return written;
+  }
   return Done{};
 }
 
@@ -168,10 +192,8 @@ int Init(const CommandLine& line, const InitOptions& options) {
     const auto named = WriteText(profile, CalendarKey(*product), kDefaultUser, ownCalendar);
     if (!named) return console.Fail(named.Why());
   }
-  if (!isFresh && !options.city.empty()) {
-    const auto named = WriteText(profile, product->mainKey, "LocalCity", *city);
-    if (!named) return console.Fail(named.Why());
-  }
+  const auto named = WriteHomeCity(profile, *product, *city, !options.city.empty());
+  if (!named) return console.Fail(named.Why());
   console.messages << "made " << profile.folder.string() << ": edition " << product->name << ", "
                    << CodePageToUtf8(profile.drives.back().prefix) << " is " << data.string()
                    << "\n";

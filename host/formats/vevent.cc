@@ -71,7 +71,7 @@ void AppendVEvent(std::string& out, const Event& event, std::string_view now) {
   AppendTextProperty(out, "SUMMARY", event.subject);
   AppendTextProperty(out, "LOCATION", event.location);
   AppendTextProperty(out, "DESCRIPTION", event.notes);
-  AppendProperty(out, "CLASS", ClassOf(event.access));
+  if (event.access) AppendProperty(out, "CLASS", ClassOf(*event.access));
   AppendAlarm(out, event);
   AppendProperty(out, "END", "VEVENT");
 }

@@ -30,7 +30,7 @@ struct Event {
   CalendarTime start;
   std::optional<CalendarTime> end;        // the first moment, or date, behind it
   std::optional<std::int32_t> alarmLead;  // minutes before the start
-  EventAccess access = EventAccess::kPublic;
+  std::optional<EventAccess> access;      // nothing where it isn't known
 
   std::string rule;                   // by which it recurs; empty for none
   std::vector<CalendarTime> dates;    // on which it recurs beside, or without, a rule

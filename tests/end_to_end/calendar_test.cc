@@ -10,8 +10,10 @@
 
 #include "base/text.h"
 #include "calendar/event_days.h"
+#include "calendar/recurring_format.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
+#include "tests/support/bytes.h"
 #include "tests/support/clock_file_builder.h"
 #include "tests/support/ical_reading.h"
 #include "tests/support/zone_files.h"
@@ -211,6 +213,50 @@ TEST(CalendarRecords, TakePlaceWhenAnotherProgramReadsThatTheyDo) {
   }
 }
 
+// The recurring file as the organiser wrote it before its series had keys.
+std::string WithoutKeys(const std::string& file) {
+  constexpr auto kOlder = recurring::FormatVersion::k30;
+  const recurring::Frame frame = recurring::ReadFrame(file);
+  std::vector<recurring::Record> records;
+  for (const auto& stored : frame.records) {
+    records.push_back(recurring::DecodeRecord(frame.version, stored.bytes).record);
+  }
+  std::vector<const recurring::Record*> pointers;
+  for (const recurring::Record& record : records) pointers.push_back(&record);
+  recurring::Header header = frame.header;
+  recurring::SetMagic(header, kOlder);
+  ByteWriter out;
+  recurring::EncodeHeader(out, header);
+  return out.Release() + recurring::EncodeBody(kOlder, pointers);
+}
+
+// Its occurrences then have the time at which each was written.
+TEST(CalendarRecords, OfAnOlderCalendarTakePlaceAsItsModuleFindsThem) {
+  const CalendarSample sample;
+  sample.Drive(Choir() +
+               Add("\"Subject\":\"Daily\"," + Times("1998-03-05T14:00:00", "1998-03-05T15:00:00") +
+                   ",\"Pattern\":{\"Type\":1,\"EndDate\":\"1998-03-20\"}"));
+  const std::string series = "c/Data/AdaRecr.WMW";
+  const std::string events = "c/Data/AdaEven.WMW";
+  sample.folder.Put(series, WithoutKeys(sample.folder.Get(series)));
+  std::string items = sample.folder.Get(events);
+  const std::string key = test::Word(888840000 + 1, 4);
+  int count = 0;
+  for (std::size_t at = items.find(key); at != std::string::npos; at = items.find(key, at + 4)) {
+    if (++count > 8) items.replace(at, 4, test::Word(888840000 + 4, 4));
+  }
+  ASSERT_EQ(count, 16) << "the daily ones";
+  sample.folder.Put(events, items);
+
+  const Finished ics = sample.Run({"export", "calendar", "--format", "ics"});
+  EXPECT_EQ(ics.code, 0) << ics.messages;
+  auto starts = test::UnchangedStarts(test::ParseCalendar(ics.out).get());
+  auto stored = sample.StoredStarts();
+  EXPECT_EQ(starts["Daily"], stored["Daily"]);
+  EXPECT_EQ(starts["Daily"].size(), 16U);
+  EXPECT_EQ(starts["Choir"], stored["Choir"]);
+}
+
 std::string OutputOf(const std::string& command) {
   std::string output;
   FILE* pipe = popen((command + " 2>&1").c_str(), "r");
@@ -317,6 +363,23 @@ TEST(CalendarRecords, GoByTheCityOfTheHomeClockOrAnotherOne) {
   sample.folder.Put("c/Data/Clocks.dat", clocks);
   EXPECT_NE(listed("b", {}).find("\"LocalCity\"=\"New York, NY\""), std::string::npos);
   EXPECT_NE(listed("c", {"--city", "SYDNEY"}).find("\"LocalCity\"=\"Sydney\""), std::string::npos);
+  // An export from the old machine, with another edition's key that is asked before.
+  const std::string old = sample.Folder() + "/old.reg";
+  const std::string key = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\";
+  const std::string head = "REGEDIT4\r\n\r\n" + key +
+                           "Wingmate 98\\Version 1\\Main]\r\n\"PRODUCT\"=dword:00000001\r\n"
+                           "\"Data\"=\"C:\\\\Data\"\r\n";
+  sample.folder.Put("old.reg", head);
+  const std::vector<std::string> byOld = {"--registry", old, "--product", "98"};
+  EXPECT_EQ(listed("e", byOld).find("pairwise:"), std::string::npos) << "the home clock's";
+  sample.folder.Put("old.reg",
+                    head + "\"LocalCity\"=\"Lima\"\r\n\r\n" + key +
+                        "PairWise Desktop\\Version 1\\Main]\r\n\"LocalCity\"=\"Lima\"\r\n");
+  EXPECT_EQ(listed("f", byOld).find("New York"), std::string::npos) << "the registry's own stays";
+  std::vector<std::string> andCity = byOld;
+  andCity.insert(andCity.end(), {"--city", "Sydney"});
+  const std::string named = listed("g", andCity);
+  EXPECT_EQ(named.find("Lima"), std::string::npos) << named;
   EXPECT_EQ(listed("d", {"--city", "Sydne"}),
             "pairwise: " + data +
                 "/cityinfo.dat: has no city 'Sydne'; `pairwise cities` lists "

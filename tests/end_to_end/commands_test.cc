@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -245,6 +246,11 @@ TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
   EXPECT_FALSE(fs::exists(made + "2"));
 }
 
+// A calendar shows when it was exported, where nobody knows when an entry was changed.
+std::string WithoutStamps(const std::string& out) {
+  return std::regex_replace(out, std::regex("DTSTAMP:[0-9TZ]*"), "DTSTAMP");
+}
+
 TEST(Commands, DemoGivesTheSameEachTimeInAFolderOfItsOwn) {
   const TempFolder folder;
   const std::string demo = (folder.Path() / "demo").string();
@@ -257,7 +263,7 @@ TEST(Commands, DemoGivesTheSameEachTimeInAFolderOfItsOwn) {
   EXPECT_NE(first.out.find("timezone  8 records\n"), std::string::npos);
   const std::string cardfile = folder.Get("demo/data/Friends.WMCard");
   const Finished second = RunPairwise({"demo", demo});
-  EXPECT_EQ(second.out, first.out);
+  EXPECT_EQ(WithoutStamps(second.out), WithoutStamps(first.out));
   EXPECT_EQ(folder.Get("demo/data/Friends.WMCard"), cardfile);
   for (const char* file : {"demo/friends.vcf", "demo/friends.csv", "demo/friends.json"}) {
     EXPECT_NE(folder.Get(file).find("Wilhelmina"), std::string::npos) << file;

@@ -11,6 +11,7 @@
 #include "tests/support/calltask_builder.h"
 #include "tests/support/card_file_builder.h"
 #include "tests/support/data_file_builder.h"
+#include "tests/support/event_file_builder.h"
 #include "tests/support/recurring_file_builder.h"
 
 namespace pw {
@@ -197,6 +198,32 @@ TEST(CheckTest, ADataFileIsTakenOverBesideEventsOfVersion50) {
     for (const Finding& finding : check->files[0].check.findings) found += finding.lost;
     EXPECT_EQ(found, lost) << magic;
   }
+}
+
+// Its key tells which series an occurrence is of.
+TEST(CheckTest, OccurrencesWithoutTheirSeries) {
+  test::SeriesBytes series;
+  series.key = 77;
+  test::RecurringFileBytes recurring;
+  recurring.records = {series.Build50()};
+  test::ItemBytes mine;
+  mine.created = 77;
+  mine.flagWord = 0x808080C1;
+  test::ItemBytes stray = mine;
+  stray.created = 78;
+  test::ItemBytes plain = stray;
+  plain.flagWord = 0x808080C0;
+  test::EventFileBytes events;
+  events.days = {
+      {1998, 60, test::Day({{36, test::Slot({mine.Build(), stray.Build(), plain.Build()})}})}};
+  FileCheck check;
+  CheckOccurrences(events.Build(), recurring.Build(), check);
+  EXPECT_EQ(Texts(check), Lines{"- 1 occurrence is of a series that isn't there; the organiser "
+                                "shows them, and nobody else gets them (0)"});
+  FileCheck older;
+  recurring.magic = "XQXREC30";
+  CheckOccurrences(events.Build(), recurring.Build(), older);
+  EXPECT_EQ(Texts(older), Lines()) << "without keys nobody knows";
 }
 
 TEST(CheckTest, FilesAreKnownByTheirNames) {

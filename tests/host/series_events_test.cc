@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -131,14 +132,18 @@ class YearlySeriesTest : public testing::Test {
     pattern.AddException(exception);
   }
 
-  std::vector<Event> Events(const std::vector<int>& years) {
-    std::vector<std::int32_t> stored(years.size());
-    std::transform(years.begin(), years.end(), stored.begin(), Noon);
+  static std::vector<Occurrence> Hours(const std::vector<int>& years) {
+    std::vector<Occurrence> hours;
+    for (const int year : years) hours.push_back({Noon(year), Noon(year) + kSecondsPerHour});
+    return hours;
+  }
+  std::vector<Event> Events(const std::optional<std::vector<Occurrence>>& stored) {
     Event series;
     series.uid = "uid";
     series.subject = "Series";
     return EventsOfSeries(series, PWEventRecord(&record), stored, clock);
   }
+  std::vector<Event> Events(const std::vector<int>& years) { return Events(Hours(years)); }
 
   // The events in a file, and when another program then finds them.
   test::Moments Read(const std::vector<Event>& events) const {
@@ -159,11 +164,11 @@ class YearlySeriesTest : public testing::Test {
   PWRecord record;
   PWRecurrancePattern& pattern;
   const std::vector<WMCityRecord> cities = test::SomeCities();
-  const SeriesClock clock{&cities[4], "New York"};
+  SeriesClock clock{&cities[4], "New York"};
+  const std::vector<int> all = {1998, 1999, 2000, 2001, 2002, 2003, 2004};
 };
 
 TEST_F(YearlySeriesTest, GoesByARuleOnlyWhereThatGivesWhatIsStored) {
-  const std::vector<int> all = {1998, 1999, 2000, 2001, 2002, 2003, 2004};
   const auto byRule = Events(all);
   EXPECT_EQ(byRule[0].rule, "FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=4;UNTIL=20050101T045959Z");
   EXPECT_TRUE(byRule[0].dates.empty());
@@ -176,7 +181,7 @@ TEST_F(YearlySeriesTest, GoesByARuleOnlyWhereThatGivesWhatIsStored) {
   EXPECT_EQ(byDates[0].dates.size(), 3U);
   EXPECT_EQ(Read(byDates), Noons(everySecond));
 
-  const auto without = Events({});
+  const auto without = Events(std::vector<int>());
   EXPECT_EQ(without[0].deleted, std::vector<CalendarTime>{without[0].start});
   EXPECT_TRUE(Read(without).empty());
 }
@@ -210,6 +215,65 @@ TEST_F(YearlySeriesTest, ExceptionsAreLeftOutOrStandByThemselves) {
   EXPECT_NE(events[2].uid, events[0].uid);
   events.pop_back();
   EXPECT_EQ(Read(events), Noons(years));
+}
+
+TEST_F(YearlySeriesTest, WithoutOccurrencesInTheFileItGoesByItsPattern) {
+  Except(2000, true);
+  const auto events = Events(std::nullopt);
+  EXPECT_NE(events[0].rule, "");
+  EXPECT_EQ(events[0].end->text, "19980304T130000");
+  EXPECT_EQ(Read(events), Noons({1998, 1999, 2001, 2002, 2003, 2004}));
+}
+
+// As one that ends by the clock is where the clocks change within it.
+TEST_F(YearlySeriesTest, OneOfAnotherLengthStandsByItself) {
+  for (const std::size_t odd : {0U, 2U}) {
+    auto hours = Hours(all);
+    hours[odd].end += kSecondsPerHour;
+    const auto events = Events(hours);
+    ASSERT_EQ(events.size(), 2U);
+    EXPECT_EQ(events[0].end->text, "19980304T130000") << "as most of them";
+    EXPECT_EQ(events[1].replaced, clock.At(hours[odd].start));
+    EXPECT_EQ(events[1].start, clock.At(hours[odd].start));
+    EXPECT_EQ(events[1].end, clock.At(hours[odd].end));
+    EXPECT_EQ(events[1].rule, "");
+  }
+  auto inverted = Hours(all);
+  for (Occurrence& each : inverted) each.end -= 2 * kSecondsPerHour;
+  inverted[3].end += kSecondsPerMinute;
+  EXPECT_EQ(Events(inverted).size(), 1U) << "what ends before it starts has no length";
+}
+
+TEST_F(YearlySeriesTest, AnOccurrenceMayStandOnADateThatTheRuleHasNotGot) {
+  Except(2000, false, 20);
+  pattern.Exceptions().At(0)->Date.day = 5;
+  const auto events = Events(all);
+  EXPECT_NE(events[0].rule, "");
+  EXPECT_EQ(events[0].dates, std::vector<CalendarTime>{clock.At(Noon(2000) + kSecondsPerDay)});
+  EXPECT_EQ(events[1].replaced, events[0].dates[0]);
+  EXPECT_EQ(Read(events), Noons(all));
+}
+
+// Its dates are still those of the city.
+TEST_F(YearlySeriesTest, OfClocksThatTheFileCannotTellTheDatesAreInUtc) {
+  clock.name.clear();
+  for (PWDateTimeStamp* stamp :
+       {&PWEventRecord(&record).StartDate(), &PWEventRecord(&record).EndDate()}) {
+    stamp->day = 5;
+    stamp->hour = stamp->hour == 17 ? 2 : 3;  // 21:00 on the 4th
+  }
+  Except(2000, false, 20);
+  std::vector<Occurrence> evenings = Hours(all);
+  for (Occurrence& each : evenings) {
+    each.start += 9 * kSecondsPerHour;
+    each.end += 9 * kSecondsPerHour;
+  }
+  evenings.erase(evenings.begin() + 2);
+  const auto events = Events(evenings);
+  EXPECT_EQ(events[0].rule, "");
+  EXPECT_EQ(events[0].start.text, "19980305T020000Z");
+  EXPECT_EQ(events[1].replaced->text, "20000305T020000Z");
+  EXPECT_EQ(events[0].dates.size(), 6U);
 }
 
 // Whether the city's clocks show the same an hour before or behind.
