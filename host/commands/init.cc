@@ -118,7 +118,7 @@ Outcome<Done> WriteHomeCity(const Profile& profile, const Product& chosen, const
   }
   if (city.empty() || (isKnown && !isPersons)) return Done{};
   for (const std::string& key : keys) {
-    const auto written = WriteText(profile, key, kHomeCity, city);
+    auto written = WriteText(profile, key, kHomeCity, city);
     if (!written) return written;
   }
   return Done{};
