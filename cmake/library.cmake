@@ -12,7 +12,7 @@ function(pairwise_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden
                                              VISIBILITY_INLINES_HIDDEN ON)
-    list(TRANSFORM ARG_LINKS REPLACE "^(base|platform|platform_posix|framework)$" "pwcore")
+    list(TRANSFORM ARG_LINKS REPLACE "^(base|platform|platform_portable|platform_posix|framework)$" "pwcore")
     list(REMOVE_DUPLICATES ARG_LINKS)
   endif()
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})

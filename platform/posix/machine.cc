@@ -26,6 +26,7 @@ Platform Machine::Services() {
   services.clock = &clock;
   services.dialogs = &dialogs;
   services.shell = &shell;
+  services.richText = &richText;
   return services;
 }
 

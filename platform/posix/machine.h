@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "platform/portable/portable_rich_text.h"
 #include "platform/posix/path_table.h"
 #include "platform/posix/posix_clock.h"
 #include "platform/posix/posix_files.h"
@@ -35,7 +36,7 @@ class Machine {
   Machine(const Machine&) = delete;
   Machine& operator=(const Machine&) = delete;
 
-  // The services, which live as long as the machine. There is no rich text.
+  // The services, which live as long as the machine.
   Platform Services();
 
   // What only this platform has: a clock to be fixed, windows of this process, why the registry's
@@ -53,6 +54,7 @@ class Machine {
   SettableClock clock;
   TerminalDialogs dialogs;
   PosixShell shell;
+  PortableRichText richText;
 };
 
 }  // namespace pw

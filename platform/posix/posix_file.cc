@@ -23,7 +23,7 @@ std::optional<struct stat> StatusOf(const Descriptor& descriptor) {
 // shrink meanwhile.
 std::string PosixFile::Read(std::size_t count) {
   constexpr std::size_t kBlock = 256 << 10;
-  constexpr std::size_t kReservedAtOnce = 64 << 20;
+  constexpr std::size_t kReservedAtOnce = 256 << 20;
   const auto size = Size();
   if (!size || *size <= position) return {};
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, *size - position));

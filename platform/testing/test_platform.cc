@@ -19,6 +19,7 @@ Platform TestPlatform::Services() {
   services.clock = &clock;
   services.dialogs = &dialogs;
   services.shell = &shell;
+  services.richText = &richText;
   return services;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/portable/portable_rich_text.h"
 #include "platform/testing/fake_clock.h"
 #include "platform/testing/fake_shell.h"
 #include "platform/testing/fake_windows.h"
@@ -28,6 +29,7 @@ class TestPlatform {
   FakeWindows windows;
   ScriptedDialogs dialogs;
   FakeShell shell;
+  PortableRichText richText;
 
  private:
   Platform before;

@@ -130,8 +130,10 @@ TEST(HouseTest, PlatformInterfacesKnowNoImplementation) {
     const bool testing = relative.rfind("platform/testing/", 0) == 0;
     for (const std::string& include : IncludesOf(file)) {
       const bool posix = include.rfind("platform/posix/", 0) == 0;
+      const bool portable = include.rfind("platform/portable/", 0) == 0;
       const bool fake = include.rfind("platform/testing/", 0) == 0;
       EXPECT_FALSE(posix && (interface || testing)) << relative << " includes " << include;
+      EXPECT_FALSE(portable && interface) << relative << " includes " << include;
       EXPECT_FALSE(fake && !testing) << relative << " includes " << include;
     }
   }

@@ -33,7 +33,7 @@ TEST(Machine, GivesServicesOverWhatItWasTold) {
   EXPECT_EQ(services.clock->Now(), 100);
   EXPECT_EQ(services.shell->ModuleVersion(), 5U);
   EXPECT_EQ(services.windows->Find("Any"), kNoWindow);
-  EXPECT_EQ(services.richText, nullptr);
+  EXPECT_EQ(services.richText->ToPlain("{\\rtf1 a}"), "a");
   ASSERT_NE(services.registry->Create("SOFTWARE\\Key"), nullptr);
   EXPECT_FALSE(std::filesystem::exists(options.registry.file));
   EXPECT_EQ(machine.Registry().Error(), std::nullopt);
