@@ -6,8 +6,10 @@
 #include "base/text.h"
 #include "cardfile/card_file.h"
 #include "framework/application.h"
+#include "memo/binder.h"
 #include "platform/platform.h"
 #include "plugin/discovery.h"
+#include "plugin/handshake.h"
 #include "plugin/source_manager.h"
 #include "plugin/string_table.h"
 
@@ -16,15 +18,73 @@ namespace {
 
 constexpr const char* kContactType = "contact";
 constexpr std::string_view kCardfileExtension = ".WMCard";
+constexpr std::string_view kBinderExtension = pw::memo::kSectionFile;
+
+void AppendCategory(const std::string& name, const std::string& location,
+                    PWSourceCategoryVector& out) {
+  auto category = std::make_unique<PWSourceCategory>();
+  category->Name = name;
+  category->Location = location;
+  out.Append(category.release(), false);
+}
+
+// The names of a folder's files with that extension.
+std::vector<std::string> FilesIn(const std::string& folder, std::string_view extension) {
+  std::vector<std::string> names;
+  const std::string pattern = folder + "\\*" + std::string(extension);
+  for (const pw::FoundFile& file : pw::CurrentPlatform().files->Find(pattern)) {
+    names.push_back(file.name);
+  }
+  return names;
+}
+
+std::string WithoutExtension(const std::string& name, std::string_view extension) {
+  return name.substr(0, name.size() - extension.size());
+}
 
 PWRESULT ListCardfiles(const std::string& folder, PWSourceCategoryVector& out) {
-  const std::string prefix = folder + "\\";
-  const std::string pattern = prefix + "*" + std::string(kCardfileExtension);
-  for (const pw::FoundFile& file : pw::CurrentPlatform().files->Find(pattern)) {
-    auto category = std::make_unique<PWSourceCategory>();
-    category->Name = file.name.substr(0, file.name.size() - kCardfileExtension.size());
-    category->Location = prefix + file.name;
-    out.Append(category.release(), false);
+  for (const std::string& file : FilesIn(folder, kCardfileExtension)) {
+    AppendCategory(WithoutExtension(file, kCardfileExtension), folder + "\\" + file, out);
+  }
+  return kResultOk;
+}
+
+// A run's log is told of it; without a run the person is.
+void ReportBusyBinder(WMSourceManager& manager) {
+  if (manager.Log != nullptr) {
+    LogOrganiserBusy(manager);
+    return;
+  }
+  pw::CurrentPlatform().dialogs->ShowMessage(
+      pw::kNoWindow, LoadString(strings::kWarning).Str(),
+      FormatString(strings::kOrganiserCannotConnect, manager.Name()), pw::kBoxWarning);
+}
+
+// One that can't be opened has no sections.
+void ListSections(WMSourceManager& manager, const std::string& folder, const std::string& stem,
+                  PWSourceCategoryVector& out) {
+  const std::string path = folder + "\\" + stem;
+  const std::string sectionPath = path + std::string(kBinderExtension);
+  if (NotifyOrganiserOpen(sectionPath.c_str(), 0, kMemoFiles, false) == kOrganiserBusy) {
+    ReportBusyBinder(manager);
+    return;
+  }
+  NotifyOrganiserLock(0, false);
+  WMBinder binder;
+  if (binder.Open(path) == 0) {
+    for (const pw::memo::Section& section : binder.Sections()) {
+      const std::string name = section.name == stem ? stem : section.name + " - " + stem;
+      AppendCategory(name, path + ";" + section.name, out);
+    }
+  }
+  binder.Close();
+  NotifyOrganiserEnd(true, 0, false);
+}
+
+PWRESULT ListBinders(WMSourceManager& manager, PWSourceCategoryVector& out) {
+  const std::string folder = manager.Config->String(PWConfig::kDataFolder).Str();
+  for (const std::string& file : FilesIn(folder, kBinderExtension)) {
+    ListSections(manager, folder, WithoutExtension(file, kBinderExtension), out);
   }
   return kResultOk;
 }
@@ -39,10 +99,7 @@ PWRESULT ListStem(WMSourceManager& manager, std::uint32_t displayName,
   } else if (!folder.empty()) {
     location = folder + "\\" + location.Str();
   }
-  auto category = std::make_unique<PWSourceCategory>();
-  category->Location = location;
-  category->Name = LoadString(displayName);
-  out.Append(category.release(), false);
+  AppendCategory(LoadString(displayName).Str(), location.Str(), out);
   return kResultOk;
 }
 
@@ -62,6 +119,7 @@ PWRESULT WMSourceManager::ListCategories(const char* typeName, PWSourceCategoryV
   if (type == kContactType) {
     return ListCardfiles(Config->String(PWConfig::kDataFolder).Str(), out);
   }
+  if (type == "memo") return ListBinders(*this, out);
   if (type == "calendar") return ListStem(*this, strings::kCalendarCategory, out);
   if (type == "todo") return ListStem(*this, strings::kTaskCategory, out);
   // The clocks have none.

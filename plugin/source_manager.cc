@@ -7,6 +7,7 @@
 #include "calltask/todo_source.h"
 #include "cardfile/contact_source.h"
 #include "framework/registry.h"
+#include "memo/memo_source.h"
 #include "plugin/string_table.h"
 #include "timeplace/timezone_source.h"
 
@@ -14,7 +15,7 @@ namespace {
 
 struct DataType {
   const char* name;
-  PWSource* (*make)(WMSourceManager* manager);  // null for a type that isn't served yet
+  PWSource* (*make)(WMSourceManager* manager);
 };
 
 // In the order in which the engine gets to know them.
@@ -31,7 +32,10 @@ constexpr std::array<DataType, 5> kDataTypes = {{
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMTodoSource(manager);
      }},
-    {"memo", nullptr},
+    {"memo",
+     [](WMSourceManager* manager) -> PWSource* {
+       return new (std::nothrow) WMMemoSource(manager);
+     }},
     {"timezone",
      [](WMSourceManager* manager) -> PWSource* {
        return new (std::nothrow) WMTimezoneSource(manager);
@@ -51,7 +55,7 @@ WMSourceManager::~WMSourceManager() = default;
 PWSource* WMSourceManager::CreateSource(const char* typeName) {
   const PWString wanted(typeName);
   for (const DataType& type : kDataTypes) {
-    if (wanted == type.name) return type.make == nullptr ? nullptr : type.make(this);
+    if (wanted == type.name) return type.make(this);
   }
   return nullptr;
 }

@@ -1,9 +1,9 @@
 #include "calendar/mapping/calendar_source.h"
 
 #include "calendar/calendar_state.h"
-#include "framework/engine_context.h"
 #include "plugin/discovery.h"
 #include "tests/calendar/mapping_fixture.h"
+#include "tests/support/busy_organiser.h"
 #include "tests/support/data_file_builder.h"
 #include "tests/support/event_file_builder.h"
 #include "tests/support/recurring_file_builder.h"
@@ -78,10 +78,7 @@ TEST_F(CalendarSourceTest, TheOrganiserIsToldAroundTheWork) {
 }
 
 TEST_F(CalendarSourceTest, AnOrganiserWithADialogOpenStopsTheOpen) {
-  platform.windows.Add("Wingmate_95", false);
-  const WindowId grandparent = platform.windows.Add("Frame");
-  const WindowId parent = platform.windows.Add("Child", true, grandparent);
-  pw::Engine().mainWindow = PWWindow(platform.windows.Add("Engine", true, parent));
+  MakeOrganiserBusy(platform);
   EXPECT_EQ(source->Open(0), 1);
   EXPECT_EQ(log->lines, Lines{kBusy});
   EXPECT_TRUE(platform.windows.sent.empty());

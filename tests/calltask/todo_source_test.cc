@@ -1,4 +1,5 @@
 #include "tests/calltask/todo_fixture.h"
+#include "tests/support/busy_organiser.h"
 
 namespace pw::test {
 namespace {
@@ -25,10 +26,7 @@ TEST_F(TodoSourceTest, MissingFilesAreMadeBeforeTheOrganiserIsAsked) {
 }
 
 TEST_F(TodoSourceTest, AnOrganiserWithADialogOpenStopsTheOpen) {
-  platform.windows.Add("Wingmate_95", false);
-  const pw::WindowId grandparent = platform.windows.Add("Frame");
-  const pw::WindowId parent = platform.windows.Add("Child", true, grandparent);
-  pw::Engine().mainWindow = PWWindow(platform.windows.Add("Engine", true, parent));
+  pw::test::MakeOrganiserBusy(platform);
   EXPECT_EQ(source->Open(0), 1);
   EXPECT_EQ(log->lines, Lines{"1 PWDesktop-E0001: All dialogs in Wingmate 99 must be closed before "
                               "PairWise can synchronize its data."});

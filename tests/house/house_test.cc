@@ -19,7 +19,7 @@ const fs::path kSource = SOURCE_FOLDER;
 
 // All folders of what is delivered, each below those behind it.
 constexpr const char* kFolders[] = {"base",     "platform", "framework", "timeplace", "cardfile",
-                                    "calendar", "calltask", "plugin",    "host"};
+                                    "calendar", "calltask", "memo",      "plugin",    "host"};
 
 std::string ReadFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -66,16 +66,27 @@ const std::set<std::string> kLowerFloor = {"plugin/discovery.h", "plugin/handsha
                                            "plugin/source_manager.h", "plugin/string_table.h"};
 
 // The formats' codecs, which hold no state and which the host may use.
-const std::set<std::string> kCodecs = {"calendar/data_format.h",      "calendar/event_days.h",
-                                       "calendar/event_format.h",     "calendar/event_detail.h",
-                                       "calendar/recurrence_rule.h",  "calendar/name_pair.h",
-                                       "calendar/recurring_format.h", "calltask/block_reader.h",
-                                       "calltask/call_format.h",      "calltask/frame_format.h",
-                                       "calltask/task_format.h",      "cardfile/format.h",
-                                       "cardfile/new_file.h",         "timeplace/city_format.h",
-                                       "timeplace/clock_format.h",    "timeplace/date.h",
-                                       "timeplace/engine_zone.h",     "timeplace/place_format.h",
-                                       "timeplace/year_frame.h",      "timeplace/zone_rule.h"};
+const std::set<std::string> kCodecs = {"calendar/data_format.h",
+                                       "calendar/event_days.h",
+                                       "calendar/event_format.h",
+                                       "calendar/event_detail.h",
+                                       "calendar/recurrence_rule.h",
+                                       "calendar/name_pair.h",
+                                       "calendar/recurring_format.h",
+                                       "calltask/block_reader.h",
+                                       "calltask/call_format.h",
+                                       "calltask/frame_format.h",
+                                       "calltask/task_format.h",
+                                       "cardfile/format.h",
+                                       "cardfile/new_file.h",
+                                       "memo/format.h",
+                                       "timeplace/city_format.h",
+                                       "timeplace/clock_format.h",
+                                       "timeplace/date.h",
+                                       "timeplace/engine_zone.h",
+                                       "timeplace/place_format.h",
+                                       "timeplace/year_frame.h",
+                                       "timeplace/zone_rule.h"};
 
 // What a folder may include beside itself: folders with a slash at their end, or single files.
 std::set<std::string> MayInclude(const std::string& folder, const fs::path& file) {
@@ -92,7 +103,7 @@ std::set<std::string> MayInclude(const std::string& folder, const fs::path& file
   if (folder == "plugin") {
     const std::string stem = file.stem().string();
     const bool lower = kLowerFloor.count("plugin/" + stem + ".h") != 0 && stem != "source_manager";
-    if (!lower) allowed.insert({"calendar/", "calltask/", "cardfile/", "timeplace/"});
+    if (!lower) allowed.insert({"calendar/", "calltask/", "cardfile/", "memo/", "timeplace/"});
     return allowed;
   }
   allowed.insert(kLowerFloor.begin(), kLowerFloor.end());

@@ -3,7 +3,10 @@
 #include "framework/application.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
+#include "tests/support/binder_builder.h"
+#include "tests/support/busy_organiser.h"
 #include "tests/support/card_file_builder.h"
+#include "tests/support/source_fixture.h"
 
 namespace {
 
@@ -52,6 +55,45 @@ TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
   EXPECT_EQ(categories.At(0)->AppID, 0U);
   EXPECT_EQ(manager.ListCategories("no such type", categories), 1);
   EXPECT_EQ(manager.ListCategories(nullptr, categories), 1);
+}
+
+// By "name at location" of the binders' sections.
+TEST_F(CategoriesTest, OneForEachSectionOfABinder) {
+  platform.windows.Add("Wingmate_95");
+  pw::test::BinderBytes binder = pw::test::TwoSections();
+  binder.sections[1].name = "Notes";
+  platform.files.Put("C:\\Data\\Notes.wmwrite", binder.Sections());
+  platform.files.Put("C:\\Data\\Notes.WMNoteHeader", binder.Headers());
+  platform.files.Put("C:\\Data\\Notes.WMContent", binder.Contents());
+  platform.files.Put("C:\\Data\\Alone.WMWrite", binder.Sections());
+  PWSourceCategoryVector categories;
+  EXPECT_EQ(manager.ListCategories("memo", categories), 0);
+  std::vector<std::string> texts;
+  for (std::uint32_t i = 0; i < categories.Count(); ++i) {
+    texts.push_back(categories.At(i)->Name.Str() + " at " + categories.At(i)->Location.Str());
+  }
+  EXPECT_EQ(texts, (std::vector<std::string>{"Work - Notes at C:\\Data\\Notes;Work",
+                                             "Notes at C:\\Data\\Notes;Notes"}));
+  EXPECT_EQ(pw::test::SentSteps(platform), (pw::test::Steps{0, 1, 2, 0, 1, 2}))
+      << "also around one that can't be opened";
+}
+
+TEST_F(CategoriesTest, ABinderOfABusyOrganiserHasNone) {
+  pw::test::MakeOrganiserBusy(platform);
+  platform.files.Put("C:\\Data\\Notes.WMWrite", pw::test::TwoSections().Sections());
+  PWSourceCategoryVector categories;
+  EXPECT_EQ(manager.ListCategories("memo", categories), 0);
+  ASSERT_EQ(platform.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(platform.dialogs.boxes[0].text,
+            "PairWise cannot connect to PairWise Desktop because it is busy.\n\nPlease close any "
+            "open dialogs and try this operation again.");
+  EXPECT_EQ(platform.dialogs.boxes[0].flags, 0x30U);
+  auto* log = new pw::test::TestLog;  // the manager's
+  manager.Log = log;
+  EXPECT_EQ(manager.ListCategories("memo", categories), 0);
+  EXPECT_EQ(log->lines.size(), 1U);
+  EXPECT_EQ(platform.dialogs.boxes.size(), 1U) << "a run shows no dialogs";
+  EXPECT_EQ(categories.Count(), 0U);
 }
 
 TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
