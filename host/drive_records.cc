@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string>
 
+#include "framework/memo_record.h"
 #include "framework/task_record.h"
 #include "framework/timezone_record.h"
 #include "host/event_json.h"
@@ -105,11 +106,21 @@ void TodoFromJson(JsonFields& fields, PWRecord& record) {
   if (fields.Has("Completed")) todo.Completed(fields.Bool("Completed"));
 }
 
+Json MemoToJson(PWRecord& record) {
+  const PWMemoRecord memo(&record);
+  return Json{{"Subject", JsonText(memo.Subject().View())}, {"Body", JsonText(memo.Body().View())}};
+}
+
+void MemoFromJson(JsonFields& fields, PWRecord& record) {
+  PWMemoRecord memo(&record);
+  if (fields.Has("Subject")) memo.Subject(fields.Text("Subject").c_str(), PWRecord::kWholeText);
+  if (fields.Has("Body")) memo.Body(fields.Text("Body").c_str(), PWRecord::kWholeText);
+}
+
 constexpr RecordForm kForms[] = {
-    {"contact", ContactToJson, ContactFromJson},
-    {"timezone", TimezoneToJson, TimezoneFromJson},
-    {"todo", TodoToJson, TodoFromJson},
-    {"calendar", EventToJson, EventFromJson},
+    {"contact", ContactToJson, ContactFromJson}, {"timezone", TimezoneToJson, TimezoneFromJson},
+    {"todo", TodoToJson, TodoFromJson},          {"calendar", EventToJson, EventFromJson},
+    {"memo", MemoToJson, MemoFromJson},
 };
 
 }  // namespace

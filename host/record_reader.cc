@@ -9,6 +9,7 @@
 #include "base/cursor.h"
 #include "cardfile/format.h"
 #include "framework/task_record.h"
+#include "host/binder_files.h"
 #include "host/calendar_files.h"
 #include "host/calendar_stems.h"
 #include "host/catalogue.h"
@@ -109,6 +110,16 @@ Failure WhyClosed(EngineRun& run, const std::string& location) {
   return {eventFile + ": cut short, or far too large; see `pairwise check`"};
 }
 
+// Why a section of a binder can't be opened.
+Failure WhyNotOpened(EngineRun& run, const std::string& location, PWRESULT result) {
+  const std::string file = run.NativePathOf(std::string(BinderStem(location)) + memo::kSectionFile);
+  if (result == kResultFileMissing) {
+    return {file + ": it, or one of the two files beside it, is not there"};
+  }
+  return {file + ": damaged, as may be the files beside it, or without a section '" +
+          CodePageToUtf8(BinderSection(location)) + "'; see `pairwise check`"};
+}
+
 }  // namespace
 
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
@@ -132,6 +143,7 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
     return Failure{run.NativePathOf(category.Location.Str() + "TASK.WMW") +
                    ": neither this file nor the calls beside it can be read"};
   }
+  if (type == kMemoType) return WhyNotOpened(run, category.Location.Str(), result);
   const std::string file = run.NativePathOf(category.Location.Str());
   return Failure{file +
                  (result == kResultFileMissing ? ": not there" : ": damaged, or unreadable")};

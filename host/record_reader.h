@@ -18,6 +18,7 @@ namespace pw {
 inline constexpr const char* kContactType = "contact";
 inline constexpr const char* kTodoType = "todo";
 inline constexpr const char* kCalendarType = "calendar";
+inline constexpr const char* kMemoType = "memo";
 
 // A source with its category, for reading. It is never closed, as that would save it.
 struct OpenedSource {

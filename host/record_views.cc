@@ -6,6 +6,7 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "framework/memo_record.h"
 #include "framework/timezone_record.h"
 #include "host/event_records.h"
 #include "host/todo_records.h"
@@ -75,6 +76,11 @@ std::vector<std::string> TodoTexts(PWRecord& record, const CityClocks& /*cities*
       YesOrNothing(todo.completed), todo.note};
 }
 
+std::vector<std::string> MemoTexts(PWRecord& record, const CityClocks& /*cities*/) {
+  const PWMemoRecord memo(&record);
+  return {Utf8(memo.Subject()), Utf8(memo.Body())};
+}
+
 }  // namespace
 
 bool HasStamps(std::string_view type) {
@@ -88,6 +94,7 @@ const RecordView* FindRecordView(std::string_view type) {
        TimezoneTexts},
       {"todo", {"Kind", "Subject", "Start", "Due", "Priority", "Done", "Note"}, TodoTexts},
       {"calendar", kEventColumns, EventColumns},
+      {"memo", {"Subject", "Body"}, MemoTexts},
   };
   for (const RecordView& view : views) {
     if (view.type == type) return &view;

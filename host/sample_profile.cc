@@ -16,6 +16,7 @@
 #include "host/sample_cards.h"
 #include "host/sample_clocks.h"
 #include "host/sample_events.h"
+#include "host/sample_memos.h"
 #include "host/sample_todos.h"
 
 namespace pw {
@@ -27,6 +28,7 @@ constexpr const char* kMark = ".pairwise-demo";
 constexpr const char* kDataFolder = "C:\\Data";
 constexpr const char* kLocation = "C:\\Data\\Friends.WMCard";
 constexpr const char* kCalendar = "C:\\Data\\Ada";
+constexpr const char* kBinder = "C:\\Data\\Notebook";
 constexpr std::int64_t kSecondsBetweenRecords = 98'765;
 
 constexpr std::uint32_t kSampleTicks = 4'711;  // part of a to-do item's id
@@ -101,6 +103,11 @@ Outcome<Done> WriteFiles(SampleProfile& sample) {
     auto written = WriteNativeFile(file, bytes);
     if (!written) return written;
   }
+  for (const auto& [extension, bytes] : EmptySampleBinder()) {
+    auto written =
+        WriteNativeFile(sample.cardfile.parent_path() / (kSampleBinder + extension), bytes);
+    if (!written) return written;
+  }
   return Done{};
 }
 
@@ -114,10 +121,11 @@ PWRecord RecordOf(const SampleCard& card) {
 }
 
 // Adds the records through the module, one after the other in time. Gives their ids.
-Outcome<std::vector<std::string>> AddRecords(EngineRun& run, const char* type, const char* location,
+Outcome<std::vector<std::string>> AddRecords(EngineRun& run, const char* type,
+                                             const std::string& location,
                                              std::vector<PWRecord> records) {
   PWSourceCategory category;
-  category.Location = location;
+  category.Location = location.c_str();
   const std::unique_ptr<PWSource> source(run.Manager().CreateSource(type));
   const Failure failure{run.NativePathOf(location) + ": the records could not be added"};
   if (source == nullptr) return failure;
@@ -135,7 +143,15 @@ Outcome<std::vector<std::string>> AddRecords(EngineRun& run, const char* type, c
   return ids;
 }
 
-// Cards, to-do items and events.
+std::vector<PWRecord> MemosOf(std::size_t section) {
+  std::vector<PWRecord> memos;
+  for (std::size_t i = 0; i < kSampleMemoCount; ++i) {
+    if (kSampleMemos[i].section == section) memos.push_back(RecordOf(kSampleMemos[i]));
+  }
+  return memos;
+}
+
+// Cards, to-do items, memos and events.
 Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
   std::vector<PWRecord> cards;
   for (std::size_t i = 0; i < kSampleCardCount; ++i) cards.push_back(RecordOf(kSampleCards[i]));
@@ -149,6 +165,12 @@ Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
   ids = AddRecords(run, "todo", kCalendar, std::move(todos));
   if (!ids) return ids.Why();
   sample.todoIds = std::move(*ids);
+
+  for (std::size_t section = 0; section < kSampleSections.size(); ++section) {
+    ids = AddRecords(run, "memo", kBinder + (";" + kSampleSections[section]), MemosOf(section));
+    if (!ids) return ids.Why();
+    sample.memoIds.insert(sample.memoIds.end(), ids->begin(), ids->end());
+  }
   if (!sample.noClocks.empty()) return Done{};
 
   ids = AddRecords(run, "calendar", kCalendar, SampleEvents(CityClocks::Of(run).Home()));

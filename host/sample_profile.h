@@ -17,6 +17,7 @@ struct SampleProfile {
   std::filesystem::path cardfile;
   std::vector<std::string> ids;       // of the sample cards, in their order
   std::vector<std::string> todoIds;   // of the tasks and calls likewise
+  std::vector<std::string> memoIds;   // of the notes
   std::vector<std::string> eventIds;  // of the events
   std::string noClocks;               // why it has no clocks and no events; empty if it has
 };

@@ -7,7 +7,7 @@ packages=(
   g++ make cmake ninja-build binutils
   libcli11-dev nlohmann-json3-dev libtomlplusplus-dev
   # To test and measure
-  libgtest-dev libbenchmark-dev libical-dev tzdata khal
+  libgtest-dev libbenchmark-dev libical-dev tzdata khal unrtf
   # To check
   clang clang-format clang-tidy libclang-rt-14-dev
 )

@@ -1,19 +1,25 @@
 #include "host/check/folder_check.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <iterator>
+#include <map>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "base/text.h"
 #include "host/calendar_guard.h"
 #include "host/calendar_stems.h"
+#include "host/check/binder_check.h"
 #include "host/check/calendar_check.h"
 #include "host/check/card_check.h"
 #include "host/check/clock_check.h"
 #include "host/check/todo_check.h"
 #include "host/native_file.h"
 #include "host/traceless.h"
+#include "memo/format.h"
 
 namespace pw {
 namespace {
@@ -22,6 +28,7 @@ namespace fs = std::filesystem;
 
 // What the module reads at most of a cardfile, and of the others.
 constexpr std::uintmax_t kLargestCardfile = UINT32_MAX;
+constexpr std::uintmax_t kLargestContents = 1 << 30;
 constexpr std::uintmax_t kLargest = 256 << 20;
 
 // Which files are what, by their names, or the ends of their names where a person's own word stands
@@ -44,6 +51,9 @@ constexpr FileKind kKinds[] = {
     {kEventFile, true, kLargest, Alone<CheckEvents>},
     {kRecurringFile, true, kLargest, Alone<CheckSeries>},
     {kDataFile, true, kLargest, CheckDataFile},
+    {memo::kSectionFile, true, kLargest, Alone<CheckSectionFile>},
+    {memo::kHeaderFile, true, kLargest, Alone<CheckNoteHeaders>},
+    {memo::kContentFile, true, kLargestContents, Alone<CheckNoteContents>},
     {kTaskFile, true, kLargest, Alone<CheckTasks>},
     {kCallFile, true, kLargest, Alone<CheckCalls>},
     {"Holidef.dat", false, kLargest, Alone<CheckTemplate>},
@@ -117,6 +127,42 @@ void TellStrayOccurrences(const fs::path& folder, const CalendarStem& stem,
   CheckOccurrences(*eventBytes, *seriesBytes, checked->check);
 }
 
+// The ends of the names of a binder's files.
+constexpr std::array<std::string_view, 3> kBinderFiles = {memo::kSectionFile, memo::kHeaderFile,
+                                                          memo::kContentFile};
+
+// Those of one binder that are there, in that order.
+using Binder = std::array<CheckedFile*, kBinderFiles.size()>;
+
+// By the beginnings of their names, without letter case.
+std::map<std::string, Binder> BindersAmong(std::vector<CheckedFile>& files) {
+  std::map<std::string, Binder> binders;
+  for (CheckedFile& file : files) {
+    for (std::size_t i = 0; i < kBinderFiles.size(); ++i) {
+      if (!EndsWithIgnoringCase(file.name, kBinderFiles[i])) continue;
+      const std::string stem = file.name.substr(0, file.name.size() - kBinderFiles[i].size());
+      binders[AsciiLower(stem)][i] = &file;
+    }
+  }
+  return binders;
+}
+
+// What its files say of each other, which is told of that of the headers or else of the first that
+// is there.
+void TellOfBinder(const fs::path& folder, const Binder& binder) {
+  std::array<std::optional<std::string>, kBinderFiles.size()> bytes;
+  CheckedFile* first = nullptr;
+  for (std::size_t i = 0; i < binder.size(); ++i) {
+    if (binder[i] == nullptr) continue;
+    if (first == nullptr) first = binder[i];
+    const auto read = ReadNativeFile(folder / binder[i]->name, kLargestContents);
+    if (!read) return;
+    bytes[i] = *read;
+  }
+  CheckedFile* told = binder[1] != nullptr ? binder[1] : first;
+  if (told != nullptr) CheckBinder({bytes[0], bytes[1], bytes[2]}, told->check);
+}
+
 }  // namespace
 
 Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
@@ -137,6 +183,7 @@ Outcome<FolderCheck> CheckFolder(const fs::path& folder) {
     if (LacksEventFile(stem)) TellOverwritten(stem, check.files);
     TellStrayOccurrences(folder, stem, check.files);
   }
+  for (const auto& [stem, binder] : BindersAmong(check.files)) TellOfBinder(folder, binder);
   return check;
 }
 

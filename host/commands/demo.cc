@@ -27,6 +27,7 @@ constexpr std::size_t kDeleted = 31;
 constexpr std::size_t kDone = 0;   // of the to-do items
 constexpr std::size_t kMoved = 4;  // of the events
 constexpr std::size_t kSeries = 5;
+constexpr std::size_t kNote = 3;  // of the memos
 
 std::string FirstLines(const std::string& text, std::size_t count) {
   std::size_t end = 0;
@@ -50,7 +51,7 @@ class Walk {
 
   int Go() {
     Say("Made the sample profile " + folder +
-        ". Its cardfile \"Friends\", and Ada's to-do items and calendar,");
+        ". Its cardfile \"Friends\", Ada's to-do items and calendar, and a memo binder");
     Say("were filled by the module, a record at a time. The lines with a $ are what you could type "
         "yourself.");
     LookAround();
@@ -58,6 +59,7 @@ class Walk {
     Export();
     LookAtTodos();
     LookAtCalendar();
+    LookAtMemos();
     LookAtClocks();
     Say("");
     Say("The profile stays: run any of these lines again, or `pairwise --help` for what else "
@@ -139,6 +141,25 @@ class Walk {
     const std::string file = folder + "/calendar.ics";
     Run({"export", "calendar", "--format", "ics", "-o", file});
     ShowStart(file, 26);
+  }
+
+  void LookAtMemos() {
+    Heading("Memos: a binder of two sections");
+    Run({"list", "memo", "--table"});
+    Run({"show", "memo", sample.memoIds[kNote]});
+    Heading("One more note, and all of them as files for any editor");
+    const std::string now = std::to_string(SampleTimeAfterCards());
+    Drive(folder + "/memos.jsonl",
+          "{\"op\":\"now\",\"seconds\":" + now +
+              "}\n"
+              "{\"op\":\"open\",\"type\":\"memo\",\"location\":"
+              "\"C:\\\\Data\\\\Notebook;Workshop\"}\n"
+              "{\"op\":\"add\",\"record\":{\"Subject\":\"Gold leaf\",\"Body\":\"Never in a "
+              "draught.\\r\\nBreathe later.\"}}\n"
+              "{\"op\":\"read\"}\n"
+              "{\"op\":\"close\"}\n");
+    Run({"export", "memo", "--format", "txt", "-o", folder + "/memos"});
+    ShowStart(folder + "/memos/Workshop - Notebook/Gold leaf.txt", 4);
   }
 
   std::string EventChanges() const {

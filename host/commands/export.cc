@@ -19,8 +19,11 @@
 #include "host/formats/contact_json.h"
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
+#include "host/memo_export.h"
 #include "host/native_file.h"
+#include "host/note_files.h"
 #include "host/todo_calendar.h"
+#include "platform/platform.h"
 
 // `pairwise export`: the records of a type in a form that other programs read.
 namespace pw {
@@ -43,13 +46,16 @@ std::vector<Contact> AllContacts(const ChosenRecords& chosen) {
   return all;
 }
 
-// Records as the engine has them: an array, a record a line with its id before it.
+// Records as the engine has them: an array, a record a line with its id before it, and where a type
+// has several categories that.
 std::string RenderTypedJson(const ChosenRecords& chosen, const RecordForm& form) {
   std::string text;
   for (const CategoryRecords& category : chosen.categories) {
     for (const TypedRecord& each : category.records) {
       PWRecord record = each.record;
-      const Json line{{"id", each.id}, {"record", form.toJson(record)}};
+      Json line{{"id", each.id}};
+      if (form.type == kMemoType) line["category"] = category.name;
+      line["record"] = form.toJson(record);
       text += (text.empty() ? "[\n  " : ",\n  ") + JsonLine(line);
     }
   }
@@ -92,6 +98,18 @@ Rendered RenderCalendar(EngineRun& run, const ChosenRecords& chosen, const std::
   return rendered;
 }
 
+std::vector<NoteFile> TextFiles(const ChosenRecords& chosen) {
+  return MemosAsText(chosen.categories);
+}
+
+std::vector<NoteFile> RichTextFiles(const ChosenRecords& chosen) {
+  return MemosAsRichText(chosen.categories, CurrentPlatform());
+}
+
+bool HasNotes(const std::string& type) {
+  return type == kMemoType;
+}
+
 bool HasCards(const std::string& type) {
   return type == kContactType;
 }
@@ -104,13 +122,18 @@ struct ExportFormat {
   std::string_view name;
   bool (*takes)(const std::string& type);  // null where it takes all
   const char* types;                       // that it takes, for a person
+
+  // One of them: all in one file, or a file for each record.
   Rendered (*render)(EngineRun& run, const ChosenRecords& chosen, const std::string& type);
+  std::vector<NoteFile> (*files)(const ChosenRecords& chosen);
 };
 constexpr ExportFormat kFormats[] = {
-    {"json", nullptr, "", RenderJson},
-    {"csv", nullptr, "", RenderCsv},
-    {"vcf", HasCards, "contact", RenderVCards},
-    {"ics", HasCalendar, "todo or calendar", RenderCalendar},
+    {"json", nullptr, "", RenderJson, nullptr},
+    {"csv", nullptr, "", RenderCsv, nullptr},
+    {"vcf", HasCards, "contact", RenderVCards, nullptr},
+    {"ics", HasCalendar, "todo or calendar", RenderCalendar, nullptr},
+    {"txt", HasNotes, "memo", nullptr, TextFiles},
+    {"rtf", HasNotes, "memo", nullptr, RichTextFiles},
 };
 
 std::vector<std::string> FormatNames() {
@@ -130,10 +153,19 @@ int Export(EngineRun& run, const Console& console, const ExportOptions& options)
     return console.FailUsage(std::string("only records of type ") + format.types +
                              " can be exported as " + options.format);
   }
+  const bool toStandardOutput = options.file == kStandardOutput;
+  if (format.files != nullptr && toStandardOutput) {
+    return console.FailUsage("each note becomes a file of its own; name a folder for them by -o");
+  }
   const auto chosen = ChooseRecords(run, console, options.type, options.category);
   if (!chosen) return console.Fail(chosen.Why());
+  if (format.files != nullptr) {
+    const auto written = WriteNoteFiles(options.file, format.files(*chosen));
+    if (!written) return console.Fail(written.Why());
+    return chosen->anyLeftOut ? kExitSomeSkipped : kExitDone;
+  }
   const Rendered rendered = format.render(run, *chosen, options.type);
-  if (options.file == kStandardOutput) {
+  if (toStandardOutput) {
     console.out << rendered.text;
   } else {
     const auto written = WriteNativeFile(options.file, rendered.text);
@@ -155,12 +187,16 @@ void AddExportCommand(CLI::App& app, CommandLine& line) {
   command->add_option("category", options->category, "Name or location of a category; else all")
       ->type_name("CATEGORY");
   command
-      ->add_option("--format", options->format,
-                   "json, csv, vcf for contacts, or ics for todo and calendar")
+      ->add_option(
+          "--format", options->format,
+          "json, csv, vcf for contacts, ics for todo and calendar, or txt and rtf for memos")
       ->check(CLI::IsMember(FormatNames()))
       ->capture_default_str()
       ->type_name("FORMAT");
-  command->add_option("-o,--output", options->file, "File to write; - is the standard output")
+  command
+      ->add_option("-o,--output", options->file,
+                   "File to write; - is the standard output. Of txt and rtf a new folder, which "
+                   "gets a file for each note")
       ->capture_default_str()
       ->type_name("FILE");
   command->callback([&line, options] {

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -255,15 +254,6 @@ TEST(CalendarRecords, OfAnOlderCalendarTakePlaceAsItsModuleFindsThem) {
   EXPECT_EQ(starts["Daily"], stored["Daily"]);
   EXPECT_EQ(starts["Daily"].size(), 16U);
   EXPECT_EQ(starts["Choir"], stored["Choir"]);
-}
-
-std::string OutputOf(const std::string& command) {
-  std::string output;
-  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-  char bytes[256];
-  while (pipe != nullptr && std::fgets(bytes, sizeof bytes, pipe) != nullptr) output += bytes;
-  if (pipe == nullptr || pclose(pipe) != 0) ADD_FAILURE() << command << "\n" << output;
-  return output;
 }
 
 TEST(CalendarRecords, ShowInACalendarProgram) {

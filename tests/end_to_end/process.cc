@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include <gtest/gtest.h>
+
 namespace pw {
 namespace {
 
@@ -108,6 +110,15 @@ Finished RunPairwise(const std::vector<std::string>& arguments, const std::strin
   Process process(arguments, user);
   process.Write(input);
   return process.Finish();
+}
+
+std::string OutputOf(const std::string& command) {
+  std::string output;
+  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+  char bytes[256];
+  while (pipe != nullptr && std::fgets(bytes, sizeof bytes, pipe) != nullptr) output += bytes;
+  if (pipe == nullptr || pclose(pipe) != 0) ADD_FAILURE() << command << "\n" << output;
+  return output;
 }
 
 }  // namespace pw

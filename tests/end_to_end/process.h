@@ -47,4 +47,7 @@ class Process {
 Finished RunPairwise(const std::vector<std::string>& arguments, const std::string& input = "",
                      uid_t user = 0);
 
+// What a command of the shell writes; a failure unless it ends well.
+std::string OutputOf(const std::string& command);
+
 }  // namespace pw
