@@ -91,10 +91,9 @@ class Series {
   // end by the clock, is another one.
   void AddOfOtherLength(const Occurrences& occurrences, const Event& series,
                         std::vector<Event>& events) const {
-    std::int32_t last = 0;
+    std::optional<std::int32_t> last;
     for (const Occurrence& each : occurrences) {
-      if (Length(each.start, each.end) == length || (!events.empty() && each.start == last))
-        continue;
+      if (Length(each.start, each.end) == length || each.start == last) continue;
       Event& event = events.emplace_back(series);
       SetSpan(event, each.start, each.end);
       event.replaced = clock.At(each.start);

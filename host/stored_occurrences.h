@@ -1,9 +1,9 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pw {
@@ -12,7 +12,9 @@ struct Occurrence {
   std::int32_t start = 0;  // seconds since 1970 UTC
   std::int32_t end = 0;    // which may be before the start
 
-  friend auto operator<=>(const Occurrence&, const Occurrence&) = default;
+  friend bool operator<(const Occurrence& a, const Occurrence& b) {
+    return std::pair(a.start, a.end) < std::pair(b.start, b.end);
+  }
 };
 
 // The occurrences of each series that are as their series has them, as the event file at that

@@ -42,9 +42,14 @@ std::string WithoutExtension(const std::string& name, std::string_view extension
   return name.substr(0, name.size() - extension.size());
 }
 
+std::string PathOf(const std::string& folder, const std::string& name) {
+  std::string path = folder;
+  return path.append("\\").append(name);
+}
+
 PWRESULT ListCardfiles(const std::string& folder, PWSourceCategoryVector& out) {
   for (const std::string& file : FilesIn(folder, kCardfileExtension)) {
-    AppendCategory(WithoutExtension(file, kCardfileExtension), folder + "\\" + file, out);
+    AppendCategory(WithoutExtension(file, kCardfileExtension), PathOf(folder, file), out);
   }
   return kResultOk;
 }
@@ -63,7 +68,7 @@ void ReportBusyBinder(WMSourceManager& manager) {
 // One that can't be opened has no sections.
 void ListSections(WMSourceManager& manager, const std::string& folder, const std::string& stem,
                   PWSourceCategoryVector& out) {
-  const std::string path = folder + "\\" + stem;
+  const std::string path = PathOf(folder, stem);
   const std::string sectionPath = path + std::string(kBinderExtension);
   if (NotifyOrganiserOpen(sectionPath.c_str(), 0, kMemoFiles, false) == kOrganiserBusy) {
     ReportBusyBinder(manager);
@@ -73,7 +78,8 @@ void ListSections(WMSourceManager& manager, const std::string& folder, const std
   WMBinder binder;
   if (binder.Open(path) == 0) {
     for (const pw::memo::Section& section : binder.Sections()) {
-      const std::string name = section.name == stem ? stem : section.name + " - " + stem;
+      std::string name = section.name;
+      if (name != stem) name.append(" - ").append(stem);
       AppendCategory(name, path + ";" + section.name, out);
     }
   }

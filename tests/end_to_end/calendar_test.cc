@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -220,8 +221,9 @@ std::string WithoutKeys(const std::string& file) {
   for (const auto& stored : frame.records) {
     records.push_back(recurring::DecodeRecord(frame.version, stored.bytes).record);
   }
-  std::vector<const recurring::Record*> pointers;
-  for (const recurring::Record& record : records) pointers.push_back(&record);
+  std::vector<const recurring::Record*> pointers(records.size());
+  std::transform(records.begin(), records.end(), pointers.begin(),
+                 [](const recurring::Record& record) { return &record; });
   recurring::Header header = frame.header;
   recurring::SetMagic(header, kOlder);
   ByteWriter out;

@@ -133,8 +133,10 @@ class YearlySeriesTest : public testing::Test {
   }
 
   static std::vector<Occurrence> Hours(const std::vector<int>& years) {
-    std::vector<Occurrence> hours;
-    for (const int year : years) hours.push_back({Noon(year), Noon(year) + kSecondsPerHour});
+    std::vector<Occurrence> hours(years.size());
+    std::transform(years.begin(), years.end(), hours.begin(), [](int year) {
+      return Occurrence{Noon(year), Noon(year) + kSecondsPerHour};
+    });
     return hours;
   }
   std::vector<Event> Events(const std::optional<std::vector<Occurrence>>& stored) {
