@@ -33,7 +33,7 @@ std::string Prose(std::size_t size) {
   return text;
 }
 
-// A binder of two sections, whose notes go to them in turn.
+// A binder of two sections, each of half the notes.
 class Bench {
  public:
   explicit Bench(std::size_t notes) : folder("memo_bench"), manager(0) {

@@ -4,7 +4,10 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
+
+#include "memo/format.h"
 
 namespace pw {
 namespace {
@@ -22,21 +25,20 @@ std::string ReadWhole(Files& files, const std::string& path) {
 
 BinderFiles ReadBinderFiles(Files& files, std::string_view location) {
   const std::string stem(BinderStem(location));
-  const auto sections = memo::DecodeSections(ReadWhole(files, stem + memo::kSectionFile));
-  const auto headers = memo::DecodeNoteHeaders(ReadWhole(files, stem + memo::kHeaderFile));
-  if (!sections || !headers) return {};
-  return {*sections, *headers, ReadWhole(files, stem + memo::kContentFile)};
+  return {ReadWhole(files, stem + memo::kSectionFile), ReadWhole(files, stem + memo::kHeaderFile),
+          ReadWhole(files, stem + memo::kContentFile)};
 }
 
-std::unordered_map<std::int32_t, std::string_view> RichBodies(const BinderFiles& binder,
-                                                              std::string_view section) {
-  const auto found = std::find_if(binder.sections.begin(), binder.sections.end(),
+std::vector<std::string_view> RichBodies(const BinderFiles& binder, std::string_view section) {
+  const auto sections = memo::DecodeSections(binder.sections);
+  const auto headers = memo::DecodeNoteHeaders(binder.headers);
+  if (!sections || !headers) return {};
+  const auto found = std::find_if(sections->begin(), sections->end(),
                                   [&](const memo::Section& each) { return each.name == section; });
-  if (found == binder.sections.end()) return {};
-  std::unordered_map<std::int32_t, std::string_view> bodies;
-  for (const memo::NoteHeader& header : binder.headers) {
-    if (header.sectionId != found->id) continue;
-    bodies.try_emplace(header.id, memo::BodyOf(header, binder.contents));
+  if (found == sections->end()) return {};
+  std::vector<std::string_view> bodies;
+  for (const memo::NoteHeader& header : *headers) {
+    if (header.sectionId == found->id) bodies.push_back(memo::BodyOf(header, binder.contents));
   }
   return bodies;
 }
@@ -48,6 +50,21 @@ std::string_view BinderStem(std::string_view location) {
 
 std::string_view BinderSection(std::string_view location) {
   return location.substr(location.find(';') + 1);
+}
+
+std::vector<std::string> UnlistedBinders(Files& files, const std::string& folder,
+                                         const PWSourceCategoryVector& categories) {
+  std::set<std::string> listed;
+  for (std::uint32_t i = 0; i < categories.Count(); ++i) {
+    listed.emplace(BinderStem(categories.At(i)->Location.View()));
+  }
+  const std::string_view ending = memo::kSectionFile;
+  std::vector<std::string> unlisted;
+  for (const FoundFile& file : files.Find(folder + "\\*" + memo::kSectionFile)) {
+    const std::string path = folder + "\\" + file.name;
+    if (listed.count(path.substr(0, path.size() - ending.size())) == 0) unlisted.push_back(path);
+  }
+  return unlisted;
 }
 
 }  // namespace pw

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "base/codepage.h"
-#include "base/text.h"
 #include "framework/memo_record.h"
 #include "host/binder_files.h"
 
@@ -15,7 +14,8 @@ namespace {
 
 constexpr std::size_t kLargestDocument = 1 << 30;
 
-using BytesOf = std::function<std::string(const TypedRecord& memo)>;
+// Of the memo at that place of its category.
+using BytesOf = std::function<std::string(const TypedRecord& memo, std::size_t place)>;
 
 // `bytesOf` gives for each category what gives a memo's bytes.
 template <class BytesOfCategory>
@@ -27,28 +27,33 @@ std::vector<NoteFile> Collect(const std::vector<CategoryRecords>& categories, co
     const std::string folder = folders.NameFor(Utf8ToCodePageLossy(category.name));
     const BytesOf bytesOfMemo = bytesOf(category);
     FileNames names;
-    for (const TypedRecord& memo : category.records) {
+    for (std::size_t place = 0; place < category.records.size(); ++place) {
+      const TypedRecord& memo = category.records[place];
       PWRecord record = memo.record;
       const std::string name = names.NameFor(PWMemoRecord(&record).Subject().View());
-      files.push_back({folder, name + extension, bytesOfMemo(memo)});
+      files.push_back({folder, name + extension, bytesOfMemo(memo, place)});
     }
   }
   return files;
 }
 
-std::string WithPlainLineEnds(std::string_view text) {
-  std::string plain;
-  for (const char c : text) {
-    if (c != '\r') plain += c;
+// Each of the organiser's line ends, and a carriage return by itself, becomes `end`.
+std::string WithLineEnds(std::string_view text, char end) {
+  std::string changed;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isPair = text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (isPair) continue;
+    const bool isEnd = text[i] == '\r' || text[i] == '\n';
+    changed += isEnd ? end : text[i];
   }
-  return plain;
+  return changed;
 }
 
-std::string TextOfMemo(const TypedRecord& memo) {
+std::string TextOfMemo(const TypedRecord& memo, std::size_t /*place*/) {
   PWRecord record = memo.record;
   const PWMemoRecord note(&record);
-  std::string text = CodePageToUtf8(note.Subject().View()) + "\n\n" +
-                     WithPlainLineEnds(CodePageToUtf8(note.Body().View()));
+  std::string text = WithLineEnds(CodePageToUtf8(note.Subject().View()), ' ') + "\n\n" +
+                     WithLineEnds(CodePageToUtf8(note.Body().View()), '\n');
   if (text.back() != '\n') text += '\n';
   return text;
 }
@@ -68,10 +73,10 @@ std::vector<NoteFile> MemosAsRichText(const std::vector<CategoryRecords>& catego
   return Collect(categories, ".rtf", [&](const CategoryRecords& category) -> BytesOf {
     const std::string location = Utf8ToCodePageLossy(category.location);
     const auto binder = std::make_shared<BinderFiles>(ReadBinderFiles(*platform.files, location));
-    return [&platform, binder,
-            bodies = RichBodies(*binder, BinderSection(location))](const TypedRecord& memo) {
-      const auto stored = bodies.find(ParseLong(memo.id));
-      if (stored != bodies.end() && IsRichText(stored->second)) return std::string(stored->second);
+    return [&platform, binder, bodies = RichBodies(*binder, BinderSection(location))](
+               const TypedRecord& memo, std::size_t place) {
+      const bool isRich = place < bodies.size() && IsRichText(bodies[place]);
+      if (isRich) return std::string(bodies[place]);
       PWRecord record = memo.record;
       return platform.richText
           ->FromPlain(PWMemoRecord(&record).Body().View(), RichTextFont(), kLargestDocument)

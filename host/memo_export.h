@@ -9,7 +9,7 @@
 // Memos as files of their own, a folder for each section.
 namespace pw {
 
-// Subject, an empty line, and body, in UTF-8, lines ending in "\n".
+// The subject in one line, an empty line, and the body, in UTF-8, lines ending in "\n".
 std::vector<NoteFile> MemosAsText(const std::vector<CategoryRecords>& categories);
 
 // The bodies as their binders have them, with all their formats. One that is no rich text there is

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLongestName = 80;
+constexpr std::size_t kLongestName = 60;  // up to 180 bytes, of the 255 that a name may have
 
 bool IsTaken(char c) {
   const auto byte = static_cast<unsigned char>(c);
@@ -56,12 +56,15 @@ bool FileNames::Take(const std::string& name) {
 Outcome<Done> WriteNoteFiles(const fs::path& folder, const std::vector<NoteFile>& files) {
   std::error_code error;
   fs::create_directories(folder, error);
-  if (!fs::is_directory(folder)) return Failure{folder.string() + ": can't be made a folder"};
-  if (!fs::is_empty(folder, error)) {
+  if (error) return SystemFailure(folder, error.value());
+  const bool isEmpty = fs::is_empty(folder, error);
+  if (error) return SystemFailure(folder, error.value());
+  if (!isEmpty) {
     return Failure{folder.string() + ": not empty; name a new folder, so that no file is lost"};
   }
   for (const NoteFile& file : files) {
     fs::create_directories(folder / file.folder, error);
+    if (error) return SystemFailure(folder / file.folder, error.value());
     const auto written = WriteNativeFile(folder / file.folder / file.name, file.bytes);
     if (!written) return written.Why();
   }

@@ -13,7 +13,7 @@
 namespace pw {
 
 // Names for the files of one folder, made of what a person called them. What a file system may not
-// take becomes "_"; a name is cut to 80 characters, an empty one is "untitled", and of several that
+// take becomes "_"; a name is cut to 60 characters, an empty one is "untitled", and of several that
 // a file system may not tell apart the later ones get numbers.
 class FileNames {
  public:

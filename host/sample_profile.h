@@ -10,8 +10,8 @@
 
 namespace pw {
 
-// A profile to try things on: the cardfile "Friends" and Ada's tasks, calls and calendar in a data
-// folder of its own, added through the module, and the eight clocks.
+// A profile to try things on: the cardfile "Friends" Ada's tasks, calls and calendar and a binder
+// in a data folder of its own, added through the module, and the eight clocks.
 struct SampleProfile {
   Profile profile;
   std::filesystem::path cardfile;

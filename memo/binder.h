@@ -20,8 +20,9 @@ class File;
 // `Open` and `Save`, while its three files stay open. Notes are known by their index, from 0.
 class WMBinder : public PWObject {
  public:
-  // Contents beyond it aren't read.
+  // A binder with larger files isn't opened.
   static constexpr std::uint64_t kLargestContents = 1 << 30;
+  static constexpr std::uint64_t kLargestHeaders = 256 << 20;
 
   static constexpr std::int32_t kFailed = -1;
   static constexpr std::int32_t kNoSectionFile = 0x271B;
@@ -37,7 +38,7 @@ class WMBinder : public PWObject {
 
   // Reads the files of a stem, once for each object. 0; or what is wrong with the last file that
   // can't be opened for reading and writing or is empty; or -1 for one that holds less than it says
-  // or whose contents are too large. Notes whose texts aren't where the file says have what there
+  // or is too large. Notes whose texts aren't where the file says have what there
   // is of them.
   std::int32_t Open(const std::string& stem);
 

@@ -22,7 +22,7 @@ std::string NameOf(std::size_t note, const memo::NoteHeader& header) {
   return "note " + std::to_string(note + 1) + " (id " + std::to_string(header.id) + ")";
 }
 
-// Where a text ends that begins at an offset.
+// Whether all of a note's text is there.
 bool IsWithin(std::string_view contents, const memo::NoteHeader& header) {
   const std::uint64_t size = std::uint64_t{header.subjectSize} + header.bodySize;
   return size == 0 || header.subjectOffset + size <= contents.size();
@@ -53,7 +53,33 @@ void CheckTexts(std::string_view contents, const std::vector<memo::NoteHeader>& 
               NameOf(note, header) + " has its text at " + std::to_string(header.subjectOffset) +
                   ", " + std::to_string(std::uint64_t{header.subjectSize} + header.bodySize) +
                   " bytes; the file of the texts has " + std::to_string(contents.size()) +
-                  " in all");
+                  " in all",
+              header.subjectOffset < contents.size() ? 0 : 1);
+  }
+}
+
+std::uint64_t ClaimedBytes(const std::vector<memo::NoteHeader>& headers,
+                           std::string_view contents) {
+  std::uint64_t claimed = 0;
+  for (const memo::NoteHeader& header : headers) {
+    claimed += memo::SubjectOf(header, contents).size() + memo::BodyOf(header, contents).size();
+  }
+  return claimed;
+}
+
+// Two of one name can't be told apart by where they are found: the first one is meant.
+void CheckNames(const std::vector<memo::Section>& sections, FileCheck& check) {
+  std::unordered_set<std::string> names;
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    const std::string& name = sections[i].name;
+    const std::uint64_t offset = 2 + i * memo::kSectionSize;
+    const std::string text = "section \"" + CodePageToUtf8(name) + "\" ";
+    if (!names.insert(name).second) {
+      check.Add(offset, text + "has the name of another one, and can't be reached");
+    }
+    if (name.size() > memo::kLongestName) {
+      check.Add(offset, text + "has a name of 25 bytes, of which the next save keeps 24");
+    }
   }
 }
 
@@ -67,6 +93,12 @@ FileCheck CheckSectionFile(std::string_view bytes) {
     check.Add(0, "a count above 0, and as many sections of " + std::to_string(memo::kSectionSize) +
                      " bytes, were expected here; the binder can't be opened");
     return check;
+  }
+  CheckNames(*sections, check);
+  const std::size_t end = 2 + sections->size() * memo::kSectionSize;
+  if (const std::size_t more = (bytes.size() - end) / memo::kSectionSize) {
+    check.Add(end, "the end was expected here; the next save cuts off " +
+                       Counted(more, "section", "sections"));
   }
   std::unordered_set<std::uint16_t> ids;
   for (std::size_t i = 0; i < sections->size(); ++i) {
@@ -86,8 +118,14 @@ FileCheck CheckNoteHeaders(std::string_view bytes) {
   check.holds = "memos: " + Counted(check.records, "note", "notes");
   if (!headers) {
     check.Add(bytes.size(), "more notes were expected; the binder can't be opened");
-  } else if (bytes.substr(0, memo::kMagic.size()) != memo::kMagic) {
+    return check;
+  }
+  if (bytes.substr(0, memo::kMagic.size()) != memo::kMagic) {
     check.Add(0, "\"WMW300\" was expected here");
+  }
+  const std::uint64_t end = OffsetOfHeader(headers->size());
+  if (const std::size_t more = (bytes.size() - end) / memo::kNoteHeaderSize) {
+    check.Add(end, "the end was expected here, behind as many notes as are counted", more);
   }
   return check;
 }
@@ -110,6 +148,18 @@ void CheckBinder(const BinderBytes& binder, FileCheck& check) {
   if (!headers) return;
   if (sections) CheckSectionsOfNotes(*sections, *headers, check);
   CheckTexts(*binder.contents, *headers, check);
+  const std::uint64_t claimed = ClaimedBytes(*headers, *binder.contents);
+  if (claimed > binder.contents->size()) {
+    check.Add(std::nullopt, "the notes claim " + std::to_string(claimed) +
+                                " bytes of text, and there are " +
+                                std::to_string(binder.contents->size()) +
+                                ": some have the same; a save writes them apart");
+  }
+}
+
+bool DoNotesShareTexts(std::string_view headers, std::string_view contents) {
+  const auto notes = memo::DecodeNoteHeaders(headers);
+  return notes && ClaimedBytes(*notes, contents) > contents.size();
 }
 
 }  // namespace pw

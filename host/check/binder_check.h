@@ -23,4 +23,8 @@ struct BinderBytes {
 // that aren't where they should be, files that are missing.
 void CheckBinder(const BinderBytes& binder, FileCheck& check);
 
+// Whether the notes claim more text than there is, as several have the same bytes. Who reads them
+// all then takes much more room than the files.
+bool DoNotesShareTexts(std::string_view headers, std::string_view contents);
+
 }  // namespace pw

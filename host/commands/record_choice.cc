@@ -1,9 +1,13 @@
 #include "host/commands/record_choice.h"
 
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "host/binder_files.h"
 #include "host/catalogue.h"
+#include "platform/platform.h"
 
 namespace pw {
 namespace {
@@ -24,6 +28,16 @@ std::string UnreadableText(const EngineRun& run, const std::string& type,
          (count == 1 ? " record" : " records") + " could not be read";
 }
 
+std::vector<std::string> UnopenedBinders(EngineRun& run, const PWSourceCategoryVector& all) {
+  const std::string folder = run.Manager().Config->String(PWConfig::kDataFolder).Str();
+  std::vector<std::string> problems;
+  for (const std::string& path : UnlistedBinders(*CurrentPlatform().files, folder, all)) {
+    problems.push_back(run.NativePathOf(path) +
+                       ": this binder can't be opened, and is left out; see `pairwise check`");
+  }
+  return problems;
+}
+
 }  // namespace
 
 Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
@@ -32,6 +46,10 @@ Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
   const auto categories = ChooseCategories(run.Manager(), type, category);
   if (!categories) return categories.Why();
   ChosenRecords chosen;
+  if (type == kMemoType && !category) {
+    chosen.anyLeftOut = console.Warn(UnopenedBinders(run, *categories));
+  }
+  std::set<std::string> told;
   for (std::uint32_t i = 0; i < categories->Count(); ++i) {
     const PWSourceCategory& each = *categories->At(i);
     auto read = ReadRecords(run, type, each);
@@ -45,6 +63,9 @@ Outcome<ChosenRecords> ChooseRecords(EngineRun& run, const Console& console,
       read->problems.push_back(UnreadableText(run, type, each, read->unreadable));
     }
     console.Warn(read->warnings);
+    // Several sections may be of one file.
+    std::erase_if(read->problems,
+                  [&](const std::string& problem) { return !told.insert(problem).second; });
     if (console.Warn(read->problems)) chosen.anyLeftOut = true;
     chosen.categories.push_back(std::move(*read));
   }

@@ -19,6 +19,7 @@ constexpr Entry kKeywords[] = {
     {"bullet", {Meaning::kText, '\x95'}},
     {"cell", {Meaning::kText, '\t'}},
     {"colortbl", {Meaning::kDropped}},
+    {"column", {Meaning::kParagraphEnd}},
     {"emdash", {Meaning::kText, '\x97'}},
     {"emspace", {Meaning::kText, ' '}},
     {"endash", {Meaning::kText, '\x96'}},

@@ -42,6 +42,14 @@ constexpr auto kSpecials = Specials();
 struct Group {
   std::int32_t fallback = 1;  // characters behind one by its number
   bool isHidden = false;
+
+  friend bool operator==(const Group&, const Group&) = default;
+};
+
+// So many groups, each within the one before it, in which the same holds.
+struct NestedGroups {
+  Group group;
+  std::size_t count = 0;
 };
 
 class Reader {
@@ -77,12 +85,13 @@ class Reader {
     isStarred = false;
     if (dropped > 0) {
       ++dropped;
-    } else {
-      outer.push_back(group);
+      return;
     }
+    if (outer.empty() || !(outer.back().group == group)) outer.push_back({group, 0});
+    ++outer.back().count;
   }
 
-  // The end of the first group is that of the document.
+  // The end of the first group is that of the document, so that there always is one to close.
   void Close() {
     toSkip = 0;
     isStarred = false;
@@ -91,12 +100,8 @@ class Reader {
       return;
     }
     dropped = 0;
-    if (outer.empty()) {
-      isAtEnd = true;
-      return;
-    }
-    group = outer.back();
-    outer.pop_back();
+    group = outer.back().group;
+    if (--outer.back().count == 0) outer.pop_back();
     isAtEnd = outer.empty();
   }
 
@@ -115,11 +120,9 @@ class Reader {
     if (IsLetter(rest.front())) return TakeWord();
     const char symbol = rest.front();
     rest.remove_prefix(1);
+    isStarred = symbol == '*';
+    if (isStarred) return;
     if (symbol == '\'') return TakeByte();
-    if (symbol == '*') {
-      isStarred = true;
-      return;
-    }
     if (IsSkipped()) return;
     TakeSymbol(symbol);
   }
@@ -202,14 +205,8 @@ class Reader {
     if (toSkip > 0) --toSkip;
   }
 
-  // The rest of the group. Outside of all groups there is nothing more.
-  void Drop() {
-    if (outer.empty()) {
-      isAtEnd = true;
-    } else {
-      dropped = 1;
-    }
-  }
+  // The rest of the group.
+  void Drop() { dropped = 1; }
 
   void Obey(const Keyword& keyword, bool hasNumber) {
     switch (keyword.meaning) {
@@ -273,7 +270,7 @@ class Reader {
   std::string_view rest;
   std::string text;
   Group group;
-  std::vector<Group> outer;
+  std::vector<NestedGroups> outer;
   std::size_t dropped = 0;  // how deep it is in a group that is left out
   std::int32_t toSkip = 0;  // characters that stand behind one by its number
   std::int32_t number = 0;  // of the control word

@@ -4,7 +4,7 @@ namespace pw::rtf {
 namespace {
 
 constexpr const char* kDefaultFont = "Arial";
-constexpr unsigned char kFirstHighByte = 0x80;
+constexpr unsigned char kDelete = 0x7F;  // and behind it what isn't ASCII
 
 void AppendHex(std::string& out, char c) {
   constexpr const char* kDigits = "0123456789abcdef";
@@ -22,7 +22,7 @@ void AppendByte(std::string& out, char c) {
   } else if (c == '\\' || c == '{' || c == '}') {
     out += '\\';
     out += c;
-  } else if (byte < ' ' || byte >= kFirstHighByte) {
+  } else if (byte < ' ' || byte >= kDelete) {
     AppendHex(out, c);
   } else {
     out += c;

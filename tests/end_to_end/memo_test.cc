@@ -56,15 +56,17 @@ TEST(Memos, AreListedShownAndExported) {
 TEST(Memos, BecomeFilesOfTheirOwn) {
   const MemoSample sample;
   test::BinderBytes binder = test::TwoSections();
-  binder.notes.insert(binder.notes.begin() + 1, {{7, 0, test::RichOf("a/b: c?"), "no {rich} text"},
-                                                 {8, 0, "PLAN", test::RichOf("{\\b again}")},
-                                                 {9, 0, "", ""}});
+  binder.notes.insert(binder.notes.begin() + 1,
+                      {{7, 0, test::RichOf("a/b: c?\\par ."), "no {rich} text"},
+                       {7, 0, test::RichOf("of one id"), test::RichOf("its own")},
+                       {8, 0, "PLAN", test::RichOf("{\\b again}")},
+                       {9, 0, "", ""}});
   sample.Put(binder);
   const std::string texts = sample.Folder() + "/texts";
   EXPECT_EQ(sample.Run({"export", "memo", "--format", "txt", "-o", texts}).code, 0);
   EXPECT_EQ(sample.folder.Get("texts/Work - Notes/Plan.txt"), "Plan\n\nline\nline\n");
   EXPECT_EQ(sample.folder.Get("texts/Work - Notes/PLAN (2).txt"), "PLAN\n\nagain\n");
-  EXPECT_EQ(sample.folder.Get("texts/Work - Notes/a_b_ c_.txt"), "a/b: c?\n\nno {rich} text\n");
+  EXPECT_EQ(sample.folder.Get("texts/Work - Notes/a_b_ c___.txt"), "a/b: c? .\n\nno {rich} text\n");
   EXPECT_EQ(sample.folder.Get("texts/Work - Notes/untitled.txt"), "\n\n");
   EXPECT_EQ(sample.folder.Get("texts/Café - Notes/Trip.txt"), "Trip\n\npack\n");
 
@@ -72,10 +74,16 @@ TEST(Memos, BecomeFilesOfTheirOwn) {
   EXPECT_EQ(sample.Run({"export", "memo", "--format", "rtf", "-o", documents}).code, 0);
   EXPECT_EQ(sample.folder.Get("documents/Café - Notes/Trip.rtf"), binder.notes.back().body)
       << "as the binder has it";
-  const std::string made = sample.folder.Get("documents/Work - Notes/a_b_ c_.rtf");
+  const std::string made = sample.folder.Get("documents/Work - Notes/a_b_ c___.rtf");
   EXPECT_EQ(made.substr(0, 6), "{\\rtf1");
   EXPECT_NE(made.find("no \\{rich\\} text\\par"), std::string::npos);
 
+  EXPECT_EQ(sample.folder.Get("documents/Work - Notes/of one id.rtf"), test::RichOf("its own"));
+
+  const Finished noFolder =
+      sample.Run({"export", "memo", "--format", "rtf", "-o", std::string(300, 'x')});
+  EXPECT_EQ(noFolder.code, 1);
+  EXPECT_EQ(noFolder.messages, "pairwise: " + std::string(300, 'x') + ": File name too long\n");
   const Finished again = sample.Run({"export", "memo", "--format", "rtf", "-o", texts});
   EXPECT_EQ(again.code, 1);
   EXPECT_EQ(again.messages,
@@ -147,11 +155,59 @@ TEST(Memos, OfDamagedBindersAreTold) {
             std::string::npos)
       << ill.out;
 
+  const Finished list = sample.Run({"list", "memo"});
+  EXPECT_EQ(list.code, 4);
+  EXPECT_EQ(list.messages, "pairwise: " + data +
+                               "/Notes.WMNoteHeader: damaged, so that not all of the binder is "
+                               "read; see `pairwise check`\n");
+
   fs::remove(sample.folder.Path() / "c/Data/Notes.WMContent");
   EXPECT_EQ(RunPairwise({"check", data}).code, 4);
-  EXPECT_EQ(sample.Run({"list", "memo"}).out, "Category\tID\n") << "it has no categories";
+  const Finished none = sample.Run({"list", "memo"});
+  EXPECT_EQ(none.code, 4);
+  EXPECT_EQ(none.out, "Category\tID\n") << "it has no categories";
+  EXPECT_EQ(none.messages, "pairwise: " + data +
+                               "/Notes.WMWrite: this binder can't be opened, and is left out; see "
+                               "`pairwise check`\n");
   sample.folder.Put("c/Data/Notes.WMNoteHeader", "");
   EXPECT_NE(RunPairwise({"check", data}).out.find("more notes were expected"), std::string::npos);
+}
+
+TEST(Memos, ThatTheNextSaveWouldLoseAreFound) {
+  const MemoSample sample;
+  const std::string data = sample.Folder() + "/c/Data";
+  test::BinderBytes binder = test::TwoSections();
+  binder.sections.push_back({"Work", 9});
+  binder.sections.push_back({std::string(25, 'n'), 10});
+  sample.Put(binder);
+  std::string headers = binder.Headers();
+  headers.replace(6, 4, test::Word(1, 4));
+  sample.folder.Put("c/Data/Notes.WMNoteHeader", headers);
+  const std::string found = RunPairwise({"check", data}).out;
+  for (const char* line : {
+           "at 42: the end was expected here, behind as many notes as are counted; the next save "
+           "would lose 2 records\n",
+           "at 66: section \"Work\" has the name of another one, and can't be reached\n",
+           "at 98: section \"nnnnnnnnnnnnnnnnnnnnnnnnn\" has a name of 25 bytes, of which the "
+           "next save keeps 24\n",
+       }) {
+    EXPECT_NE(found.find(line), std::string::npos) << line << found;
+  }
+}
+
+// Read one by one they would take thousands of times as much room as the files.
+TEST(Memos, ThatShareTheirTextsAreNotRead) {
+  const MemoSample sample;
+  test::BinderBytes binder = test::TwoSections();
+  std::string headers = "WMW300" + test::Word(1000, 4);
+  for (int i = 0; i < 1000; ++i) headers += binder.notes[0].Header(0);
+  sample.folder.Put("c/Data/Notes.WMNoteHeader", headers);
+  const Finished list = sample.Run({"list", "memo", "Work - Notes"});
+  EXPECT_EQ(list.code, 1);
+  EXPECT_NE(list.messages.find("/Notes.WMNoteHeader: its notes share their texts"),
+            std::string::npos)
+      << list.messages;
+  EXPECT_EQ(RunPairwise({"check", sample.Folder() + "/c/Data"}).code, 4);
 }
 
 }  // namespace

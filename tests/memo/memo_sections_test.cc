@@ -1,5 +1,6 @@
 #include "memo/memo_sections.h"
 
+#include "memo/open_section.h"
 #include "tests/memo/memo_fixture.h"
 #include "tests/support/busy_organiser.h"
 #include "tests/support/source_fixture.h"
@@ -58,6 +59,9 @@ TEST_F(MemoSectionsTest, ClearingTakesTheNotesOfASectionAlone) {
   bytes.notes = {bytes.notes[2]};
   bytes.sections[0].noteCount = 0;
   ExpectFiles(bytes);
+  OpenSectionId() = 0;
+  ClearMemoSection("C:\\Data\\Notes;Caf\xE9");
+  EXPECT_EQ(OpenSectionId(), 7) << "as if it had been opened";
 }
 
 TEST_F(MemoSectionsTest, ClearingWhatCannotBeOpenedIsNoFailureButABusyOrganiserIs) {

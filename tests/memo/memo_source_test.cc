@@ -71,6 +71,15 @@ TEST_F(MemoSourceTest, ReadsTheNotesOfItsSection) {
   category.Location = "C:\\Data\\Notes;Caf\xE9";
   Reopen();
   EXPECT_EQ(Ids(), Lines{"-3"}) << "behind those of another section";
+
+  // As it may be in memory, and in a file that another program wrote.
+  BinderBytes mixed = TwoSections();
+  std::swap(mixed.notes[1], mixed.notes[2]);
+  PutBinder(mixed);
+  category.Location = "C:\\Data\\Notes;Work";
+  MakeSource();
+  ASSERT_EQ(source->Open(0), 0);
+  EXPECT_EQ(Ids(), (Lines{"900000000", "900000005"}));
 }
 
 TEST_F(MemoSourceTest, NothingIsWrittenWhereNothingWasChanged) {

@@ -100,11 +100,26 @@ TEST(RichTextTest, PlainTextOfDocuments) {
       {"data with braces", "{\\rtf1 a{\\pict\\bin5 }}}\\{b}c}", "ac"},
       {"data without a size, and of none", "{\\rtf1 a\\bin b\\bin0 c\\bin-5 d}", "abcd"},
       {"more data than there are", "{\\rtf1 a\\bin2147483647 b}", "a"},
+      {"nested tables",
+       "{\\rtf1 a\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}{\\nonesttables\\par}b\\cell\\row "
+       "c}",
+       "a\t\r\nb\t\r\nc"},
+      {"bullets of an older control",
+       "{\\rtf1{\\pntext\\f1\\'B7\\tab}{\\*\\pn\\pnlvlblt{\\pntxta .}{\\pntxtb "
+       "(}}one\\par{\\pntext "
+       "2\\tab}two}",
+       "one\r\ntwo"},
+      {"index entries, headers, columns",
+       "{\\rtf1{\\headerl a}{\\headerr b}{\\headerf c}{\\footerl d}{\\footerr e}{\\footerf "
+       "f}x{\\xe "
+       "g}{\\tc h}\\column y\\emspace\\enspace\\qmspace z}",
+       "x\r\ny   z"},
+      {"units above the signed ones", "{\\rtf1\\u65533?\\u8364?}", "?\x80"},
       {"hidden text", "{\\rtf1 a\\v b\\par c\\v0 d{\\v e}f\\v g\\plain h}", "adfh"},
       {"nested groups", "{\\rtf1{{{a}}{b{c}}}d}", "abcd"},
       {"unknown destinations within known ones", "{\\rtf1{\\*\\x{\\*\\y a}b{c}}d{\\unknown e}}",
        "de"},
-      {"a star without a word", "{\\rtf1{\\*a}b\\*\\x c}", "ab"},
+      {"a star without a word", "{\\rtf1{\\*a}{\\*\\~\\b x}b\\*\\x c}", "a\xA0xb"},
       {"a header that is the rest of the document", "{\\rtf1 a\\header b}", "a"},
       {"text behind its end", "{\\rtf1 a}b{c}", "a"},
       {"cut in a word", "{\\rtf1 a\\pa", "a"},
@@ -126,9 +141,9 @@ TEST(RichTextTest, PlainTextOfDocuments) {
 }
 
 TEST(RichTextTest, DocumentOfATextInAFont) {
-  EXPECT_EQ(Rich("a{\\}\t\xE9\x01\r\nb"),
+  EXPECT_EQ(Rich("a{\\}\t\xE9\x01\x7F\r\nb"),
             "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fnil\\fcharset0 Courier New;}}\r\n"
-            "\\uc1\\pard\\plain\\f0\\fs24 a\\{\\\\\\}\\tab \\'e9\\'01\\par\r\nb\\par\r\n}");
+            "\\uc1\\pard\\plain\\f0\\fs24 a\\{\\\\\\}\\tab \\'e9\\'01\\'7f\\par\r\nb\\par\r\n}");
   const std::string odd = Rich("", {"", 20, 134});
   EXPECT_NE(odd.find("\\fcharset134 Arial;}"), std::string::npos) << odd;
   EXPECT_NE(Rich("", {"a;{\xE9", 20, 0}).find(" a\\{\\'e9;}}"), std::string::npos);

@@ -80,10 +80,13 @@ TEST_F(CategoriesTest, OneForEachSectionOfABinder) {
 
 TEST_F(CategoriesTest, ABinderOfABusyOrganiserHasNone) {
   pw::test::MakeOrganiserBusy(platform);
-  platform.files.Put("C:\\Data\\Notes.WMWrite", pw::test::TwoSections().Sections());
+  for (const char* name : {"Notes", "Other"}) {
+    platform.files.Put(std::string("C:\\Data\\") + name + ".WMWrite",
+                       pw::test::TwoSections().Sections());
+  }
   PWSourceCategoryVector categories;
   EXPECT_EQ(manager.ListCategories("memo", categories), 0);
-  ASSERT_EQ(platform.dialogs.boxes.size(), 1U);
+  ASSERT_EQ(platform.dialogs.boxes.size(), 2U) << "one for each binder";
   EXPECT_EQ(platform.dialogs.boxes[0].text,
             "PairWise cannot connect to PairWise Desktop because it is busy.\n\nPlease close any "
             "open dialogs and try this operation again.");
@@ -91,8 +94,9 @@ TEST_F(CategoriesTest, ABinderOfABusyOrganiserHasNone) {
   auto* log = new pw::test::TestLog;  // the manager's
   manager.Log = log;
   EXPECT_EQ(manager.ListCategories("memo", categories), 0);
-  EXPECT_EQ(log->lines.size(), 1U);
-  EXPECT_EQ(platform.dialogs.boxes.size(), 1U) << "a run shows no dialogs";
+  ASSERT_EQ(log->lines.size(), 2U);
+  EXPECT_EQ(log->lines[0].substr(0, 17), "1 PWDesktop-E0001");
+  EXPECT_EQ(platform.dialogs.boxes.size(), 2U) << "a run shows no dialogs";
   EXPECT_EQ(categories.Count(), 0U);
 }
 
