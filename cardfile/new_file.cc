@@ -6,13 +6,17 @@ namespace pw {
 
 std::string NewCardFile(const std::vector<std::string>& fieldNames,
                         const std::vector<std::string>& sortKeys) {
+  return NewCardFileOfBlock(cardfile::EncodeFieldNames(fieldNames), sortKeys);
+}
+
+std::string NewCardFileOfBlock(std::string_view fieldBlock,
+                               const std::vector<std::string>& sortKeys) {
   constexpr std::size_t kBlankCards = 1;
-  const std::string names = cardfile::EncodeFieldNames(fieldNames);
 
   cardfile::Header header = cardfile::NewHeader();
   header.cards = kBlankCards;
   cardfile::Layout layout;
-  layout.firstBody = cardfile::FirstBodyOffset(kBlankCards, names.size());
+  layout.firstBody = cardfile::FirstBodyOffset(kBlankCards, fieldBlock.size());
 
   ByteWriter out;
   cardfile::EncodeHeader(out, header);
@@ -20,8 +24,8 @@ std::string NewCardFile(const std::vector<std::string>& fieldNames,
   cardfile::EncodeLayout(out, layout);
   cardfile::EncodeIndexEntry(out, cardfile::IndexEntry());
   cardfile::EncodeKeyLine(out, sortKeys);
-  out.U16(static_cast<std::uint16_t>(names.size()));
-  out.Bytes(names);
+  out.U16(static_cast<std::uint16_t>(fieldBlock.size()));
+  out.Bytes(fieldBlock);
   return out.Release();
 }
 

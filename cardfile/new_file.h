@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pw {
@@ -11,5 +12,9 @@ namespace pw {
 // 65,535 bytes of names couldn't hold.
 std::string NewCardFile(const std::vector<std::string>& fieldNames,
                         const std::vector<std::string>& sortKeys);
+
+// The same, of names that are laid out as the file has them, 65,535 bytes at most.
+std::string NewCardFileOfBlock(std::string_view fieldBlock,
+                               const std::vector<std::string>& sortKeys);
 
 }  // namespace pw

@@ -11,6 +11,9 @@ class WMImportManager : public PWImportManager {
   // One path for all types: `typeName` doesn't matter.
   PWRESULT GetImportPath(const char* typeName, PWString& out) override;
 
+  // For contacts: replaces the file of the import path by a cardfile of these fields. Always 0.
+  PWRESULT PrepareImport(const char* typeName, PWStringVector& fieldNames) override;
+
   // Null or empty clears the path.
   PWRESULT SetImportPath(const char* path) override;
 

@@ -15,6 +15,8 @@ inline constexpr std::uint32_t kNameInformationManager = 101;
 inline constexpr std::uint32_t kNameDesktop = 102;
 inline constexpr std::uint32_t kNameWingmate99 = 8110;
 
+inline constexpr std::uint32_t kNewCardfile = 140;
+
 inline constexpr std::uint32_t kPlaceListFile = 2104;
 inline constexpr std::uint32_t kData = 2106;
 inline constexpr std::uint32_t kFile = 2107;
@@ -34,6 +36,7 @@ inline constexpr std::uint32_t kRecurringTask = 2127;
 inline constexpr std::uint32_t kRecurringCall = 2128;
 inline constexpr std::uint32_t kOrganiserCannotConnect = 2129;
 inline constexpr std::uint32_t kOrganiserBusy = 2130;
+inline constexpr std::uint32_t kDefaultTemplate = 2133;
 
 inline constexpr std::uint32_t kMainKeyInformationManager = 3000;
 inline constexpr std::uint32_t kMainKeyWingmate98 = 3001;

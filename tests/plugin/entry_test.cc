@@ -56,4 +56,24 @@ TEST(EntryTest, TheImportPathIsOneForAllTypes) {
   }
 }
 
+TEST(EntryTest, AnImportOfContactsReplacesTheFile) {
+  pw::TestPlatform platform;
+  const std::unique_ptr<PWImportManager> imports(
+      static_cast<PWImportManager*>(createObject("Object_ImportManager")));
+  const std::unique_ptr<PWSourceManager> manager(imports->SourceManager);
+  PWStringVector names;
+  names.AppendText("Phone");
+  names.AppendText("Last Name");
+  EXPECT_EQ(imports->PrepareImport("contact", names), 0) << "nowhere";
+  imports->SetImportPath("C:\\New.WMCard");
+  platform.files.Put("C:\\New.WMCard", "old");
+  EXPECT_EQ(imports->PrepareImport("memo", names), 0);
+  EXPECT_EQ(*platform.files.Get("C:\\New.WMCard"), "old");
+  EXPECT_EQ(imports->PrepareImport("contact", names), 0);
+  const std::string made = *platform.files.Get("C:\\New.WMCard");
+  EXPECT_EQ(made.substr(made.size() - 20), std::string("\x12\0", 2) + "Phone\r\nLast Name\r\n");
+  EXPECT_EQ(imports->PrepareImport("contact", *std::make_unique<PWStringVector>()), 0);
+  EXPECT_EQ(platform.files.Get("C:\\New.WMCard")->size(), 1361U + 64 + 128 + 2);
+}
+
 }  // namespace

@@ -1,0 +1,85 @@
+#include "cardfile/template_dialog.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "platform/platform.h"
+#include "plugin/string_table.h"
+
+namespace cardfile = pw::cardfile;
+
+namespace {
+
+constexpr const char* kCaption = "Select Cardfile Template";
+constexpr std::uint64_t kLargestList = 16 << 20;
+
+// String 140 says where the name goes by "%1".
+std::string NewCardfileLine(const std::string& fileName) {
+  std::string line = LoadString(strings::kNewCardfile).Str();
+  const std::string place = "%1";
+  const std::size_t at = line.find(place);
+  return at == std::string::npos ? line : line.replace(at, place.size(), fileName);
+}
+
+std::string ReadList(const std::string& path) {
+  const auto file =
+      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
+  const auto size = file == nullptr ? std::nullopt : file->Size();
+  if (!size || *size > kLargestList) return {};
+  return file->Read(static_cast<std::size_t>(*size));
+}
+
+}  // namespace
+
+WMTemplatePage::WMTemplatePage(const std::string& fileName, std::string_view list)
+    : templates(cardfile::ReadTemplates(list)) {
+  std::vector<std::string> names;
+  for (const cardfile::CardTemplate& each : templates) names.emplace_back(each.name);
+  if (!names.empty()) {
+    names.front() = FormatString(strings::kDefaultTemplate, names.front().c_str());
+  }
+  const std::string first = names.empty() ? "" : names.front();
+  controls = {{kNewCardfile, pw::ControlKind::kLabel, NewCardfileLine(fileName), {}, false},
+              {kTemplates, pw::ControlKind::kList, first, std::move(names), false},
+              {kFields, pw::ControlKind::kList, "", {}, false}};
+  ShowFields();
+}
+
+std::string WMTemplatePage::Caption() {
+  return kCaption;
+}
+
+void WMTemplatePage::Press(std::int32_t control) {
+  if (control == kTemplates) ShowFields();
+}
+
+bool WMTemplatePage::Leave() {
+  ShowFields();
+  return true;
+}
+
+void WMTemplatePage::ShowFields() {
+  Control(kFields)->items = cardfile::FieldsOf(ChosenFields());
+}
+
+// Of several templates with one name the first is meant.
+std::string_view WMTemplatePage::ChosenFields() const {
+  const pw::DialogControl& list = controls[1];
+  const auto chosen = std::find(list.items.begin(), list.items.end(), list.text);
+  if (chosen == list.items.end()) return {};
+  return templates[static_cast<std::size_t>(chosen - list.items.begin())].fields;
+}
+
+std::optional<std::string> ChooseTemplate(pw::WindowId parent, const std::string& fileName,
+                                          const std::string& listPath) {
+  const std::string list = ReadList(listPath);
+  if (list.empty()) return std::nullopt;
+  auto page = std::make_unique<WMTemplatePage>(fileName, list);
+  const WMTemplatePage& shown = *page;
+  CPropertySheet sheet(kCaption);
+  sheet.AddPage(std::move(page));
+  if (sheet.DoModal(parent) != pw::SheetAnswer::kOk) return std::nullopt;
+  return std::string(shown.ChosenFields());
+}
