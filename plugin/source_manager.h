@@ -21,7 +21,18 @@ class WMSourceManager : public PWSourceManager {
   bool IsInstalled() override;
   PWRESULT ClearSyncCategoryNames() override;
   PWRESULT LaunchApplication() override;
+
+  // Empties what is paired of the types that take part, up to the first whose files the organiser
+  // doesn't let go of: then 1, and a line in the log.
+  PWRESULT DeleteAllData() override;
   PWRESULT ListCategories(const char* typeName, PWSourceCategoryVector& out) override;
+
+  // Makes the files of a new category and tells where they are, null if nobody wants to know. For a
+  // contact category the person chooses a template. 1 if it is there already, or nothing was made.
+  PWRESULT NewCategory(const char* name, const char* typeName, PWString* location) override;
+
+  // Deletes a cardfile. 1 for a memo category, whose location is no file.
+  PWRESULT DeleteCategory(const char* typeName, const char* location) override;
   std::int32_t CategoryLimit(const char* typeName) override;
   bool IsSharedCategory(const char* typeName) override;
   PWString CategoryHeaderName() override;

@@ -1,0 +1,100 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "framework/engine_context.h"
+#include "platform/testing/test_platform.h"
+#include "plugin/source_manager.h"
+
+namespace {
+
+constexpr const char* kMain = "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main";
+
+class NewCategoryTest : public testing::Test {
+ protected:
+  NewCategoryTest() {
+    manager.Config = &config;
+    config.String(PWConfig::kDataFolder, "C:\\Data");
+    config.String(PWConfig::kInstallFolder, "C:\\Program");
+    platform.files.PutFolder("C:\\Data");
+    platform.files.Put("C:\\Program\\Data\\crdstyle.dat",
+                       "[Plain]Name\t\t\rodd\tPhone\r\n[B]b\r\n");
+    platform.registry.Set(kMain, "SyncCatNames", pw::TextValue(""));
+    platform.registry.Set(kMain, "Version", pw::NumberValue(50));
+  }
+  PWRESULT New(const char* type, const char* name) {
+    location = "as before";
+    return manager.NewCategory(name, type, &location);
+  }
+  void AnswerOk() {
+    platform.dialogs.sheetAnswers.push_back([](pw::SheetModel&) { return pw::SheetAnswer::kOk; });
+  }
+  std::string Names() { return platform.registry.Get(kMain, "SyncCatNames")->data; }
+
+  pw::TestPlatform platform;
+  PWConfig config;
+  WMSourceManager manager{0};
+  PWString location;
+};
+
+TEST_F(NewCategoryTest, ACardfileIsMadeOfATemplate) {
+  AnswerOk();
+  EXPECT_EQ(New("contact", " a/b:c "), 0);
+  EXPECT_EQ(location.Str(), "C:\\Data\\a b c.WMCard");
+  ASSERT_EQ(platform.dialogs.sheets.size(), 1U);
+  EXPECT_EQ(platform.dialogs.sheets[0].help, "WMSource");
+  PWStringVector fields;
+  EXPECT_EQ(manager.CategoryFieldNames("contact", location, fields), 0);
+  ASSERT_EQ(fields.Count(), 2U) << "names, without the field list's odd piece";
+  EXPECT_TRUE(*fields.At(0) == "Name");
+  EXPECT_TRUE(*fields.At(1) == "Contact Log");
+  EXPECT_EQ(New("contact", "a b c"), 1) << "it is there";
+  EXPECT_EQ(location.Str(), "C:\\Data\\a b c.WMCard");
+  EXPECT_EQ(platform.dialogs.sheets.size(), 1U);
+  EXPECT_EQ(New("contact", "<>"), 1) << "nobody chooses";
+  EXPECT_EQ(platform.files.Get("C:\\Data\\.WMCard"), std::nullopt);
+  EXPECT_EQ(Names(), "a b c.WMCard\ta b c.WMCard\t.WMCard") << "made or not";
+  AnswerOk();
+  EXPECT_EQ(manager.NewCategory("d", "contact", nullptr), 0);
+}
+
+TEST_F(NewCategoryTest, ACalendarIsMadeAnewAndNoOther) {
+  EXPECT_EQ(New("calendar", "Ada"), 1);
+  EXPECT_EQ(location.Str(), "C:\\Data\\Ada");
+  EXPECT_EQ(platform.files.Get("C:\\Data\\AdaEven.WMW"), std::nullopt);
+  for (const char* name : {"Even.WMW", "Data.WMW", "Recr.WMW"}) {
+    platform.files.Put(std::string("C:\\Data\\Ada") + name, "old");
+  }
+  EXPECT_EQ(New("todo", "Ada"), 1) << "the calendar is made anew, and no tasks";
+  EXPECT_EQ(platform.files.Get("C:\\Data\\AdaEven.WMW")->substr(0, 9), "WMWCALE50");
+  EXPECT_EQ(platform.files.Get("C:\\Data\\AdaTASK.WMW"), std::nullopt);
+  EXPECT_EQ(New("todo", "Bob"), 0) << "where there is no calendar they are made";
+  EXPECT_EQ(location.Str(), "C:\\Data\\Bob");
+  EXPECT_NE(platform.files.Get("C:\\Data\\BobTASK.WMW"), std::nullopt);
+  EXPECT_NE(platform.files.Get("C:\\Data\\BobCALL.WMW"), std::nullopt);
+}
+
+TEST_F(NewCategoryTest, ABinderHasTheCleanNameAndItsSectionTheOther) {
+  EXPECT_EQ(New("memo", "a/b"), 0);
+  EXPECT_EQ(location.Str(), "C:\\Data\\a b;a/b");
+  EXPECT_NE(platform.files.Get("C:\\Data\\a b.WMContent"), std::nullopt);
+  EXPECT_EQ(New("memo", "a/b"), 1);
+  EXPECT_EQ(New("memo", "a?b"), 0) << "another section of it";
+  EXPECT_EQ(New("timezone", "x"), 0);
+  EXPECT_EQ(New("none", "x"), 1);
+  EXPECT_EQ(location.Str(), "as before");
+  EXPECT_EQ(Names(), "");
+}
+
+TEST_F(NewCategoryTest, OnlyFilesAreDeleted) {
+  platform.files.Put("C:\\Data\\a.WMCard", "");
+  EXPECT_EQ(manager.DeleteCategory("contact", "C:\\Data\\a.WMCard"), 0);
+  EXPECT_EQ(platform.files.Get("C:\\Data\\a.WMCard"), std::nullopt);
+  EXPECT_EQ(manager.DeleteCategory("contact", "C:\\Data\\a.WMCard"), 1);
+  EXPECT_EQ(manager.DeleteCategory("contact", "C:\\Data"), 1) << "a folder";
+  EXPECT_EQ(manager.DeleteCategory("memo", "C:\\Data\\a;b"), 1);
+  EXPECT_EQ(manager.DeleteCategory("calendar", "C:\\Data\\Ada"), 0);
+  EXPECT_EQ(manager.DeleteCategory(nullptr, nullptr), 0);
+}
+
+}  // namespace
