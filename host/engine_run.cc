@@ -5,20 +5,13 @@
 #include "base/codepage.h"
 #include "base/process_wide.h"
 #include "framework/engine_context.h"
+#include "host/data_folder.h"
 #include "host/signal_cleanup.h"
 
 namespace pw {
 namespace {
 
 constexpr const char* kImportManagerName = "Object_ImportManager";
-
-std::vector<Mount> Mounts(const Profile& profile, bool readOnly) {
-  std::vector<Mount> mounts;
-  for (const ProfileDrive& drive : profile.drives) {
-    mounts.push_back({drive.prefix, drive.folder, readOnly});
-  }
-  return mounts;
-}
 
 }  // namespace
 
@@ -63,14 +56,10 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
   }
 
   const std::string folder = profile.DataFolder();
-  const bool hasDrive = folder.size() >= 2 && folder[1] == ':';
-  const auto original = hasDrive ? originals.Translate(folder) : std::nullopt;
-  if (!original) {
-    return Failure{profile.DescriptionFile().string() +
-                   ": entry 2 of [config] must be the data folder, on one of the drives"};
-  }
+  const auto original = NativeDataFolder(profile);
+  if (!original) return original.Why();
   WatchForSignals();
-  auto made = PrivateCopy::Make(original->path);
+  auto made = PrivateCopy::Make(*original);
   if (!made) return made.Why();
   copy = std::move(*made);
   // The rest of this machine can be looked at but not changed, by whatever path.

@@ -39,6 +39,8 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddListCommand(app, line);
   AddShowCommand(app, line);
   AddExportCommand(app, line);
+  AddBackupCommand(app, line);
+  AddRestoreCommand(app, line);
   AddDriveCommand(app, line);
   AddOrganiserCommand(app, line);
   // Their own help doesn't list the program's options.

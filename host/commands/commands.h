@@ -31,6 +31,8 @@ void AddCheckCommand(CLI::App& app, CommandLine& line);
 void AddListCommand(CLI::App& app, CommandLine& line);
 void AddShowCommand(CLI::App& app, CommandLine& line);
 void AddExportCommand(CLI::App& app, CommandLine& line);
+void AddBackupCommand(CLI::App& app, CommandLine& line);
+void AddRestoreCommand(CLI::App& app, CommandLine& line);
 void AddDriveCommand(CLI::App& app, CommandLine& line);
 void AddOrganiserCommand(CLI::App& app, CommandLine& line);
 void AddDemoCommand(CLI::App& app, CommandLine& line);

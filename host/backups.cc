@@ -1,0 +1,112 @@
+#include "host/backups.h"
+
+#include <algorithm>
+#include <ctime>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "base/text.h"
+#include "host/data_folder.h"
+#include "host/folder_copy.h"
+#include "host/native_file.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kUnfinished = ".unfinished";
+
+std::string NameOf(std::int64_t now) {
+  const auto seconds = static_cast<std::time_t>(now);
+  std::tm utc{};
+  ::gmtime_r(&seconds, &utc);
+  return Format("%04d-%02d-%02dT%02d-%02d-%02d", utc.tm_year + 1900, utc.tm_mon + 1, utc.tm_mday,
+                utc.tm_hour, utc.tm_min, utc.tm_sec);
+}
+
+// A name that comes behind those of the same second.
+std::string NewName(const Profile& profile, std::int64_t now) {
+  const std::string name = NameOf(now);
+  std::string latest;
+  for (const std::string& each : BackupsOf(profile)) {
+    if (each.rfind(name, 0) == 0) latest = each;
+  }
+  if (latest.empty()) return name;
+  const std::int32_t number =
+      latest.size() > name.size() ? ParseLong(std::string_view(latest).substr(name.size() + 1)) : 1;
+  return name + Format("-%02d", number + 1);
+}
+
+// With the times that the file had; nobody ever sees half of it.
+std::optional<Failure> PutBack(const fs::path& file, const fs::path& target) {
+  const fs::path beside = target.string() + kUnfinished;
+  std::error_code error;
+  fs::copy_file(file, beside, fs::copy_options::overwrite_existing, error);
+  if (!error) fs::last_write_time(beside, fs::last_write_time(file, error), error);
+  if (!error) fs::rename(beside, target, error);
+  if (!error) return std::nullopt;
+  std::error_code ignored;
+  fs::remove(beside, ignored);
+  return SystemFailure(target, error.value());
+}
+
+}  // namespace
+
+std::vector<std::string> BackupsOf(const Profile& profile) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const fs::directory_entry& entry :
+       fs::directory_iterator(profile.folder / "backups", error)) {
+    const std::string name = entry.path().filename().string();
+    if (entry.is_directory(error) && !name.ends_with(kUnfinished)) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+fs::path BackupFolder(const Profile& profile, const std::string& name) {
+  return profile.folder / "backups" / name;
+}
+
+Outcome<std::string> MakeBackup(const Profile& profile, std::int64_t now, const std::string& kept) {
+  const auto data = NativeDataFolder(profile);
+  if (!data) return data.Why();
+  const std::string name = NewName(profile, now);
+  const fs::path made = BackupFolder(profile, name + kUnfinished);
+  std::error_code error;
+  fs::remove_all(made, error);
+  fs::create_directories(made, error);
+  if (error) return SystemFailure(made, error.value());
+  if (const auto failure = CopyRegularFiles(*data, made)) {
+    fs::remove_all(made, error);
+    return *failure;
+  }
+  fs::rename(made, BackupFolder(profile, name), error);
+  if (error) return SystemFailure(made, error.value());
+  const std::vector<std::string> all = BackupsOf(profile);
+  for (std::size_t i = 0; i + kMostBackups < all.size(); ++i) {
+    if (all[i] != kept) fs::remove_all(BackupFolder(profile, all[i]), error);
+  }
+  return name;
+}
+
+Outcome<std::size_t> RestoreBackup(const Profile& profile, const std::string& name) {
+  const auto data = NativeDataFolder(profile);
+  if (!data) return data.Why();
+  std::error_code error;
+  const fs::path folder = BackupFolder(profile, name);
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
+    files.push_back(entry.path());
+  }
+  if (error) return SystemFailure(folder, error.value());
+  fs::create_directories(*data, error);
+  for (const fs::path& file : files) {
+    if (const auto failure = PutBack(file, *data / file.filename())) return *failure;
+  }
+  return files.size();
+}
+
+}  // namespace pw

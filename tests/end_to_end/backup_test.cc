@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/end_to_end/process.h"
+#include "tests/end_to_end/sample.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+class BackupTest : public testing::Test {
+ protected:
+  Finished Run(std::vector<std::string> words, const std::string& input = "") const {
+    words.insert(words.begin(), {"-p", sample.Folder()});
+    return RunPairwise(words, input);
+  }
+  std::string Backup() const {
+    const Finished made = Run({"backup"});
+    EXPECT_EQ(made.code, 0) << made.messages;
+    return made.out.substr(0, made.out.find('\n'));
+  }
+  std::vector<std::string> Listed() const {
+    std::istringstream in(Run({"restore"}).out);
+    return {std::istream_iterator<std::string>(in), {}};
+  }
+
+  // The data folder's files by their names.
+  std::map<std::string, std::string> Files() const {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::directory_iterator(sample.folder.Path() / "c/Data")) {
+      const std::string name = entry.path().filename().string();
+      if (entry.is_regular_file()) files[name] = sample.folder.Get("c/Data/" + name);
+    }
+    return files;
+  }
+
+  const Sample sample;
+};
+
+TEST_F(BackupTest, BringsEveryByteBack) {
+  EXPECT_EQ(Run({"restore"}).messages, "there is no backup yet; `pairwise backup` makes one\n");
+  sample.folder.Put("c/Data/empty", "");
+  sample.folder.Put("c/Data/inner/kept", "not one of the folder's own files");
+  const auto before = Files();
+  const std::string name = Backup();
+  EXPECT_EQ(Listed(), std::vector<std::string>{name});
+  Run({"drive"},
+      "{\"op\":\"open\",\"type\":\"contact\",\"location\":\"C:\\\\Data\\\\Friends.WMCard\"}\n"
+      "{\"op\":\"first\"}\n{\"op\":\"delete\"}\n{\"op\":\"close\"}\n");
+  fs::remove(sample.folder.Path() / "c/Data/empty");
+  const auto changed = Files();
+  EXPECT_NE(changed, before);
+  const Finished restored = Run({"restore", name});
+  EXPECT_EQ(restored.code, 0) << restored.messages;
+  EXPECT_EQ(restored.messages.substr(0, 14), "2 files are as");
+  EXPECT_EQ(Files(), before);
+  // What was there before can be had again.
+  sample.folder.Put("c/Data/new", "stays");
+  EXPECT_EQ(Run({"restore", Listed().back()}).code, 0);
+  auto expected = changed;
+  expected["empty"] = "";
+  expected["new"] = "stays";
+  EXPECT_EQ(Files(), expected);
+  EXPECT_EQ(Run({"restore", "none"}).messages,
+            "pairwise: there is no backup 'none'; `pairwise restore` lists them\n");
+}
+
+TEST_F(BackupTest, TenAreKept) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 12; ++i) names.push_back(Backup());
+  names.erase(names.begin(), names.begin() + 2);
+  EXPECT_EQ(Listed(), names);
+  EXPECT_EQ(Run({"restore", names.front()}).code, 0) << "also the oldest of them";
+  EXPECT_EQ(Listed().front(), names.front());
+}
+
+TEST_F(BackupTest, WhatCannotBeCopiedIsNoBackup) {
+  fs::remove_all(sample.folder.Path() / "c/Data");
+  const Finished none = Run({"backup"});
+  EXPECT_EQ(none.code, 1);
+  EXPECT_NE(none.messages.find("c/Data: No such file or directory"), std::string::npos)
+      << none.messages;
+  EXPECT_EQ(Listed(), std::vector<std::string>());
+  EXPECT_TRUE(fs::is_empty(sample.folder.Path() / "backups"));
+}
+
+}  // namespace
+}  // namespace pw
