@@ -45,6 +45,11 @@ std::string_view Trimmed(std::string_view text) {
   return text;
 }
 
+std::string WithoutLastBackslash(std::string path) {
+  if (!path.empty() && path.back() == '\\') path.pop_back();
+  return path;
+}
+
 std::int32_t ParseLong(std::string_view text) {
   text = WithoutLeadingSpace(text);
   bool negative = false;

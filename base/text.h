@@ -34,6 +34,9 @@ std::string_view WithoutLeadingSpace(std::string_view text);
 // Without white space at either end.
 std::string_view Trimmed(std::string_view text);
 
+// A path less one backslash at its end.
+std::string WithoutLastBackslash(std::string path);
+
 // A decimal number at the start of the text, behind white space and a sign; 0 if there is none.
 // What doesn't fit into 32 bits leaves its low 32 bits, signed.
 std::int32_t ParseLong(std::string_view text);

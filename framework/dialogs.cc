@@ -47,11 +47,34 @@ bool PWBrowseFolder::DoModal() {
   return true;
 }
 
+void CPropertyPage::Show(pw::WindowId shownIn) {
+  window = shownIn;
+  if (started) return;
+  started = true;
+  Start();
+}
+
+void CPropertyPage::Help() {
+  pw::CurrentPlatform().dialogs->ShowHelp();
+}
+
+void CPropertyPage::Add(std::int32_t number, pw::ControlKind kind, const std::string& text) {
+  controls.push_back({number, kind, text, {}, false});
+}
+
 pw::DialogControl* CPropertyPage::Control(std::int32_t number) {
   const auto found =
       std::find_if(controls.begin(), controls.end(),
                    [&](const pw::DialogControl& control) { return control.number == number; });
   return found == controls.end() ? nullptr : &*found;
+}
+
+void CPropertyPage::ReadText(std::int32_t number, std::string& out) {
+  if (const pw::DialogControl* control = Control(number)) out = control->text;
+}
+
+void CPropertyPage::ShowText(std::int32_t number, const std::string& text) {
+  if (pw::DialogControl* control = Control(number)) control->text = text;
 }
 
 std::vector<pw::PageModel*> CPropertySheet::Pages() {

@@ -43,18 +43,37 @@ class PWBrowseFolder {
 // A page of controls, without a look: its logic, which a dialog or a test drives.
 class CPropertyPage : public pw::PageModel {
  public:
+  // Starts the page the first time. An override calls this first.
+  void Show(pw::WindowId shownIn) override;
   std::vector<pw::DialogControl>& Controls() override { return controls; }
   void Press(std::int32_t /*control*/) override {}
   bool Leave() override { return true; }
+  void Help() override;
+  std::int32_t Focus() override { return focus; }
 
   // Called on each page, in order, when the sheet was left by OK.
   virtual void Accept() {}
 
  protected:
+  // Called once, before anything else is done with the controls: the place to make them.
+  virtual void Start() {}
+
+  void Add(std::int32_t number, pw::ControlKind kind, const std::string& text);
+
   // The control of that number, or null.
   pw::DialogControl* Control(std::int32_t number);
 
+  // Take over what a control holds, and show something in it. Nothing happens without the control,
+  // as on a page that was never shown.
+  void ReadText(std::int32_t number, std::string& out);
+  void ShowText(std::int32_t number, const std::string& text);
+
   std::vector<pw::DialogControl> controls;
+  std::int32_t focus = 0;
+  pw::WindowId window = pw::kNoWindow;  // that the page was last shown in
+
+ private:
+  bool started = false;
 };
 
 // A modal sheet that owns its pages.

@@ -40,6 +40,7 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
   if (!chosenEntry || *chosenEntry < 0) return false;
   const auto entry = static_cast<std::size_t>(*chosenEntry);
   for (PageModel* page : sheet.Pages()) {
+    page->Show(kNoWindow);
     std::vector<DialogControl>& controls = page->Controls();
     const auto list = std::find_if(controls.begin(), controls.end(), [](const DialogControl& c) {
       return c.kind == ControlKind::kList;
@@ -47,7 +48,7 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
     if (list == controls.end()) continue;
     if (entry >= list->items.size()) return false;
     list->text = list->items[entry];
-    return page->Leave();
+    return page->Next();
   }
   return false;
 }

@@ -36,7 +36,14 @@ inline std::string WithTitle(const std::string& title, const std::string& text) 
   return title.empty() ? text : title + ": " + text;
 }
 
-enum class ControlKind { kLabel, kChoice, kText, kList, kButton };
+enum class ControlKind {
+  kLabel,
+  kChoice,  // those that stand side by side are one group
+  kText,
+  kList,
+  kCombo,  // a text field that offers a list
+  kButton,
+};
 
 // A numbered control of a page. What it holds is the page's; the dialogs show it and change `text`
 // or `chosen` as the person says.
@@ -44,18 +51,41 @@ struct DialogControl {
   std::int32_t number = 0;
   ControlKind kind = ControlKind::kLabel;
   std::string text;                // a label's text, a text field's content
-  std::vector<std::string> items;  // of a list
+  std::vector<std::string> items;  // of a list or a combo
   bool chosen = false;             // of one choice in a group
 };
+
+struct IconResource;               // whatever the platform keeps of a picture
+using IconHandle = IconResource*;  // null is no picture
 
 // A page of a sheet, as the dialogs see it.
 class PageModel {
  public:
   virtual ~PageModel() = default;
   virtual std::string Caption() = 0;
+
+  // The page comes up in this window, which is `kNoWindow` where there are none; called each time,
+  // before the person can do anything on it.
+  virtual void Show(WindowId /*window*/) {}
   virtual std::vector<DialogControl>& Controls() = 0;
   virtual void Press(std::int32_t control) = 0;  // a button
-  virtual bool Leave() = 0;                      // false: the page stays open
+
+  // The person goes to another page or says OK. False: the page stays open.
+  virtual bool Leave() = 0;
+
+  // The same where it is forward that they go, which in a wizard may mean more than to go back.
+  virtual bool Next() { return Leave(); }
+
+  // The person asks for help with the page.
+  virtual void Help() {}
+
+  // The control that the page wants the person's input in, 0 for any.
+  virtual std::int32_t Focus() { return 0; }
+
+  // What the page shows beside its controls: the resource number of a picture, 0 for none, and an
+  // icon, which stays the page's.
+  virtual std::int32_t Picture() { return 0; }
+  virtual IconHandle Icon() { return nullptr; }
 };
 
 // A modal sheet of pages.
@@ -70,9 +100,6 @@ enum class SheetAnswer { kOk = 1, kCancel = 2 };
 
 // Why a folder can't be taken, in words for the person; nothing if it can.
 using FolderComplaint = std::function<std::optional<std::string>(const std::string& folder)>;
-
-struct IconResource;               // whatever the platform keeps of a picture
-using IconHandle = IconResource*;  // null is no picture
 
 class Dialogs {
  public:
@@ -94,6 +121,9 @@ class Dialogs {
   // From here until the matching leave, a call for help shows this context. They nest.
   virtual void EnterHelp(const std::string& context) = 0;
   virtual void LeaveHelp() = 0;
+
+  // Shows the innermost context that stands.
+  virtual void ShowHelp() = 0;
 
   // The module's picture of that resource number, or null. It is the caller's until destroyed.
   virtual IconHandle LoadIcon(std::int32_t resource) = 0;
@@ -119,6 +149,7 @@ class DialogsWrapper : public Dialogs {
   }
   void EnterHelp(const std::string& context) override { target.EnterHelp(context); }
   void LeaveHelp() override { target.LeaveHelp(); }
+  void ShowHelp() override { target.ShowHelp(); }
   IconHandle LoadIcon(std::int32_t resource) override { return target.LoadIcon(resource); }
   void DestroyIcon(IconHandle icon) override { target.DestroyIcon(icon); }
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/process_wide.h"
+#include "base/text.h"
 #include "framework/registry.h"
 #include "platform/platform.h"
 #include "plugin/source_manager.h"
@@ -94,6 +95,16 @@ std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
   return MainKeyOf(code);
 }
 
+std::optional<std::string> InstallFolder(std::int32_t code) {
+  PWRegistry registry;
+  PWString installed;
+  if (registry.Open(EditionOf(code).installKey, false) == 0 ||
+      registry.Read("InstallDir", installed) == 0) {
+    return std::nullopt;
+  }
+  return pw::WithoutLastBackslash(installed.Str());
+}
+
 std::int32_t WMSourceManager::GetProduct() {
   if (Product != product::kUnknown || Config == nullptr) return Product;
   const PWString& key = Config->String(PWConfig::kProductKey);
@@ -141,19 +152,11 @@ bool WMSourceManager::IsInstalled() {
 }
 
 PWRESULT WMSourceManager::LaunchApplication() {
-  const Edition& edition = EditionOf(GetProduct());
-  PWRegistry registry;
-  PWString installed;
-  if (registry.Open(edition.installKey, false) == 0 ||
-      registry.Read("InstallDir", installed) == 0) {
-    return kResultFailed;
-  }
-  registry.Close();
-
-  std::string folder = installed.Str();
-  if (!folder.empty() && folder.back() == '\\') folder.pop_back();
-  folder += "\\Program\\";
-  const std::string program = folder + edition.program;
+  const std::int32_t code = GetProduct();
+  const auto installed = InstallFolder(code);
+  if (!installed) return kResultFailed;
+  const std::string folder = *installed + "\\Program\\";
+  const std::string program = folder + EditionOf(code).program;
   if (!pw::CurrentPlatform().files->Exists(program)) return kResultFailed;
   pw::CurrentPlatform().shell->Execute({"open", program, "", folder, 1});
   return kResultOk;

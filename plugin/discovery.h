@@ -25,6 +25,10 @@ std::optional<std::uint32_t> MainKeyOf(std::int32_t code);
 // The same, but nothing for an edition that isn't known.
 std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code);
 
+// The organiser's install folder, less one backslash at its end; nothing where the registry doesn't
+// tell.
+std::optional<std::string> InstallFolder(std::int32_t code);
+
 // Whether the organiser writes the files of data version 50. Asked of the registry at each call,
 // and always of the desktop edition's key, whichever edition runs.
 bool IsVersion50();

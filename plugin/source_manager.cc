@@ -64,14 +64,6 @@ void WMSourceManager::GetTypes(PWStringVector& out) {
   for (const DataType& type : kDataTypes) out.AppendText(type.name);
 }
 
-PWRESULT WMSourceManager::AddSetupPages(CPropertySheet* /*sheet*/) {
-  return kResultNotImplemented;
-}
-
-PWRESULT WMSourceManager::AddExtraSetupPages(CPropertySheet* sheet) {
-  return AddSetupPages(sheet);
-}
-
 PWRESULT WMSourceManager::ClearSyncCategoryNames() {
   PWRegistry registry;
   PWString names;

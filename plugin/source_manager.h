@@ -20,6 +20,7 @@ class WMSourceManager : public PWSourceManager {
   PWRESULT AddExtraSetupPages(CPropertySheet* sheet) override;
   bool IsInstalled() override;
   PWRESULT ClearSyncCategoryNames() override;
+  bool ShowOptions(PWConfig* config) override;
   PWRESULT LaunchApplication() override;
 
   // Empties what is paired of the types that take part, up to the first whose files the organiser

@@ -106,6 +106,9 @@ std::string Describe(const DialogControl& control) {
       return "[" + control.text + "]";
     case ControlKind::kList:
       return "[" + control.text + "] one of " + std::to_string(control.items.size());
+    case ControlKind::kCombo:
+      return "[" + control.text + "] one of " + std::to_string(control.items.size()) +
+             ", or another";
     case ControlKind::kButton:
       return "<" + WithoutKeyMarks(control.text) + ">";
   }
@@ -158,7 +161,7 @@ void TerminalDialogs::TellEnded(std::string_view taken) {
   out.flush();
 }
 
-std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt) {
+std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt, PageModel* page) {
   while (true) {
     out << Printable(prompt) << std::flush;
     std::string line;
@@ -173,9 +176,10 @@ std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt) {
       Tell("The organiser has no such characters.");
     } else if (*known != "?") {
       return known;
+    } else if (page != nullptr) {
+      page->Help();
     } else {
-      Tell(helpContexts.empty() ? "There is no help for this."
-                                : "Help is under \"" + helpContexts.back() + "\".");
+      ShowHelp();
     }
   }
 }
@@ -212,7 +216,10 @@ SheetAnswer TerminalDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
   Tell("== " + sheet.Title() + " ==");
   const std::vector<PageModel*> pages = sheet.Pages();
   std::size_t at = 0;
+  const PageModel* shown = nullptr;
   while (at < pages.size()) {
+    if (shown != pages[at]) pages[at]->Show(kNoWindow);
+    shown = pages[at];
     switch (ShowPage(*pages[at], at == 0, at + 1 == pages.size())) {
       case Turn::kStay:
         break;
@@ -232,10 +239,11 @@ SheetAnswer TerminalDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
 TerminalDialogs::Turn TerminalDialogs::ShowPage(PageModel& page, bool first, bool last) {
   ListControls(page);
   const auto line = Ask(std::string("A number to work it, Enter for ") + (last ? "OK" : "more") +
-                        (first ? "" : ", b to go back") + ", c to cancel: ");
+                            (first ? "" : ", b to go back") + ", c to cancel: ",
+                        &page);
   if (!line) TellEnded("cancel");
   if (!line || EqualIgnoringCase(*line, "c")) return Turn::kCancel;
-  if (line->empty()) return page.Leave() ? Turn::kNext : Turn::kStay;
+  if (line->empty()) return page.Next() ? Turn::kNext : Turn::kStay;
   if (!first && EqualIgnoringCase(*line, "b")) return page.Leave() ? Turn::kBack : Turn::kStay;
   WorkControl(page, PlaceIn(*line, page.Controls().size()));
   return Turn::kStay;
@@ -246,7 +254,8 @@ void TerminalDialogs::ListControls(PageModel& page) {
   std::size_t place = 0;
   for (const DialogControl& control : page.Controls()) {
     const bool label = control.kind == ControlKind::kLabel;
-    Tell((label ? "" : std::to_string(++place) + " ") + Describe(control));
+    const bool focus = control.number != 0 && control.number == page.Focus();
+    Tell((focus ? "> " : "") + (label ? "" : std::to_string(++place) + " ") + Describe(control));
   }
 }
 
@@ -266,6 +275,8 @@ void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
       return EditText(controls[*index]);
     case ControlKind::kList:
       return PickItem(controls[*index]);
+    case ControlKind::kCombo:
+      return FillCombo(controls[*index]);
     case ControlKind::kButton:
       return page.Press(controls[*index].number);
   }
@@ -276,10 +287,22 @@ void TerminalDialogs::EditText(DialogControl& control) {
   if (line && !line->empty()) control.text = *line == "-" ? "" : *line;
 }
 
-void TerminalDialogs::PickItem(DialogControl& control) {
+void TerminalDialogs::ListItems(const DialogControl& control) {
   for (std::size_t i = 0; i < control.items.size(); ++i) {
     Tell(std::to_string(i + 1) + " " + control.items[i]);
   }
+}
+
+void TerminalDialogs::FillCombo(DialogControl& control) {
+  ListItems(control);
+  const auto line = Ask("Which of them, or a new text (Enter keeps it, \"-\" empties it): ");
+  if (!line || line->empty()) return;
+  const std::size_t place = PlaceIn(*line, control.items.size());
+  control.text = place != 0 ? control.items[place - 1] : *line == "-" ? "" : *line;
+}
+
+void TerminalDialogs::PickItem(DialogControl& control) {
+  ListItems(control);
   const auto line = Ask("Which of them (Enter keeps it): ");
   const std::size_t place = line ? PlaceIn(*line, control.items.size()) : 0;
   if (place != 0) control.text = control.items[place - 1];
@@ -307,6 +330,11 @@ std::optional<std::string> TerminalDialogs::ChooseFolder(WindowId /*parent*/,
 
 void TerminalDialogs::LeaveHelp() {
   if (!helpContexts.empty()) helpContexts.pop_back();
+}
+
+void TerminalDialogs::ShowHelp() {
+  Tell(helpContexts.empty() ? "There is no help for this."
+                            : "Help is under \"" + helpContexts.back() + "\".");
 }
 
 IconHandle TerminalDialogs::LoadIcon(std::int32_t resource) {

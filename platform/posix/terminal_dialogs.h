@@ -32,7 +32,7 @@ class TerminalDialogs : public Dialogs {
 
   // Goes through the pages in order. A control is worked by its place on the page, counted from 1:
   // choices that stand side by side are one group, of which one is chosen; a list's chosen item
-  // becomes its text.
+  // becomes its text, and of a combo also what is typed. Where the page wants the input stands ">".
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override;
 
   std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
@@ -40,6 +40,7 @@ class TerminalDialogs : public Dialogs {
                                           const FolderComplaint& complaint) override;
   void EnterHelp(const std::string& context) override { helpContexts.push_back(context); }
   void LeaveHelp() override;
+  void ShowHelp() override;
 
   // A terminal has no pictures: an icon is its number, and every number has one.
   IconHandle LoadIcon(std::int32_t resource) override;
@@ -50,7 +51,8 @@ class TerminalDialogs : public Dialogs {
   enum class Turn { kStay, kNext, kBack, kCancel };
 
   // One line of input, without what surrounds it, in the organiser's code page; nothing at the end.
-  std::optional<std::string> Ask(const std::string& prompt);
+  // Help is the page's, if it is about one.
+  std::optional<std::string> Ask(const std::string& prompt, PageModel* page = nullptr);
   void Tell(const std::string& text);
   void TellNotAsked(const std::string& question, const std::string& taken);
   void TellEnded(std::string_view taken);
@@ -60,6 +62,8 @@ class TerminalDialogs : public Dialogs {
   void WorkControl(PageModel& page, std::size_t place);
   void EditText(DialogControl& control);
   void PickItem(DialogControl& control);
+  void ListItems(const DialogControl& control);
+  void FillCombo(DialogControl& control);
 
   std::istream& in;
   std::ostream& out;

@@ -40,7 +40,8 @@ class ScriptedDialogs : public Dialogs {
     std::string help;
   };
 
-  // Answers, used up from the front. The sheets' are functions that may work the pages first.
+  // Answers, used up from the front. The sheets' are functions that may show and work the
+  // pages first.
   std::deque<BoxAnswer> boxAnswers;
   std::deque<std::function<SheetAnswer(SheetModel&)>> sheetAnswers;
 
@@ -52,6 +53,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Box> boxes;
   std::vector<Sheet> sheets;
   std::vector<FolderChoice> folderChoices;
+  std::vector<std::string> helpShown;
 
   // Numbers of pictures that the module hasn't got.
   std::set<std::int32_t> missingIcons;
@@ -71,6 +73,7 @@ class ScriptedDialogs : public Dialogs {
                                           const FolderComplaint& complaint) override;
   void EnterHelp(const std::string& context) override { helpContexts.push_back(context); }
   void LeaveHelp() override;
+  void ShowHelp() override { helpShown.push_back(Help()); }
   IconHandle LoadIcon(std::int32_t resource) override;
   void DestroyIcon(IconHandle icon) override;
 

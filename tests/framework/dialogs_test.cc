@@ -32,10 +32,14 @@ TEST(BrowseFolderTest, TakesOnlyAFolderThatHoldsAllThatIsRequired) {
 
 class Page : public CPropertyPage {
  public:
-  explicit Page(int& accepted) : accepted(accepted) { controls.emplace_back().number = 1007; }
+  explicit Page(int& accepted) : accepted(accepted) {}
   std::string Caption() override { return "Page"; }
   void Accept() override { ++accepted; }
+  void Start() override { Add(1007, pw::ControlKind::kText, "old"); }
   using CPropertyPage::Control;
+  using CPropertyPage::ReadText;
+  using CPropertyPage::ShowText;
+  using CPropertyPage::window;
 
  private:
   int& accepted;
@@ -57,9 +61,22 @@ TEST(PropertySheetTest, PagesAreAcceptedOnlyByOk) {
   EXPECT_EQ(accepted, 2);
   EXPECT_EQ(platform.dialogs.sheets[1].help, "WMSource");
   EXPECT_TRUE(platform.dialogs.HelpContexts().empty());
+}
 
+TEST(PropertyPageTest, HasItsControlsOnceItWasShown) {
+  int accepted = 0;
   Page page(accepted);
-  EXPECT_EQ(page.Control(1007)->number, 1007);
+  std::string text = "as it was";
+  page.ShowText(1007, "nowhere");
+  page.ReadText(1007, text);
+  EXPECT_EQ(text, "as it was");
+  page.Show(pw::WindowId{4});
+  page.ShowText(1007, "new");
+  page.Show(pw::WindowId{5});
+  page.ReadText(1007, text);
+  EXPECT_EQ(text, "new") << "showing it again doesn't start it again";
+  EXPECT_EQ(page.Controls().size(), 1U);
+  EXPECT_EQ(page.window, pw::WindowId{5});
   EXPECT_EQ(page.Control(1), nullptr);
 }
 

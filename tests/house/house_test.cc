@@ -18,8 +18,9 @@ namespace fs = std::filesystem;
 const fs::path kSource = SOURCE_FOLDER;
 
 // All folders of what is delivered, each below those behind it.
-constexpr const char* kFolders[] = {"base",     "platform", "framework", "timeplace", "cardfile",
-                                    "calendar", "calltask", "memo",      "plugin",    "host"};
+constexpr const char* kFolders[] = {"base",     "platform", "framework", "timeplace",
+                                    "cardfile", "calendar", "calltask",  "memo",
+                                    "options",  "plugin",   "host"};
 
 std::string ReadFile(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
@@ -103,11 +104,12 @@ std::set<std::string> MayInclude(const std::string& folder, const fs::path& file
   if (folder == "plugin") {
     const std::string stem = file.stem().string();
     const bool lower = kLowerFloor.count("plugin/" + stem + ".h") != 0 && stem != "source_manager";
-    if (!lower) allowed.insert({"calendar/", "calltask/", "cardfile/", "memo/", "timeplace/"});
+    if (!lower)
+      allowed.insert({"calendar/", "calltask/", "cardfile/", "memo/", "options/", "timeplace/"});
     return allowed;
   }
   allowed.insert(kLowerFloor.begin(), kLowerFloor.end());
-  if (folder != "timeplace") allowed.insert("timeplace/");
+  if (folder != "timeplace" && folder != "options") allowed.insert("timeplace/");
   return allowed;
 }
 

@@ -144,6 +144,7 @@ class TestPage : public PageModel {
         {5, ControlKind::kButton, "&Browse", {}, false},
         {6, ControlKind::kList, "one", {"one", "two"}, false},
         {7, ControlKind::kChoice, "Alone", {}, true},
+        {9, ControlKind::kCombo, "other", {"first", "second"}, false},
     };
   }
 
@@ -154,12 +155,22 @@ class TestPage : public PageModel {
     controls.push_back({8, ControlKind::kLabel, "Pressed", {}, false});
   }
   bool Leave() override { return ++leaves > refusals; }
+  bool Next() override {
+    ++nexts;
+    return Leave();
+  }
+  void Show(WindowId /*window*/) override { ++shown; }
+  void Help() override { ++helped; }
+  std::int32_t Focus() override { return 6; }
 
   std::string caption;
   std::vector<DialogControl> controls;
   std::vector<std::int32_t> pressed;
   int refusals = 0;
-  int leaves = 0;
+  int leaves = 0;  // forward or back
+  int nexts = 0;   // forward alone
+  int shown = 0;
+  int helped = 0;
 };
 
 class TestSheet : public SheetModel {
@@ -185,9 +196,38 @@ TEST_F(TerminalDialogsTest, WorksTheControlsOfAPage) {
   EXPECT_EQ(sheet.first.pressed, std::vector<std::int32_t>{5});
   EXPECT_PRED_FORMAT2(IsSubstring,
                       "== Options ==\n-- First --\nFolder:\n1 [C:\\Old]\n2 (*) Ask\n"
-                      "3 ( ) Do & go\n4 <Browse>\n5 [one] one of 2\n6 (*) Alone\n",
+                      "3 ( ) Do & go\n4 <Browse>\n> 5 [one] one of 2\n6 (*) Alone\n"
+                      "7 [other] one of 2, or another\n",
                       out.str());
-  EXPECT_PRED_FORMAT2(IsSubstring, "6 (*) Alone\nPressed\n", out.str());
+  EXPECT_PRED_FORMAT2(IsSubstring, "7 [other] one of 2, or another\nPressed\n", out.str());
+}
+
+TEST_F(TerminalDialogsTest, AComboTakesAnItemOrAnyText) {
+  const struct {
+    const char* typed;
+    const char* text;
+  } cases[] = {{"2", "second"}, {"3", "3"}, {"Work", "Work"}, {"-", ""}, {"", "other"}};
+  for (const auto& c : cases) {
+    TestSheet sheet;
+    Type(std::string("7\n") + c.typed + "\nc\n");
+    dialogs.ShowSheet(kNoWindow, sheet);
+    EXPECT_EQ(sheet.first.controls.back().text, c.text) << c.typed;
+    EXPECT_PRED_FORMAT2(IsSubstring, "1 first\n2 second\n", out.str());
+  }
+}
+
+TEST_F(TerminalDialogsTest, TellsAPageWhatBecomesOfIt) {
+  TestSheet sheet;
+  // Help and a refusal leave the page as it is shown; then on, back, and on to the end.
+  sheet.first.refusals = 1;
+  Type("?\n\n\nb\n\n\n");
+  EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), SheetAnswer::kOk);
+  EXPECT_EQ(sheet.first.shown, 2);
+  EXPECT_EQ(sheet.first.helped, 1);
+  EXPECT_EQ(sheet.first.nexts, 3);
+  EXPECT_EQ(sheet.second.shown, 2);
+  EXPECT_EQ(sheet.second.leaves, 2);
+  EXPECT_EQ(sheet.second.nexts, 1) << "it was left back first";
 }
 
 TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
@@ -200,7 +240,7 @@ TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
       {"\n\n\n", SheetAnswer::kOk, 1, 2},
       {"\n\nb\n\n\n", SheetAnswer::kOk, 2, 3},
       {"b\n\nc\n", SheetAnswer::kCancel, 1, 0},
-      {"0\n7\n99999999999\n-1\nc\n", SheetAnswer::kCancel, 0, 0},
+      {"0\n8\n99999999999\n-1\nc\n", SheetAnswer::kCancel, 0, 0},
       {"", SheetAnswer::kCancel, 0, 0},
       {"1\n", SheetAnswer::kCancel, 0, 0},
       {"1\n\n5\n\n5\n3\nc\n", SheetAnswer::kCancel, 0, 0},  // kept as they are
