@@ -28,7 +28,7 @@ std::string NameOf(std::int64_t now) {
 
 // A name that comes behind those of the same second.
 std::string NewName(const Profile& profile, std::int64_t now) {
-  const std::string name = NameOf(now);
+  std::string name = NameOf(now);
   std::string latest;
   for (const std::string& each : BackupsOf(profile)) {
     if (each.rfind(name, 0) == 0) latest = each;

@@ -75,8 +75,8 @@ TEST_F(BackupTest, BringsEveryByteBack) {
 }
 
 TEST_F(BackupTest, TenAreKept) {
-  std::vector<std::string> names;
-  for (int i = 0; i < 12; ++i) names.push_back(Backup());
+  std::vector<std::string> names(12);
+  std::generate(names.begin(), names.end(), [this] { return Backup(); });
   names.erase(names.begin(), names.begin() + 2);
   EXPECT_EQ(Listed(), names);
   EXPECT_EQ(Run({"restore", names.front()}).code, 0) << "also the oldest of them";

@@ -104,8 +104,8 @@ std::set<std::string> MayInclude(const std::string& folder, const fs::path& file
   if (folder == "plugin") {
     const std::string stem = file.stem().string();
     const bool lower = kLowerFloor.count("plugin/" + stem + ".h") != 0 && stem != "source_manager";
-    if (!lower)
-      allowed.insert({"calendar/", "calltask/", "cardfile/", "memo/", "options/", "timeplace/"});
+    if (lower) return allowed;
+    allowed.insert({"calendar/", "calltask/", "cardfile/", "memo/", "options/", "timeplace/"});
     return allowed;
   }
   allowed.insert(kLowerFloor.begin(), kLowerFloor.end());
