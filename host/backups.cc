@@ -39,17 +39,17 @@ std::string NewName(const Profile& profile, std::int64_t now) {
   return name + Format("-%02d", number + 1);
 }
 
-// With the times that the file had; nobody ever sees half of it.
+constexpr std::uintmax_t kLargestFile = UINTMAX_MAX;
+
+// With the times that the file had.
 std::optional<Failure> PutBack(const fs::path& file, const fs::path& target) {
-  const fs::path beside = target.string() + kUnfinished;
+  const auto bytes = ReadNativeFile(file, kLargestFile);
+  if (!bytes) return bytes.Why();
+  const auto written = WriteNativeFile(target, *bytes);
+  if (!written) return written.Why();
   std::error_code error;
-  fs::copy_file(file, beside, fs::copy_options::overwrite_existing, error);
-  if (!error) fs::last_write_time(beside, fs::last_write_time(file, error), error);
-  if (!error) fs::rename(beside, target, error);
-  if (!error) return std::nullopt;
-  std::error_code ignored;
-  fs::remove(beside, ignored);
-  return SystemFailure(target, error.value());
+  fs::last_write_time(target, fs::last_write_time(file, error), error);
+  return std::nullopt;
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ std::vector<std::string> BackupsOf(const Profile& profile) {
   std::vector<std::string> names;
   std::error_code error;
   for (const fs::directory_entry& entry :
-       fs::directory_iterator(profile.folder / "backups", error)) {
+       fs::directory_iterator(BackupFolder(profile, ""), error)) {
     const std::string name = entry.path().filename().string();
     if (entry.is_directory(error) && !name.ends_with(kUnfinished)) names.push_back(name);
   }

@@ -2,65 +2,66 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <optional>
+#include <cstdint>
 #include <set>
-#include <utility>
+#include <string_view>
 
+#include "host/check/binder_check.h"
+#include "host/location_file.h"
 #include "memo/format.h"
+#include "memo/location.h"
+#include "platform/platform.h"
 
 namespace pw {
 namespace {
 
-constexpr std::uint64_t kLargestFile = 1 << 30;
+std::string Read(const std::string& path) {
+  return ReadLocation(path, memo::kLargestHeaders).value_or("");
+}
 
-std::string ReadWhole(Files& files, const std::string& path) {
-  const auto file = files.Open(path, OpenMode::kRead, Sharing::kReadWrite);
-  const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size || *size > kLargestFile) return {};
-  return file->Read(static_cast<std::size_t>(*size));
+std::uint64_t SizeOf(const std::string& path) {
+  const auto file = CurrentPlatform().files->Open(path, OpenMode::kRead, Sharing::kReadWrite);
+  return file == nullptr ? 0 : file->Size().value_or(0);
 }
 
 }  // namespace
 
-BinderFiles ReadBinderFiles(Files& files, std::string_view location) {
-  const std::string stem(BinderStem(location));
-  return {ReadWhole(files, stem + memo::kSectionFile), ReadWhole(files, stem + memo::kHeaderFile),
-          ReadWhole(files, stem + memo::kContentFile)};
+BinderLook LookAtBinder(const std::string& location) {
+  const std::string stem = memo::Location(location).stem;
+  const std::string sections = Read(stem + memo::kSectionFile);
+  const std::string headers = Read(stem + memo::kHeaderFile);
+  const std::uint64_t contentSize = SizeOf(stem + memo::kContentFile);
+  FileCheck check;
+  CheckBinder({sections, headers, contentSize}, check);
+  return {!check.findings.empty(), DoNotesShareTexts(headers, contentSize)};
 }
 
-std::vector<std::string_view> RichBodies(const BinderFiles& binder, std::string_view section) {
-  const auto sections = memo::DecodeSections(binder.sections);
-  const auto headers = memo::DecodeNoteHeaders(binder.headers);
-  if (!sections || !headers) return {};
-  const auto found = std::find_if(sections->begin(), sections->end(),
-                                  [&](const memo::Section& each) { return each.name == section; });
-  if (found == sections->end()) return {};
-  std::vector<std::string_view> bodies;
+std::vector<std::string> RichBodies(const std::string& location) {
+  const memo::Location where(location);
+  const auto sections = memo::DecodeSections(Read(where.stem + memo::kSectionFile));
+  const auto headers = memo::DecodeNoteHeaders(Read(where.stem + memo::kHeaderFile));
+  const auto contents = ReadLocation(where.stem + memo::kContentFile, memo::kLargestContents);
+  if (!sections || !headers || !contents) return {};
+  const auto section =
+      std::find_if(sections->begin(), sections->end(),
+                   [&](const memo::Section& each) { return each.name == where.section; });
+  if (section == sections->end()) return {};
+  std::vector<std::string> bodies;
   for (const memo::NoteHeader& header : *headers) {
-    if (header.sectionId == found->id) bodies.push_back(memo::BodyOf(header, binder.contents));
+    if (header.sectionId == section->id) bodies.emplace_back(memo::BodyOf(header, *contents));
   }
   return bodies;
 }
 
-std::string_view BinderStem(std::string_view location) {
-  const std::size_t end = location.find(';');
-  return end == std::string_view::npos ? std::string_view() : location.substr(0, end);
-}
-
-std::string_view BinderSection(std::string_view location) {
-  return location.substr(location.find(';') + 1);
-}
-
-std::vector<std::string> UnlistedBinders(Files& files, const std::string& folder,
+std::vector<std::string> UnlistedBinders(const std::string& folder,
                                          const PWSourceCategoryVector& categories) {
   std::set<std::string> listed;
   for (std::uint32_t i = 0; i < categories.Count(); ++i) {
-    listed.emplace(BinderStem(categories.At(i)->Location.View()));
+    listed.insert(memo::Location(categories.At(i)->Location.Str()).stem);
   }
   const std::string_view ending = memo::kSectionFile;
   std::vector<std::string> unlisted;
-  for (const FoundFile& file : files.Find(folder + "\\*" + memo::kSectionFile)) {
+  for (const FoundFile& file : CurrentPlatform().files->Find(folder + "\\*" + memo::kSectionFile)) {
     const std::string path = folder + "\\" + file.name;
     if (listed.count(path.substr(0, path.size() - ending.size())) == 0) unlisted.push_back(path);
   }

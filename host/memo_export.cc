@@ -1,41 +1,19 @@
 #include "host/memo_export.h"
 
-#include <functional>
-#include <memory>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/codepage.h"
 #include "framework/memo_record.h"
 #include "host/binder_files.h"
+#include "platform/platform.h"
 
 namespace pw {
 namespace {
 
 constexpr std::size_t kLargestDocument = 1 << 30;
-
-// Of the memo at that place of its category.
-using BytesOf = std::function<std::string(const TypedRecord& memo, std::size_t place)>;
-
-// `bytesOf` gives for each category what gives a memo's bytes.
-template <class BytesOfCategory>
-std::vector<NoteFile> Collect(const std::vector<CategoryRecords>& categories, const char* extension,
-                              const BytesOfCategory& bytesOf) {
-  std::vector<NoteFile> files;
-  FileNames folders;
-  for (const CategoryRecords& category : categories) {
-    const std::string folder = folders.NameFor(Utf8ToCodePageLossy(category.name));
-    const BytesOf bytesOfMemo = bytesOf(category);
-    FileNames names;
-    for (std::size_t place = 0; place < category.records.size(); ++place) {
-      const TypedRecord& memo = category.records[place];
-      PWRecord record = memo.record;
-      const std::string name = names.NameFor(PWMemoRecord(&record).Subject().View());
-      files.push_back({folder, name + extension, bytesOfMemo(memo, place)});
-    }
-  }
-  return files;
-}
 
 // Each of the organiser's line ends, and a carriage return by itself, becomes `end`.
 std::string WithLineEnds(std::string_view text, char end) {
@@ -49,8 +27,7 @@ std::string WithLineEnds(std::string_view text, char end) {
   return changed;
 }
 
-std::string TextOfMemo(const TypedRecord& memo, std::size_t /*place*/) {
-  PWRecord record = memo.record;
+std::string TextOfMemo(PWRecord record) {
   const PWMemoRecord note(&record);
   std::string text = WithLineEnds(CodePageToUtf8(note.Subject().View()), ' ') + "\n\n" +
                      WithLineEnds(CodePageToUtf8(note.Body().View()), '\n');
@@ -58,31 +35,59 @@ std::string TextOfMemo(const TypedRecord& memo, std::size_t /*place*/) {
   return text;
 }
 
+std::string DocumentOfMemo(PWRecord record) {
+  return CurrentPlatform()
+      .richText->FromPlain(PWMemoRecord(&record).Body().View(), RichTextFont(), kLargestDocument)
+      .value_or("");
+}
+
 bool IsRichText(std::string_view body) {
   return body.substr(0, 5) == "{\\rtf";
+}
+
+// What becomes of each memo of a category.
+using Contents = std::vector<std::string>;
+
+Contents TextsOf(const CategoryRecords& category) {
+  Contents texts;
+  for (const TypedRecord& memo : category.records) texts.push_back(TextOfMemo(memo.record));
+  return texts;
+}
+
+Contents DocumentsOf(const CategoryRecords& category) {
+  Contents documents = RichBodies(Utf8ToCodePageLossy(category.location));
+  documents.resize(category.records.size());
+  for (std::size_t i = 0; i < documents.size(); ++i) {
+    if (!IsRichText(documents[i])) documents[i] = DocumentOfMemo(category.records[i].record);
+  }
+  return documents;
+}
+
+std::vector<NoteFile> FilesOf(const std::vector<CategoryRecords>& categories, const char* extension,
+                              Contents (*contentsOf)(const CategoryRecords&)) {
+  std::vector<NoteFile> files;
+  FileNames folders;
+  for (const CategoryRecords& category : categories) {
+    const std::string folder = folders.NameFor(Utf8ToCodePageLossy(category.name));
+    Contents contents = contentsOf(category);
+    FileNames names;
+    for (std::size_t i = 0; i < contents.size(); ++i) {
+      PWRecord record = category.records[i].record;
+      const std::string name = names.NameFor(PWMemoRecord(&record).Subject().View());
+      files.push_back({folder, name + extension, std::move(contents[i])});
+    }
+  }
+  return files;
 }
 
 }  // namespace
 
 std::vector<NoteFile> MemosAsText(const std::vector<CategoryRecords>& categories) {
-  return Collect(categories, ".txt", [](const CategoryRecords&) { return TextOfMemo; });
+  return FilesOf(categories, ".txt", TextsOf);
 }
 
-std::vector<NoteFile> MemosAsRichText(const std::vector<CategoryRecords>& categories,
-                                      const Platform& platform) {
-  return Collect(categories, ".rtf", [&](const CategoryRecords& category) -> BytesOf {
-    const std::string location = Utf8ToCodePageLossy(category.location);
-    const auto binder = std::make_shared<BinderFiles>(ReadBinderFiles(*platform.files, location));
-    return [&platform, binder, bodies = RichBodies(*binder, BinderSection(location))](
-               const TypedRecord& memo, std::size_t place) {
-      const bool isRich = place < bodies.size() && IsRichText(bodies[place]);
-      if (isRich) return std::string(bodies[place]);
-      PWRecord record = memo.record;
-      return platform.richText
-          ->FromPlain(PWMemoRecord(&record).Body().View(), RichTextFont(), kLargestDocument)
-          .value_or("");
-    };
-  });
+std::vector<NoteFile> MemosAsRichText(const std::vector<CategoryRecords>& categories) {
+  return FilesOf(categories, ".rtf", DocumentsOf);
 }
 
 }  // namespace pw

@@ -4,7 +4,6 @@
 
 #include "host/note_files.h"
 #include "host/record_reader.h"
-#include "platform/platform.h"
 
 // Memos as files of their own, a folder for each section.
 namespace pw {
@@ -14,7 +13,6 @@ std::vector<NoteFile> MemosAsText(const std::vector<CategoryRecords>& categories
 
 // The bodies as their binders have them, with all their formats. One that is no rich text there is
 // made one.
-std::vector<NoteFile> MemosAsRichText(const std::vector<CategoryRecords>& categories,
-                                      const Platform& platform);
+std::vector<NoteFile> MemosAsRichText(const std::vector<CategoryRecords>& categories);
 
 }  // namespace pw

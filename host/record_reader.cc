@@ -13,11 +13,11 @@
 #include "host/calendar_files.h"
 #include "host/calendar_stems.h"
 #include "host/catalogue.h"
-#include "host/check/binder_check.h"
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
 #include "host/record_views.h"
 #include "memo/format.h"
+#include "memo/location.h"
 #include "platform/platform.h"
 
 namespace pw {
@@ -82,20 +82,9 @@ PWDateTimeStamp ChangeOf(const OpenedSource& opened, const std::string& type, PW
   return type == kCalendarType && stamp == never ? unknown : stamp;
 }
 
-// What of a binder a save would lose, or can't be read.
-std::vector<std::string> ProblemsOfBinder(EngineRun& run, const std::string& location) {
-  const BinderFiles files = ReadBinderFiles(*CurrentPlatform().files, location);
-  FileCheck check;
-  CheckBinder({files.sections, files.headers, files.contents}, check);
-  if (check.findings.empty()) return {};
-  return {run.NativePathOf(std::string(BinderStem(location)) + memo::kHeaderFile) +
-          ": damaged, so that not all of the binder is read; see `pairwise check`"};
-}
-
-// A damaged binder's notes may all have the same text, of which each record would have a copy.
-bool IsTooLargeToRead(const std::string& location) {
-  const BinderFiles files = ReadBinderFiles(*CurrentPlatform().files, location);
-  return DoNotesShareTexts(files.headers, files.contents);
+// The file that tells of a binder's notes, on this machine.
+std::string HeaderFileOf(EngineRun& run, const std::string& location) {
+  return run.NativePathOf(memo::Location(location).stem + memo::kHeaderFile);
 }
 
 // What the module doesn't say of the files behind an open source.
@@ -112,8 +101,9 @@ void LookAtFiles(EngineRun& run, const std::string& type, OpenedSource& opened) 
           "the home city isn't known, so that times are those of Greenwich, and "
           "dates may be a day off; `pairwise init --city` names one"};
     }
-  } else if (type == kMemoType) {
-    opened.problems = ProblemsOfBinder(run, location);
+  } else if (type == kMemoType && LookAtBinder(location).isDamaged) {
+    opened.problems = {HeaderFileOf(run, location) +
+                       ": damaged, so that not all of the binder is read; see `pairwise check`"};
   }
 }
 
@@ -132,12 +122,13 @@ Failure WhyClosed(EngineRun& run, const std::string& location) {
 
 // Why a section of a binder can't be opened.
 Failure WhyNotOpened(EngineRun& run, const std::string& location, PWRESULT result) {
-  const std::string file = run.NativePathOf(std::string(BinderStem(location)) + memo::kSectionFile);
+  const memo::Location where(location);
+  const std::string file = run.NativePathOf(where.stem + memo::kSectionFile);
   if (result == kResultFileMissing) {
     return {file + ": it, or one of the two files beside it, is not there"};
   }
   return {file + ": damaged, as may be the files beside it, or without a section '" +
-          CodePageToUtf8(BinderSection(location)) + "'; see `pairwise check`"};
+          CodePageToUtf8(where.section) + "'; see `pairwise check`"};
 }
 
 }  // namespace
@@ -149,10 +140,10 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
   opened.source.reset(run.Manager().CreateSource(type.c_str()));
   if (opened.source == nullptr) return Failure{"records of type '" + type + "' aren't offered"};
   opened.source->Category = opened.category.get();
-  if (type == kMemoType && IsTooLargeToRead(category.Location.Str())) {
-    return Failure{
-        run.NativePathOf(std::string(BinderStem(category.Location.View())) + memo::kHeaderFile) +
-        ": its notes share their texts, and aren't read; see `pairwise check`"};
+  // Of one text that many notes have each record would have a copy.
+  if (type == kMemoType && LookAtBinder(category.Location.Str()).sharesTexts) {
+    return Failure{HeaderFileOf(run, category.Location.Str()) +
+                   ": its notes share their texts, and aren't read; see `pairwise check`"};
   }
   const PWRESULT result = opened.source->Open(0);
   if (result == kResultOk) {

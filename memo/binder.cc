@@ -81,8 +81,8 @@ bool WMBinder::Load() {
   sections = std::move(*loaded);
   const auto headerSize = headerFile->Size();
   const auto contentSize = contentFile->Size();
-  if (!headerSize || *headerSize > kLargestHeaders) return false;
-  if (!contentSize || *contentSize > kLargestContents) return false;
+  if (!headerSize || *headerSize > memo::kLargestHeaders) return false;
+  if (!contentSize || *contentSize > memo::kLargestContents) return false;
   const auto headers =
       memo::DecodeNoteHeaders(headerFile->Read(static_cast<std::size_t>(*headerSize)));
   if (!headers) return false;

@@ -20,10 +20,6 @@ class File;
 // `Open` and `Save`, while its three files stay open. Notes are known by their index, from 0.
 class WMBinder : public PWObject {
  public:
-  // A binder with larger files isn't opened.
-  static constexpr std::uint64_t kLargestContents = 1 << 30;
-  static constexpr std::uint64_t kLargestHeaders = 256 << 20;
-
   static constexpr std::int32_t kFailed = -1;
   static constexpr std::int32_t kNoSectionFile = 0x271B;
   static constexpr std::int32_t kNoHeaderFile = 0x271C;

@@ -109,4 +109,10 @@ std::string_view BodyOf(const NoteHeader& header, std::string_view contents) {
   return Part(contents, std::uint64_t{header.subjectOffset} + header.subjectSize, header.bodySize);
 }
 
+std::uint64_t TextSize(const NoteHeader& header, std::uint64_t contentSize) {
+  const std::uint64_t behind =
+      contentSize - std::min<std::uint64_t>(header.subjectOffset, contentSize);
+  return std::min(std::uint64_t{header.subjectSize} + header.bodySize, behind);
+}
+
 }  // namespace pw::memo

@@ -18,6 +18,10 @@ inline constexpr const char* kSectionFile = ".WMWrite";
 inline constexpr const char* kHeaderFile = ".WMNoteHeader";
 inline constexpr const char* kContentFile = ".WMContent";
 
+// A binder with larger files isn't opened.
+inline constexpr std::uint64_t kLargestHeaders = 256 << 20;
+inline constexpr std::uint64_t kLargestContents = 1 << 30;
+
 // Section record.
 //
 //   offset  width  field      meaning
@@ -100,5 +104,8 @@ std::optional<std::vector<NoteHeader>> DecodeNoteHeaders(std::string_view file);
 // reaches.
 std::string_view SubjectOf(const NoteHeader& header, std::string_view contents);
 std::string_view BodyOf(const NoteHeader& header, std::string_view contents);
+
+// How many bytes of both together a file of contents of that size has.
+std::uint64_t TextSize(const NoteHeader& header, std::uint64_t contentSize);
 
 }  // namespace pw::memo

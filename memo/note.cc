@@ -26,7 +26,6 @@ bool WMNote::SetBodyText(const std::string& text) {
 bool WMNote::StoredText::Set(const std::string& plain, const pw::RichTextFont& font) {
   auto rich = pw::CurrentPlatform().richText->FromPlain(plain, font, kLargestText);
   if (!rich) return false;
-  owned = std::move(*rich);
-  isOwned = true;
+  changed = std::move(rich);
   return true;
 }

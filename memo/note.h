@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,13 +39,12 @@ class WMNote {
    public:
     StoredText() = default;
     explicit StoredText(std::string_view loaded) : loaded(loaded) {}
-    std::string_view View() const { return isOwned ? std::string_view(owned) : loaded; }
+    std::string_view View() const { return changed ? std::string_view(*changed) : loaded; }
     bool Set(const std::string& plain, const pw::RichTextFont& font);
 
    private:
     std::string_view loaded;
-    std::string owned;
-    bool isOwned = false;
+    std::optional<std::string> changed;
   };
 
   pw::NoteFontsUse fonts;

@@ -14,6 +14,11 @@
 namespace pw {
 namespace {
 
+std::uint64_t OffsetOfSection(std::size_t section) {
+  constexpr std::uint64_t kCountSize = 2;
+  return kCountSize + section * memo::kSectionSize;
+}
+
 std::uint64_t OffsetOfHeader(std::size_t note) {
   return memo::kHeaderFileStartSize + note * memo::kNoteHeaderSize;
 }
@@ -23,9 +28,8 @@ std::string NameOf(std::size_t note, const memo::NoteHeader& header) {
 }
 
 // Whether all of a note's text is there.
-bool IsWithin(std::string_view contents, const memo::NoteHeader& header) {
-  const std::uint64_t size = std::uint64_t{header.subjectSize} + header.bodySize;
-  return size == 0 || header.subjectOffset + size <= contents.size();
+bool IsWithin(std::uint64_t contentSize, const memo::NoteHeader& header) {
+  return memo::TextSize(header, contentSize) == std::uint64_t{header.subjectSize} + header.bodySize;
 }
 
 void CheckSectionsOfNotes(const std::vector<memo::Section>& sections,
@@ -44,41 +48,42 @@ void CheckSectionsOfNotes(const std::vector<memo::Section>& sections,
             headers.size() - note);
 }
 
-void CheckTexts(std::string_view contents, const std::vector<memo::NoteHeader>& headers,
+void CheckTexts(std::uint64_t contentSize, const std::vector<memo::NoteHeader>& headers,
                 FileCheck& check) {
   for (std::size_t note = 0; note < headers.size(); ++note) {
     const memo::NoteHeader& header = headers[note];
-    if (IsWithin(contents, header)) continue;
+    if (IsWithin(contentSize, header)) continue;
     check.Add(OffsetOfHeader(note),
               NameOf(note, header) + " has its text at " + std::to_string(header.subjectOffset) +
                   ", " + std::to_string(std::uint64_t{header.subjectSize} + header.bodySize) +
-                  " bytes; the file of the texts has " + std::to_string(contents.size()) +
-                  " in all",
-              header.subjectOffset < contents.size() ? 0 : 1);
+                  " bytes; the file of the texts has " + std::to_string(contentSize) + " in all",
+              header.subjectOffset < contentSize ? 0 : 1);
   }
 }
 
 std::uint64_t ClaimedBytes(const std::vector<memo::NoteHeader>& headers,
-                           std::string_view contents) {
+                           std::uint64_t contentSize) {
   std::uint64_t claimed = 0;
-  for (const memo::NoteHeader& header : headers) {
-    claimed += memo::SubjectOf(header, contents).size() + memo::BodyOf(header, contents).size();
-  }
+  for (const memo::NoteHeader& header : headers) claimed += memo::TextSize(header, contentSize);
   return claimed;
 }
 
 // Two of one name can't be told apart by where they are found: the first one is meant.
-void CheckNames(const std::vector<memo::Section>& sections, FileCheck& check) {
+void CheckSections(const std::vector<memo::Section>& sections, FileCheck& check) {
   std::unordered_set<std::string> names;
+  std::unordered_set<std::uint16_t> ids;
   for (std::size_t i = 0; i < sections.size(); ++i) {
-    const std::string& name = sections[i].name;
-    const std::uint64_t offset = 2 + i * memo::kSectionSize;
-    const std::string text = "section \"" + CodePageToUtf8(name) + "\" ";
-    if (!names.insert(name).second) {
-      check.Add(offset, text + "has the name of another one, and can't be reached");
+    const memo::Section& section = sections[i];
+    const std::string text = "section \"" + CodePageToUtf8(section.name) + "\" ";
+    const auto add = [&](const std::string& what) { check.Add(OffsetOfSection(i), text + what); };
+    if (!names.insert(section.name).second) {
+      add("has the name of another one, and can't be reached");
     }
-    if (name.size() > memo::kLongestName) {
-      check.Add(offset, text + "has a name of 25 bytes, of which the next save keeps 24");
+    if (section.name.size() > memo::kLongestName) {
+      add("has a name of 25 bytes, of which the next save keeps 24");
+    }
+    if (!ids.insert(section.id).second) {
+      add("has the id " + std::to_string(section.id) + ", which is another's already");
     }
   }
 }
@@ -94,19 +99,11 @@ FileCheck CheckSectionFile(std::string_view bytes) {
                      " bytes, were expected here; the binder can't be opened");
     return check;
   }
-  CheckNames(*sections, check);
-  const std::size_t end = 2 + sections->size() * memo::kSectionSize;
+  CheckSections(*sections, check);
+  const std::uint64_t end = OffsetOfSection(sections->size());
   if (const std::size_t more = (bytes.size() - end) / memo::kSectionSize) {
     check.Add(end, "the end was expected here; the next save cuts off " +
                        Counted(more, "section", "sections"));
-  }
-  std::unordered_set<std::uint16_t> ids;
-  for (std::size_t i = 0; i < sections->size(); ++i) {
-    const memo::Section& section = (*sections)[i];
-    if (ids.insert(section.id).second) continue;
-    check.Add(2 + i * memo::kSectionSize, "section \"" + CodePageToUtf8(section.name) +
-                                              "\" has the id " + std::to_string(section.id) +
-                                              ", which is another's already");
   }
   return check;
 }
@@ -137,7 +134,7 @@ FileCheck CheckNoteContents(std::string_view bytes) {
 }
 
 void CheckBinder(const BinderBytes& binder, FileCheck& check) {
-  if (!binder.sections || !binder.headers || !binder.contents) {
+  if (!binder.sections || !binder.headers || !binder.contentSize) {
     check.Add(std::nullopt,
               "a binder is three files, \".WMWrite\", \".WMNoteHeader\" and \".WMContent\"; as one "
               "is missing the others can't be opened");
@@ -147,19 +144,19 @@ void CheckBinder(const BinderBytes& binder, FileCheck& check) {
   const auto headers = memo::DecodeNoteHeaders(*binder.headers);
   if (!headers) return;
   if (sections) CheckSectionsOfNotes(*sections, *headers, check);
-  CheckTexts(*binder.contents, *headers, check);
-  const std::uint64_t claimed = ClaimedBytes(*headers, *binder.contents);
-  if (claimed > binder.contents->size()) {
+  CheckTexts(*binder.contentSize, *headers, check);
+  const std::uint64_t claimed = ClaimedBytes(*headers, *binder.contentSize);
+  if (claimed > *binder.contentSize) {
     check.Add(std::nullopt, "the notes claim " + std::to_string(claimed) +
                                 " bytes of text, and there are " +
-                                std::to_string(binder.contents->size()) +
+                                std::to_string(*binder.contentSize) +
                                 ": some have the same; a save writes them apart");
   }
 }
 
-bool DoNotesShareTexts(std::string_view headers, std::string_view contents) {
+bool DoNotesShareTexts(std::string_view headers, std::uint64_t contentSize) {
   const auto notes = memo::DecodeNoteHeaders(headers);
-  return notes && ClaimedBytes(*notes, contents) > contents.size();
+  return notes && ClaimedBytes(*notes, contentSize) > contentSize;
 }
 
 }  // namespace pw

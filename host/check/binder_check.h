@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -16,7 +17,7 @@ FileCheck CheckNoteContents(std::string_view bytes);
 struct BinderBytes {
   std::optional<std::string_view> sections;
   std::optional<std::string_view> headers;
-  std::optional<std::string_view> contents;
+  std::optional<std::uint64_t> contentSize;
 };
 
 // Adds what the files say of each other to the check of one of them: notes of no section, texts
@@ -25,6 +26,6 @@ void CheckBinder(const BinderBytes& binder, FileCheck& check);
 
 // Whether the notes claim more text than there is, as several have the same bytes. Who reads them
 // all then takes much more room than the files.
-bool DoNotesShareTexts(std::string_view headers, std::string_view contents);
+bool DoNotesShareTexts(std::string_view headers, std::uint64_t contentSize);
 
 }  // namespace pw

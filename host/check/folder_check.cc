@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "base/text.h"
@@ -28,7 +29,6 @@ namespace fs = std::filesystem;
 
 // What the module reads at most of a cardfile, and of the others.
 constexpr std::uintmax_t kLargestCardfile = UINT32_MAX;
-constexpr std::uintmax_t kLargestContents = 1 << 30;
 constexpr std::uintmax_t kLargest = 256 << 20;
 
 // Which files are what, by their names, or the ends of their names where a person's own word stands
@@ -53,7 +53,7 @@ constexpr FileKind kKinds[] = {
     {kDataFile, true, kLargest, CheckDataFile},
     {memo::kSectionFile, true, kLargest, Alone<CheckSectionFile>},
     {memo::kHeaderFile, true, kLargest, Alone<CheckNoteHeaders>},
-    {memo::kContentFile, true, kLargestContents, Alone<CheckNoteContents>},
+    {memo::kContentFile, true, memo::kLargestContents, Alone<CheckNoteContents>},
     {kTaskFile, true, kLargest, Alone<CheckTasks>},
     {kCallFile, true, kLargest, Alone<CheckCalls>},
     {"Holidef.dat", false, kLargest, Alone<CheckTemplate>},
@@ -150,17 +150,23 @@ std::map<std::string, Binder> BindersAmong(std::vector<CheckedFile>& files) {
 // What its files say of each other, which is told of that of the headers or else of the first that
 // is there.
 void TellOfBinder(const fs::path& folder, const Binder& binder) {
-  std::array<std::optional<std::string>, kBinderFiles.size()> bytes;
-  CheckedFile* first = nullptr;
-  for (std::size_t i = 0; i < binder.size(); ++i) {
-    if (binder[i] == nullptr) continue;
-    if (first == nullptr) first = binder[i];
-    const auto read = ReadNativeFile(folder / binder[i]->name, kLargestContents);
-    if (!read) return;
-    bytes[i] = *read;
-  }
-  CheckedFile* told = binder[1] != nullptr ? binder[1] : first;
-  if (told != nullptr) CheckBinder({bytes[0], bytes[1], bytes[2]}, told->check);
+  const auto [sections, headers, contents] = binder;
+  const auto read = [&](const CheckedFile* file) -> std::optional<std::string> {
+    if (file == nullptr) return std::nullopt;
+    const auto bytes = ReadNativeFile(folder / file->name, memo::kLargestHeaders);
+    return bytes ? std::optional(*bytes) : std::nullopt;
+  };
+  BinderBytes bytes;
+  const auto sectionBytes = read(sections);
+  const auto headerBytes = read(headers);
+  bytes.sections = sectionBytes;
+  bytes.headers = headerBytes;
+  std::error_code error;
+  if (contents != nullptr) bytes.contentSize = fs::file_size(folder / contents->name, error);
+  if (error) return;
+  CheckedFile* told = headers != nullptr ? headers : sections;
+  if (told == nullptr) told = contents;
+  if (told != nullptr) CheckBinder(bytes, told->check);
 }
 
 }  // namespace

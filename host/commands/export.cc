@@ -23,7 +23,6 @@
 #include "host/native_file.h"
 #include "host/note_files.h"
 #include "host/todo_calendar.h"
-#include "platform/platform.h"
 
 // `pairwise export`: the records of a type in a form that other programs read.
 namespace pw {
@@ -103,7 +102,7 @@ std::vector<NoteFile> TextFiles(const ChosenRecords& chosen) {
 }
 
 std::vector<NoteFile> RichTextFiles(const ChosenRecords& chosen) {
-  return MemosAsRichText(chosen.categories, CurrentPlatform());
+  return MemosAsRichText(chosen.categories);
 }
 
 bool HasNotes(const std::string& type) {

@@ -7,7 +7,6 @@
 
 #include "host/binder_files.h"
 #include "host/catalogue.h"
-#include "platform/platform.h"
 
 namespace pw {
 namespace {
@@ -31,7 +30,7 @@ std::string UnreadableText(const EngineRun& run, const std::string& type,
 std::vector<std::string> UnopenedBinders(EngineRun& run, const PWSourceCategoryVector& all) {
   const std::string folder = run.Manager().Config->String(PWConfig::kDataFolder).Str();
   std::vector<std::string> problems;
-  for (const std::string& path : UnlistedBinders(*CurrentPlatform().files, folder, all)) {
+  for (const std::string& path : UnlistedBinders(folder, all)) {
     problems.push_back(run.NativePathOf(path) +
                        ": this binder can't be opened, and is left out; see `pairwise check`");
   }

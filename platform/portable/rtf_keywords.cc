@@ -13,7 +13,7 @@ struct Entry {
   Keyword keyword;
 };
 
-// By their words.
+// By their words, as they are searched for by their first letters.
 constexpr Entry kKeywords[] = {
     {"bin", {Meaning::kBinary}},
     {"bullet", {Meaning::kText, '\x95'}},
@@ -63,6 +63,9 @@ constexpr Entry kKeywords[] = {
     {"v", {Meaning::kHidden}},
     {"xe", {Meaning::kDropped}},
 };
+
+static_assert(std::is_sorted(std::begin(kKeywords), std::end(kKeywords),
+                             [](const Entry& a, const Entry& b) { return a.word < b.word; }));
 
 constexpr std::size_t kLetters = 26;
 

@@ -179,7 +179,8 @@ class Reader {
     // Data are passed over wherever they stand.
     if (keyword.meaning == Meaning::kBinary) return TakeBinary(hasNumber);
     if (IsSkipped()) return;
-    if (isIgnorable || keyword.meaning == Meaning::kDropped) return Drop();
+    const bool isUnknown = isIgnorable && keyword.meaning == Meaning::kNothing;
+    if (isUnknown || keyword.meaning == Meaning::kDropped) return Drop();
     Obey(keyword, hasNumber);
   }
 

@@ -51,6 +51,8 @@ TEST_F(BackupTest, BringsEveryByteBack) {
   sample.folder.Put("c/Data/empty", "");
   sample.folder.Put("c/Data/inner/kept", "not one of the folder's own files");
   const auto before = Files();
+  const fs::path shared = sample.folder.Path() / "c/Data/Friends.WMCard";
+  fs::permissions(shared, fs::perms(0664));
   const std::string name = Backup();
   EXPECT_EQ(Listed(), std::vector<std::string>{name});
   Run({"drive"},
@@ -63,6 +65,7 @@ TEST_F(BackupTest, BringsEveryByteBack) {
   EXPECT_EQ(restored.code, 0) << restored.messages;
   EXPECT_EQ(restored.messages.substr(0, 14), "2 files are as");
   EXPECT_EQ(Files(), before);
+  EXPECT_EQ(fs::status(shared).permissions(), fs::perms(0664)) << "as it had them";
   // What was there before can be had again.
   sample.folder.Put("c/Data/new", "stays");
   EXPECT_EQ(Run({"restore", Listed().back()}).code, 0);

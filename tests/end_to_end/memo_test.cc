@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/portable/rtf_writer.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
+#include "tests/platform/temp_folder.h"
 #include "tests/support/binder_builder.h"
 
 namespace pw {
@@ -92,24 +94,29 @@ TEST(Memos, BecomeFilesOfTheirOwn) {
   EXPECT_EQ(sample.Run({"export", "contact", "--format", "rtf", "-o", texts}).code, 2);
 }
 
-// Of what we write ourselves. Blanks it shows as one.
+// Of what we write ourselves: every character and empty lines. Blanks and tabs it shows in
+// its own way.
 TEST(Memos, ReadTheSameInAnotherProgram) {
-  const MemoSample sample;
-  const Finished driven = sample.Run(
-      {"drive"}, kOpenWork +
-                     "{\"op\":\"add\",\"record\":{\"Subject\":\"Ours\",\"Body\":\"{braces} and "
-                     "\\\\backslash\\\\par\\r\\n\\r\\ntwo blanks; 100% & <more>\\r\\nend\"}}\n"
-                     "{\"op\":\"close\"}\n");
-  EXPECT_EQ(driven.out, "{}\n{\"result\":0}\n{\"result\":0}\n{\"result\":0}\n");
-  const std::string documents = sample.Folder() + "/documents";
-  sample.Run({"export", "memo", "--format", "rtf", "-o", documents});
-  const std::string text =
-      OutputOf("unrtf --text --quiet --nopict '" + documents + "/Work - Notes/Ours.rtf'");
-  const std::string rule = "-----------------\n";
-  const std::size_t begin = text.find(rule);
-  ASSERT_NE(begin, std::string::npos) << text;
-  EXPECT_EQ(text.substr(begin + rule.size()),
-            "{braces} and \\backslash\\par\n\ntwo blanks; 100% & <more>\nend\n");
+  std::string all;
+  for (char c = '!'; c <= '~'; ++c) all.append(c % 32 == 0 ? "\r\n" : "").append(1, c);
+  for (const std::string& body :
+       {all, std::string("a\r\n\r\n\r\nb c"), std::string("{\\rtf1 \\par}\r\n")}) {
+    const std::string document = *rtf::Document(body, {"Arial", 20, 0}, SIZE_MAX);
+    const TempFolder folder;
+    folder.Put("ours.rtf", document);
+    const std::string text =
+        OutputOf("unrtf --text --quiet --nopict '" + (folder.Path() / "ours.rtf").string() + "'");
+    const std::string rule = "-----------------\n";
+    const std::size_t begin = text.find(rule);
+    ASSERT_NE(begin, std::string::npos) << text;
+    std::string found = text.substr(begin + rule.size());
+    std::string expected = body + "\r\n";
+    std::erase(expected, '\r');
+    for (std::string* each : {&found, &expected}) {
+      std::erase(*each, ' ');
+    }
+    EXPECT_EQ(found, expected);
+  }
 }
 
 TEST(Memos, AreChangedByTheEnginesCalls) {

@@ -120,6 +120,7 @@ TEST(RichTextTest, PlainTextOfDocuments) {
       {"unknown destinations within known ones", "{\\rtf1{\\*\\x{\\*\\y a}b{c}}d{\\unknown e}}",
        "de"},
       {"a star without a word", "{\\rtf1{\\*a}{\\*\\~\\b x}b\\*\\x c}", "a\xA0xb"},
+      {"a star before a word that is known", "{\\rtf1 a{\\*\\tab b}{\\*\\xe c}}", "a\tb"},
       {"a header that is the rest of the document", "{\\rtf1 a\\header b}", "a"},
       {"text behind its end", "{\\rtf1 a}b{c}", "a"},
       {"cut in a word", "{\\rtf1 a\\pa", "a"},
