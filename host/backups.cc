@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "host/data_folder.h"
@@ -17,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kUnfinished = ".unfinished";
+constexpr const char* kElsewhere = "organiser";
 
 std::string NameOf(std::int64_t now) {
   const auto seconds = static_cast<std::time_t>(now);
@@ -41,8 +44,8 @@ std::string NewName(const Profile& profile, std::int64_t now) {
 
 constexpr std::uintmax_t kLargestFile = UINTMAX_MAX;
 
-// With the times that the file had.
-std::optional<Failure> PutBack(const fs::path& file, const fs::path& target) {
+// One file under another name, with the times that it had.
+std::optional<Failure> Copy(const fs::path& file, const fs::path& target) {
   const auto bytes = ReadNativeFile(file, kLargestFile);
   if (!bytes) return bytes.Why();
   const auto written = WriteNativeFile(target, *bytes);
@@ -50,6 +53,34 @@ std::optional<Failure> PutBack(const fs::path& file, const fs::path& target) {
   std::error_code error;
   fs::last_write_time(target, fs::last_write_time(file, error), error);
   return std::nullopt;
+}
+
+std::optional<Failure> CopyClocksElsewhere(const Profile& profile, const fs::path& backup) {
+  std::error_code error;
+  for (const fs::path& file : ClockFilesElsewhere(profile)) {
+    if (!fs::is_regular_file(file, error)) continue;
+    fs::create_directory(backup / kElsewhere, error);
+    if (auto failure = Copy(file, backup / kElsewhere / file.filename())) return failure;
+  }
+  return std::nullopt;
+}
+
+// The folder is new.
+std::optional<Failure> FillBackup(const Profile& profile, const fs::path& data,
+                                  const fs::path& backup) {
+  std::error_code error;
+  fs::create_directories(backup, error);
+  if (error) return SystemFailure(backup, error.value());
+  if (auto failure = CopyRegularFiles(data, backup)) return failure;
+  return CopyClocksElsewhere(profile, backup);
+}
+
+void RemoveOldest(const Profile& profile, const std::string& kept) {
+  std::error_code error;
+  const std::vector<std::string> all = BackupsOf(profile);
+  for (std::size_t i = 0; i + kMostBackups < all.size(); ++i) {
+    if (all[i] != kept) fs::remove_all(BackupFolder(profile, all[i]), error);
+  }
 }
 
 }  // namespace
@@ -77,18 +108,13 @@ Outcome<std::string> MakeBackup(const Profile& profile, std::int64_t now, const 
   const fs::path made = BackupFolder(profile, name + kUnfinished);
   std::error_code error;
   fs::remove_all(made, error);
-  fs::create_directories(made, error);
-  if (error) return SystemFailure(made, error.value());
-  if (const auto failure = CopyRegularFiles(*data, made)) {
+  if (const auto failure = FillBackup(profile, *data, made)) {
     fs::remove_all(made, error);
     return *failure;
   }
   fs::rename(made, BackupFolder(profile, name), error);
   if (error) return SystemFailure(made, error.value());
-  const std::vector<std::string> all = BackupsOf(profile);
-  for (std::size_t i = 0; i + kMostBackups < all.size(); ++i) {
-    if (all[i] != kept) fs::remove_all(BackupFolder(profile, all[i]), error);
-  }
+  RemoveOldest(profile, kept);
   return name;
 }
 
@@ -97,14 +123,20 @@ Outcome<std::size_t> RestoreBackup(const Profile& profile, const std::string& na
   if (!data) return data.Why();
   std::error_code error;
   const fs::path folder = BackupFolder(profile, name);
-  std::vector<fs::path> files;
+  std::vector<std::pair<fs::path, fs::path>> files;
   for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-    files.push_back(entry.path());
+    if (entry.is_regular_file(error)) {
+      files.emplace_back(entry.path(), *data / entry.path().filename());
+    }
   }
   if (error) return SystemFailure(folder, error.value());
+  for (const fs::path& target : ClockFilesElsewhere(profile)) {
+    const fs::path file = folder / kElsewhere / target.filename();
+    if (fs::is_regular_file(file, error)) files.emplace_back(file, target);
+  }
   fs::create_directories(*data, error);
-  for (const fs::path& file : files) {
-    if (const auto failure = PutBack(file, *data / file.filename())) return *failure;
+  for (const auto& [file, target] : files) {
+    if (const auto failure = Copy(file, target)) return *failure;
   }
   return files.size();
 }

@@ -5,7 +5,16 @@
 
 #include <iostream>
 
+#include "base/text.h"
+#include "host/line_reader.h"
+#include "platform/posix/terminal_dialogs.h"
+
 namespace pw {
+namespace {
+
+constexpr std::size_t kLongestAnswer = 1024;
+
+}  // namespace
 
 int Console::Fail(const Failure& failure) const {
   messages << "pairwise: " << failure.message << "\n";
@@ -17,6 +26,14 @@ bool Console::Warn(const std::vector<std::string>& problems) const {
   return !problems.empty();
 }
 
+std::optional<std::string> Console::Ask(const std::string& question) const {
+  if (!isAsking) return std::nullopt;
+  messages << question << std::flush;
+  std::string answer;
+  if (ReadLine(in, kLongestAnswer, answer) != LineState::kRead) return std::nullopt;
+  return std::string(Trimmed(answer));
+}
+
 int Console::FailUsage(const std::string& what) const {
   messages << "pairwise: " << what << "\n";
   return kExitUsage;
@@ -25,6 +42,7 @@ int Console::FailUsage(const std::string& what) const {
 Console StandardConsole() {
   Console console{std::cin, std::cout, std::cerr};
   winsize size{};
+  console.isAsking = TerminalIsThere();
   console.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;
   if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     console.width = size.ws_col;

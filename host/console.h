@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,12 +25,17 @@ struct Console {
   std::ostream& messages;  // everything else
   bool outIsTerminal = false;
   std::size_t width = 80;  // of the terminal, in columns
+  bool isAsking = false;   // somebody is there to answer, at a terminal
 
   // Tells what went wrong, and gives the exit code for it.
   int Fail(const Failure& failure) const;
 
   // Tells each of what was found wrong on the way. Whether there was anything.
   bool Warn(const std::vector<std::string>& problems) const;
+
+  // Asks, and gives the line that is answered, without blanks around it; nothing where nobody is
+  // there, or the input ends.
+  std::optional<std::string> Ask(const std::string& question) const;
 
   // Tells what went wrong with the way in which the program was called.
   int FailUsage(const std::string& what) const;

@@ -84,6 +84,8 @@ std::optional<Failure> EngineRun::StartMachine(RunMode mode) {
   Platform services = machine->Services();
   dialogs = std::make_unique<UnattendedDialogs>(*services.dialogs, messages);
   services.dialogs = dialogs.get();
+  files = std::make_unique<WatchedFiles>(*services.files);
+  services.files = files.get();
   previousPlatform = SetPlatform(services);
   return RegistryFailure();
 }
@@ -129,6 +131,12 @@ std::optional<Failure> EngineRun::RegistryFailure() const {
   if (const auto error = registry.Error()) return Failure{*error};
   if (const auto error = registry.SaveFailure()) return Failure{*error};
   return {};
+}
+
+std::vector<std::string> EngineRun::UnwrittenFiles() const {
+  std::vector<std::string> names;
+  for (const std::string& path : files->Unwritten()) names.push_back(NativePathOf(path));
+  return names;
 }
 
 void EngineRun::ShowLog() {

@@ -14,6 +14,7 @@
 #include "host/private_copy.h"
 #include "host/profile.h"
 #include "host/profile_lock.h"
+#include "host/watched_files.h"
 #include "platform/posix/machine.h"
 
 namespace pw {
@@ -49,6 +50,9 @@ class EngineRun {
   // Why the registry's file can't be used, or lacks what was changed; nothing if all is well.
   std::optional<Failure> RegistryFailure() const;
 
+  // The files of this machine that could not be written, or not whole.
+  std::vector<std::string> UnwrittenFiles() const;
+
   // Shows the lines of the log so far to the person, and drops them.
   void ShowLog();
 
@@ -72,6 +76,7 @@ class EngineRun {
 
   std::unique_ptr<Machine> machine;
   std::unique_ptr<UnattendedDialogs> dialogs;
+  std::unique_ptr<WatchedFiles> files;
   Platform previousPlatform;
 
   std::vector<LogLine> log;

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <ctime>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -11,28 +10,17 @@
 
 #include "host/backups.h"
 #include "host/commands/commands.h"
+#include "host/commands/profile_run.h"
 #include "host/counted.h"
-#include "host/profile_lock.h"
+#include "host/run_mark.h"
 
 // `pairwise backup` and `pairwise restore`: copies of the organiser's files in the profile.
 namespace pw {
 namespace {
 
-// Does the work with the profile locked, so that no run changes the files meanwhile.
-int WithLockedProfile(const CommandLine& line, const std::function<int(const Profile&)>& work) {
-  const Console& console = line.console;
-  if (line.profileFolder.empty()) {
-    return console.FailUsage("which profile? Give it as --profile DIR, or set PAIRWISE_PROFILE");
-  }
-  const auto profile = ReadProfile(line.profileFolder);
-  if (!profile) return console.Fail(profile.Why());
-  const auto lock = ProfileLock::Take(*profile);
-  if (!lock) return console.Fail(lock.Why());
-  return work(*profile);
-}
-
 int Backup(const Console& console, const Profile& profile) {
-  const auto made = MakeBackup(profile, std::time(nullptr));
+  const auto made =
+      MakeBackup(profile, std::time(nullptr), BackupOfUnfinishedRun(profile).value_or(""));
   if (!made) return console.Fail(made.Why());
   console.out << *made << "\n";
   console.messages << "the files are in " << BackupFolder(profile, *made).string() << "; the last "
@@ -57,9 +45,28 @@ int Restore(const Console& console, const Profile& profile, const std::string& n
   if (!before) return console.Fail(before.Why());
   const auto restored = RestoreBackup(profile, name);
   if (!restored) return console.Fail(restored.Why());
+  ForgetUnfinishedRun(profile);
   console.messages << Counted(*restored, "file is", "files are") << " as in " << name
                    << "; what was there before is in " << *before << "\n";
   return kExitDone;
+}
+
+int Keep(const Console& console, const Profile& profile) {
+  if (!BackupOfUnfinishedRun(profile)) {
+    return console.Fail({"no run was cut off, so there is nothing to keep"});
+  }
+  ForgetUnfinishedRun(profile);
+  return kExitDone;
+}
+
+struct RestoreOptions {
+  std::optional<std::string> name;
+  bool keep = false;
+};
+
+int RunRestore(const Console& console, const Profile& profile, const RestoreOptions& options) {
+  if (options.keep) return Keep(console, profile);
+  return options.name ? Restore(console, profile, *options.name) : ListBackups(console, profile);
 }
 
 }  // namespace
@@ -68,8 +75,9 @@ void AddBackupCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("backup", "Copy the organiser's files into the profile");
   command->callback([&line] {
     line.chosen = [&line] {
-      return WithLockedProfile(
-          line, [&](const Profile& profile) { return Backup(line.console, profile); });
+      return WithLockedProfile(line, [&](const Profile& profile, const ProfileLock& /*lock*/) {
+        return Backup(line.console, profile);
+      });
     };
   });
 }
@@ -78,13 +86,19 @@ void AddRestoreCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("restore", "Bring a backup back, or list all");
   command->footer(
       "What is there is backed up before. Files that the backup hasn't got stay as they are.");
-  auto name = std::make_shared<std::optional<std::string>>();
-  command->add_option("backup", *name, "Name of the backup; without one they are listed")
-      ->type_name("NAME");
-  command->callback([&line, name] {
-    line.chosen = [&line, name] {
-      return WithLockedProfile(line, [&](const Profile& profile) {
-        return *name ? Restore(line.console, profile, **name) : ListBackups(line.console, profile);
+  auto options = std::make_shared<RestoreOptions>();
+  CLI::Option* name =
+      command
+          ->add_option("backup", options->name, "Name of the backup; without one they are listed")
+          ->type_name("NAME");
+  command
+      ->add_flag("--keep", options->keep,
+                 "Keep the files as a run that was cut off has left them, and go on")
+      ->excludes(name);
+  command->callback([&line, options] {
+    line.chosen = [&line, options] {
+      return WithLockedProfile(line, [&](const Profile& profile, const ProfileLock& /*lock*/) {
+        return RunRestore(line.console, profile, *options);
       });
     };
   });

@@ -50,8 +50,8 @@ void AddCategoriesCommand(CLI::App& app, CommandLine& line) {
   command->add_option("type", *type, "Data type, such as contact")->type_name("TYPE");
   command->callback([&line, type] {
     line.chosen = [&line, type] {
-      return WithRun(line, RunMode::kReading,
-                     [&](EngineRun& run) { return Categories(run, line.console, *type); });
+      return WithReadingRun(line,
+                            [&](EngineRun& run) { return Categories(run, line.console, *type); });
     };
   });
 }

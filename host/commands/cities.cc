@@ -110,8 +110,8 @@ int Cities(const CommandLine& line, const CitiesOptions& options) {
     return Show(line.console, options.file, ReadNativeFile(options.file, kLargestCityFile),
                 options.table);
   }
-  return WithRun(line, RunMode::kReading,
-                 [&](EngineRun& run) { return ShowOfProfile(run, line, options.table); });
+  return WithReadingRun(line,
+                        [&](EngineRun& run) { return ShowOfProfile(run, line, options.table); });
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/calendar_guard.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/native_file.h"
@@ -30,8 +29,7 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
       if (&console.in == &std::cin && ::read(STDIN_FILENO, &nothing, 0) != 0) {
         return console.Fail(SystemFailure("standard input", errno));
       }
-      return WithRun(line, RunMode::kWriting, [&](EngineRun& run) {
-        if (const auto why = CalendarInTheWay(run, *force)) return console.Fail(*why);
+      return WithWritingRun(line, *force, [&](EngineRun& run) {
         const int code = RunDrive(run.Objects(), console.in, console.out);
         // Nor is one that fails half-way an input that ended.
         if (&console.in == &std::cin && std::ferror(stdin) != 0) {

@@ -200,8 +200,8 @@ void AddExportCommand(CLI::App& app, CommandLine& line) {
       ->type_name("FILE");
   command->callback([&line, options] {
     line.chosen = [&line, options] {
-      return WithRun(line, RunMode::kReading,
-                     [&](EngineRun& run) { return Export(run, line.console, *options); });
+      return WithReadingRun(line,
+                            [&](EngineRun& run) { return Export(run, line.console, *options); });
     };
   });
 }

@@ -88,7 +88,7 @@ void AddInfoCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("info", "Say what the profile leads to");
   command->callback([&line] {
     line.chosen = [&line] {
-      return WithRun(line, RunMode::kReading, [&](EngineRun& run) { return Info(run, line); });
+      return WithReadingRun(line, [&](EngineRun& run) { return Info(run, line); });
     };
   });
 }

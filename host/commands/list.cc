@@ -108,8 +108,8 @@ void AddListCommand(CLI::App& app, CommandLine& line) {
   command->add_flag("--table", options->table, "Make a table in any case");
   command->callback([&line, options] {
     line.chosen = [&line, options] {
-      return WithRun(line, RunMode::kReading,
-                     [&](EngineRun& run) { return List(run, line.console, *options); });
+      return WithReadingRun(line,
+                            [&](EngineRun& run) { return List(run, line.console, *options); });
     };
   });
 }

@@ -137,8 +137,8 @@ void AddShowCommand(CLI::App& app, CommandLine& line) {
       ->type_name("CATEGORY");
   command->callback([&line, options] {
     line.chosen = [&line, options] {
-      return WithRun(line, RunMode::kReading,
-                     [&](EngineRun& run) { return Show(run, line.console, *options); });
+      return WithReadingRun(line,
+                            [&](EngineRun& run) { return Show(run, line.console, *options); });
     };
   });
 }

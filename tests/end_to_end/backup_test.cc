@@ -77,6 +77,18 @@ TEST_F(BackupTest, BringsEveryByteBack) {
             "pairwise: there is no backup 'none'; `pairwise restore` lists them\n");
 }
 
+TEST_F(BackupTest, HoldsTheClocksThatTheOrganiserKeepsElsewhere) {
+  sample.folder.Put("registry.reg",
+                    sample.folder.Get("registry.reg") + "\"Data\"=\"C:\\\\Organiser\"\r\n");
+  sample.folder.Put("c/Organiser/Clocks.dat", "the clocks");
+  sample.folder.Put("c/Organiser/program.exe", "not a file that is written");
+  const std::string name = Backup();
+  sample.folder.Put("c/Organiser/Clocks.dat", "other clocks");
+  EXPECT_EQ(Run({"restore", name}).code, 0);
+  EXPECT_EQ(sample.folder.Get("c/Organiser/Clocks.dat"), "the clocks");
+  EXPECT_FALSE(fs::exists(sample.folder.Path() / "backups" / name / "organiser/program.exe"));
+}
+
 TEST_F(BackupTest, TenAreKept) {
   std::vector<std::string> names(12);
   std::generate(names.begin(), names.end(), [this] { return Backup(); });

@@ -157,9 +157,35 @@ TEST(Drive, FailsWhereTheRegistryCannotBeSaved) {
     run = Talked(sample, {{R"({"op":"clearnames"})", kOk}, {R"({"op":"clearnames"})", kOk}});
   }
   EXPECT_EQ(run.code, 1);
-  EXPECT_EQ(run.messages, "pairwise: " + sample.Folder() +
-                              "/registry.reg: it can't be written: File too large\n");
+  EXPECT_EQ(
+      WithoutBackupLines(run.messages),
+      "pairwise: " + sample.Folder() + "/registry.reg: it can't be written: File too large\n");
   EXPECT_EQ(sample.folder.Get("registry.reg"), registry);
+}
+
+// The module itself counts a save as done.
+TEST(Drive, SaysWhichFileCouldNotBeWrittenWhole) {
+  const Sample sample;
+  const std::string before = sample.folder.Get("c/Data/Friends.WMCard");
+  const std::string value(60'000, 'x');
+  Finished run;
+  {
+    const FullDisk disk(1 << 14);
+    run = Talked(sample,
+                 {{kOpen, kOk},
+                  {R"({"op":"first"})", kOk},
+                  {R"({"op":"update","record":{"fields":[["Company",")" + value + R"("]]}})", kOk},
+                  {R"({"op":"close"})", kOk}});
+  }
+  EXPECT_EQ(run.code, 1);
+  const std::string told =
+      "Friends.WMCard: could not be written whole\npairwise: `pairwise restore ";
+  const std::size_t at = run.messages.find(told);
+  ASSERT_NE(at, std::string::npos) << run.messages;
+  const std::size_t name = at + told.size();
+  const std::string backup = run.messages.substr(name, run.messages.find('`', name) - name);
+  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "restore", backup}).code, 0);
+  EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before);
 }
 
 TEST(Drive, KeepsASecondWriterAwayButNoReader) {

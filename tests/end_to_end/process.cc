@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <regex>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -110,6 +111,11 @@ Finished RunPairwise(const std::vector<std::string>& arguments, const std::strin
   Process process(arguments, user);
   process.Write(input);
   return process.Finish();
+}
+
+std::string WithoutBackupLines(const std::string& messages) {
+  return std::regex_replace(
+      messages, std::regex("pairwise: the files as they were are in backup [-0-9T]*\n"), "");
 }
 
 std::string OutputOf(const std::string& command) {

@@ -47,6 +47,9 @@ class Process {
 Finished RunPairwise(const std::vector<std::string>& arguments, const std::string& input = "",
                      uid_t user = 0);
 
+// What a run said, but for the line that names its backup.
+std::string WithoutBackupLines(const std::string& messages);
+
 // What a command of the shell writes; a failure unless it ends well.
 std::string OutputOf(const std::string& command);
 
