@@ -22,6 +22,8 @@
 //   1491 + 64n + L          card bodies, in the order of the index, without gaps
 namespace pw::cardfile {
 
+inline constexpr std::string_view kExtension = ".WMCard";
+
 inline constexpr std::string_view kLineEnd = "\r\n";
 
 // Stands before a card's time stamp, so that no value may hold it.

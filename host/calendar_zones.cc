@@ -7,24 +7,21 @@
 #include "host/formats/vtimezone.h"
 
 namespace pw {
-namespace {
 
-std::string CleanName(std::string_view name) {
+std::string ZoneNameOf(const WMCityRecord& city) {
   constexpr std::string_view kUnfit = ",;:\"\\";
   std::string clean;
-  for (const char c : name) {
+  for (const char c : city.Name()) {
     const bool isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
     if (!isControl && kUnfit.find(c) == std::string_view::npos) clean += c;
   }
   return clean.empty() ? "City" : CodePageToUtf8(clean);
 }
 
-}  // namespace
-
 const std::string& CalendarZones::NameOf(const WMCityRecord& city) {
   const auto known = names.find(&city);
   if (known != names.end()) return known->second;
-  const std::string clean = CleanName(city.Name());
+  const std::string clean = ZoneNameOf(city);
   std::string name = clean;
   for (int number = 2; IsTaken(name); ++number) name = clean + " " + std::to_string(number);
   return names.emplace(&city, std::move(name)).first->second;

@@ -7,6 +7,9 @@
 
 namespace pw {
 
+// A city's name, in UTF-8, of those characters alone that every program takes in a zone's name.
+std::string ZoneNameOf(const WMCityRecord& city);
+
 // The cities whose clocks the events of an iCalendar file go by.
 class CalendarZones {
  public:

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "framework/registry.h"
+#include "host/calendar_zones.h"
 #include "host/city_table.h"
 #include "host/location_file.h"
 #include "host/organiser_folder.h"
@@ -48,13 +49,37 @@ CityClocks::CityClocks(std::vector<WMCityRecord> all, std::string_view homeName)
   if (found != cities.end()) home = static_cast<std::size_t>(found - cities.begin());
 }
 
-const WMCityRecord* CityClocks::Fitting(const PWTimeZone& zone) const {
-  const auto fits = [&](const WMCityRecord& city) {
-    return zone == EngineZoneOf(city, zone.zone.DaylightDate.wYear);
-  };
-  if (home && fits(*Home())) return Home();
-  const auto found = std::find_if(cities.begin(), cities.end(), fits);
+template <class Test>
+const WMCityRecord* CityClocks::FirstOf(Test test) const {
+  if (home && test(*Home())) return Home();
+  const auto found = std::find_if(cities.begin(), cities.end(), test);
   return found == cities.end() ? nullptr : &*found;
+}
+
+const WMCityRecord* CityClocks::Fitting(const PWTimeZone& zone) const {
+  return FirstOf([&](const WMCityRecord& city) {
+    return zone == EngineZoneOf(city, zone.zone.DaylightDate.wYear);
+  });
+}
+
+const WMCityRecord* CityClocks::Named(std::string_view zone) const {
+  std::string end(zone.substr(zone.rfind('/') + 1));
+  std::replace(end.begin(), end.end(), '_', ' ');
+  for (const std::string_view name : {zone, std::string_view(end)}) {
+    const WMCityRecord* city =
+        FirstOf([&](const WMCityRecord& each) { return ZoneNameOf(each) == name; });
+    if (city != nullptr) return city;
+  }
+  return nullptr;
+}
+
+const WMCityRecord* CityClocks::WithOffset(std::int32_t minutes, bool hasDaylight) const {
+  constexpr int kHundred = 100;
+  const std::int32_t hours = minutes / 60;
+  return FirstOf([&](const WMCityRecord& city) {
+    return city.offset == hours * kHundred + minutes % 60 &&
+           (city.dstMode != kNoDaylight) == hasDaylight;
+  });
 }
 
 PWDateTimeStamp LocalStamp(const WMCityRecord* city, const PWDateTimeStamp& utc) {

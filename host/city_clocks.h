@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "framework/values.h"
@@ -29,7 +30,19 @@ class CityClocks {
   // A city of that zone, the home city before others; null where none is.
   const WMCityRecord* Fitting(const PWTimeZone& zone) const;
 
+  // The city whose clocks stand under that name in an iCalendar file of ours, or, as "Berlin" does
+  // in "Europe/Berlin", at the end of another program's; null where none is.
+  const WMCityRecord* Named(std::string_view zone) const;
+
+  // A city that is so many minutes before Greenwich, east positive, and has daylight time or not,
+  // the home city before others; null where none is.
+  const WMCityRecord* WithOffset(std::int32_t minutes, bool hasDaylight) const;
+
  private:
+  // The home city or the first one of which it is true, or null.
+  template <class Test>
+  const WMCityRecord* FirstOf(Test test) const;
+
   std::vector<WMCityRecord> cities;  // by their names
   std::optional<std::size_t> home;
 };

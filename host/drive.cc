@@ -14,28 +14,10 @@ namespace pw {
 namespace {
 
 constexpr std::size_t kLongestLine = 16 << 20;
-constexpr int kDeepestLine = 32;
 
 constexpr const char* kResult = "result";
 constexpr const char* kType = "type";
 constexpr const char* kLocation = "location";
-
-// Whether brackets outside of texts stand deeper in each other than any call has them. What is
-// deeper isn't parsed, as that would take far more memory than the line itself.
-bool IsTooDeep(std::string_view line) {
-  int depth = 0;
-  bool inText = false;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const char c = line[i];
-    if (inText && c == '\\') ++i;
-    if (c == '"') inText = !inText;
-    if (inText) continue;
-    if (c == '[' || c == '{') ++depth;
-    if (c == ']' || c == '}') --depth;
-    if (depth > kDeepestLine) return true;
-  }
-  return false;
-}
 
 Json TextArray(const PWStringVector& texts) {
   Json array = Json::array();
@@ -211,10 +193,13 @@ void Drive::Categories(JsonFields& line, Json& answer) {
 void Drive::NewCategory(JsonFields& line, Json& answer) {
   const std::string type = line.Text(kType);
   const std::string name = line.Text("name");
-  std::optional<std::int32_t> entry;
-  if (line.Has("template")) entry = line.Signed("template");
+  const std::int32_t entry = line.Has("template") ? line.Signed("template") : -1;
   if (line.Failed()) return;
-  objects.dialogs.ChooseFromLists(entry);
+  if (entry >= 0) {
+    objects.dialogs.ChooseFromLists([entry](const std::vector<std::string>& /*entries*/) {
+      return static_cast<std::size_t>(entry);
+    });
+  }
   PWString location;
   answer[kResult] = objects.manager.NewCategory(name.c_str(), type.c_str(), &location);
   answer[kLocation] = JsonText(location.View());

@@ -11,6 +11,8 @@
 namespace pw {
 namespace {
 
+constexpr int kDeepest = 32;
+
 std::string Quoted(const char* name) {
   return "\"" + std::string(name) + "\"";
 }
@@ -182,6 +184,21 @@ std::vector<std::pair<std::string, std::string>> JsonFields::Pairs(const char* n
     pairs.emplace_back(std::move(first), ToText(pair[1], name));
   }
   return pairs;
+}
+
+bool IsTooDeep(std::string_view json) {
+  int depth = 0;
+  bool inText = false;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const char c = json[i];
+    if (inText && c == '\\') ++i;
+    if (c == '"') inText = !inText;
+    if (inText) continue;
+    if (c == '[' || c == '{') ++depth;
+    if (c == ']' || c == '}') --depth;
+    if (depth > kDeepest) return true;
+  }
+  return false;
 }
 
 Json JsonText(std::string_view text) {

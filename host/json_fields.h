@@ -64,6 +64,10 @@ class JsonFields {
   std::string problem;
 };
 
+// Whether brackets outside of texts stand deeper in each other than any call or record has them.
+// What is deeper isn't to be parsed, as that would take far more memory than the text itself.
+bool IsTooDeep(std::string_view json);
+
 // A text of the organiser's code page as JSON writes it.
 Json JsonText(std::string_view text);
 

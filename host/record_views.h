@@ -18,6 +18,10 @@ struct RecordView {
   std::vector<std::string> (*texts)(PWRecord& record, const CityClocks& cities);
 };
 
+// Columns that only a CSV file has: the section of a note, and the whole of a series as JSON.
+inline constexpr const char* kCategoryColumn = "Category";
+inline constexpr const char* kSeriesColumn = "Series";
+
 // Whether records of a type tell when they were changed.
 bool HasStamps(std::string_view type);
 

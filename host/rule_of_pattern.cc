@@ -30,8 +30,16 @@ std::uint8_t WeekdayOf(std::uint8_t day) {
   return day == 0 ? kWeekdays - 1 : static_cast<std::uint8_t>(day - 1);
 }
 
+std::uint8_t DayOf(std::uint8_t weekday) {
+  return static_cast<std::uint8_t>(weekday == kWeekdays - 1 ? 0 : weekday + 1);
+}
+
 std::int32_t MonthDayOfBit(std::uint8_t bit) {
   return bit == kLastDayBit ? -1 : bit + 1;
+}
+
+std::uint8_t BitOfMonthDay(std::int32_t day) {
+  return day < 0 ? kLastDayBit : static_cast<std::uint8_t>(day - 1);
 }
 
 CalendarRule Weekly(const PWWeeklyRecurrance& weekly) {
@@ -53,6 +61,10 @@ CalendarRule MonthlyByDate(const PWMonthlyByDateRecurrance& monthly) {
 
 std::int32_t WeekOf(std::uint8_t week) {
   return week == kWeeks - 1 ? -1 : week + 1;
+}
+
+std::uint8_t WeekNumber(std::int32_t week) {
+  return static_cast<std::uint8_t>(week < 0 ? kWeeks - 1 : week - 1);
 }
 
 // Whether it names days that there are.
@@ -181,6 +193,38 @@ std::optional<CalendarRule> RuleOfPattern(PWRecurrancePattern& pattern) {
   CalendarRule rule = AnyRuleOf(pattern);
   if (!HasDays(rule)) return std::nullopt;
   return rule;
+}
+
+void SetRule(PWEventRecord& event, const CalendarRule& rule) {
+  const auto interval = static_cast<std::int16_t>(rule.interval);
+  const bool isByDay = rule.week != 0;
+  if (rule.unit == Unit::kDay) {
+    event.Recurring(true, kRecurranceDaily);
+    event.RecurrancePattern()->Daily()->Interval = interval;
+  } else if (rule.unit == Unit::kWeek) {
+    event.Recurring(true, kRecurranceWeekly);
+    PWWeeklyRecurrance& weekly = *event.RecurrancePattern()->Weekly();
+    weekly.Interval = interval;
+    for (const std::uint8_t weekday : rule.weekdays) weekly.Days.bits |= 1U << DayOf(weekday);
+  } else if (rule.unit == Unit::kMonth && isByDay) {
+    event.Recurring(true, kRecurranceMonthlyByDay);
+    *event.RecurrancePattern()->MonthlyByDay() = {interval, WeekNumber(rule.week),
+                                                  DayOf(rule.weekdays.front())};
+  } else if (rule.unit == Unit::kMonth) {
+    event.Recurring(true, kRecurranceMonthlyByDate);
+    PWMonthlyByDateRecurrance& monthly = *event.RecurrancePattern()->MonthlyByDate();
+    monthly.Interval = interval;
+    for (const std::int32_t day : rule.monthDays) monthly.Days.bits |= 1U << BitOfMonthDay(day);
+  } else if (isByDay) {
+    event.Recurring(true, kRecurranceYearlyByDay);
+    *event.RecurrancePattern()->YearlyByDay() = {static_cast<std::uint8_t>(rule.month - 1),
+                                                 WeekNumber(rule.week),
+                                                 DayOf(rule.weekdays.front())};
+  } else {
+    event.Recurring(true, kRecurranceYearlyByDate);
+    *event.RecurrancePattern()->YearlyByDate() = {static_cast<std::uint8_t>(rule.month - 1),
+                                                  BitOfMonthDay(rule.monthDays.front())};
+  }
 }
 
 std::string RuleValue(const CalendarRule& rule, chrono::sys_days first) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/event_record.h"
 #include "framework/recurrence.h"
 
 // The pattern of a recurring event in the terms of iCalendar.
@@ -25,6 +26,10 @@ struct CalendarRule {
 // Nothing for a pattern that has no dates: of no type, or with an interval, a day or a month that
 // there isn't.
 std::optional<CalendarRule> RuleOfPattern(PWRecurrancePattern& pattern);
+
+// Gives the event a pattern of this rule, in place of any other. Months and years by a weekday name
+// one weekday, years by a date one date, and years come each year.
+void SetRule(PWEventRecord& event, const CalendarRule& rule);
 
 // As the value of RRULE, without an end. Weeks begin on the weekday of the series' first date, as
 // the organiser counts them.

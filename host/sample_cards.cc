@@ -136,4 +136,14 @@ const SampleCard kSampleCards[] = {
 
 const std::size_t kSampleCardCount = std::size(kSampleCards);
 
+std::string SampleTemplates() {
+  std::string people = "[People]";
+  for (const char* field : kSampleFields) {
+    people += (people.back() == ']' ? "" : "\t") + std::string(field);
+  }
+  return people +
+         "\r\n[Club]Last Name\tFirst Name\tMember Since\tPhone\tE-mail"
+         "\r\n[Suppliers]Company\tContact\tStreet\tCity\tPhone\tFax\r\n";
+}
+
 }  // namespace pw

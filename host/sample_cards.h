@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 
 namespace pw {
 
@@ -20,5 +21,8 @@ struct SampleCard {
 
 extern const SampleCard kSampleCards[];
 extern const std::size_t kSampleCardCount;
+
+// The list of templates for new cardfiles, of which the first one has the fields of the sample.
+std::string SampleTemplates();
 
 }  // namespace pw

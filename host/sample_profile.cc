@@ -60,7 +60,7 @@ Outcome<Done> ClearFolder(const fs::path& folder) {
     if (failed) return SystemFailure(entry.path(), failed.value());
   }
   if (error) return SystemFailure(folder, error.value());
-  fs::create_directories(folder / "data", error);
+  fs::create_directories(folder / "data" / "Data", error);
   if (error) return SystemFailure(folder, error.value());
   return Done{};
 }
@@ -98,6 +98,7 @@ Outcome<Done> WriteFiles(SampleProfile& sample) {
       {sample.profile.RegistryFile(),
        FreshRegistry(product, {kDataFolder, kCalendar, clocks->homeCity, true})},
       {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
+      {sample.profile.folder / "data" / "Data" / "crdstyle.dat", SampleTemplates()},
   };
   for (const auto& [file, bytes] : files) {
     auto written = WriteNativeFile(file, bytes);
@@ -191,6 +192,7 @@ Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& m
   sample.profile.folder = fs::absolute(folder, error).lexically_normal();
   sample.profile.drives = {{kDataFolder, sample.profile.folder / "data"}};
   sample.profile.config = {{PWConfig::kDataFolder, kDataFolder},
+                           {PWConfig::kInstallFolder, kDataFolder},
                            {PWConfig::kCalendarStem, ""},
                            {PWConfig::kProductKey, kProducts[0].mainKey}};
   sample.cardfile = sample.profile.folder / "data" / "Friends.WMCard";

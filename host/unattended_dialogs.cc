@@ -35,10 +35,9 @@ std::optional<std::string> UnattendedDialogs::ChooseFolder(WindowId /*parent*/,
   return {};
 }
 
-// Whether an entry was to be chosen, there was such a one, and all pages could be left.
+// Whether an entry was chosen, and the page of the list could be left.
 bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
-  if (!chosenEntry || *chosenEntry < 0) return false;
-  const auto entry = static_cast<std::size_t>(*chosenEntry);
+  if (!chooser) return false;
   for (PageModel* page : sheet.Pages()) {
     page->Show(kNoWindow);
     std::vector<DialogControl>& controls = page->Controls();
@@ -46,8 +45,9 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
       return c.kind == ControlKind::kList;
     });
     if (list == controls.end()) continue;
-    if (entry >= list->items.size()) return false;
-    list->text = list->items[entry];
+    const auto entry = chooser(list->items);
+    if (!entry || *entry >= list->items.size()) return false;
+    list->text = list->items[*entry];
     return page->Next();
   }
   return false;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/dialogs.h"
 
@@ -17,9 +21,11 @@ class UnattendedDialogs : public DialogsWrapper {
   UnattendedDialogs(Dialogs& target, std::ostream& messages)
       : DialogsWrapper(target), messages(messages) {}
 
-  // The entry to choose from the first list of any sheet from here on, counted from 0; an entry
-  // that the list doesn't have cancels the sheet. Without a value sheets are cancelled.
-  void ChooseFromLists(std::optional<std::int32_t> entry) { chosenEntry = entry; }
+  // Who chooses from the first list of any sheet from here on: gets the entries, in the organiser's
+  // code page, and gives the place of one, counted from 0. A place that the list doesn't have, or
+  // none, cancels the sheet, as does having nobody to choose.
+  using Chooser = std::function<std::optional<std::size_t>(const std::vector<std::string>&)>;
+  void ChooseFromLists(Chooser choose) { chooser = std::move(choose); }
 
   BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
                         std::uint32_t flags) override;
@@ -33,7 +39,7 @@ class UnattendedDialogs : public DialogsWrapper {
   void Say(const std::string& asked, const char* answer);
 
   std::ostream& messages;
-  std::optional<std::int32_t> chosenEntry;
+  Chooser chooser;
 };
 
 }  // namespace pw

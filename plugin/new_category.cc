@@ -10,6 +10,7 @@
 #include "calltask/task_store.h"
 #include "cardfile/card_templates.h"
 #include "cardfile/create_cardfile.h"
+#include "cardfile/format.h"
 #include "cardfile/template_dialog.h"
 #include "framework/application.h"
 #include "framework/registry.h"
@@ -21,7 +22,6 @@
 // Categories made and deleted: the files behind them.
 namespace {
 
-constexpr const char* kCardfileExtension = ".WMCard";
 constexpr const char* kTemplateList = "\\Data\\crdstyle.dat";
 
 // What a file can't be named by becomes a blank, and blanks at the ends go.
@@ -83,10 +83,10 @@ PWRESULT WMSourceManager::NewCategory(const char* name, const char* typeName, PW
     if (location != nullptr) *location = where;
   };
   if (type == "contact") {
-    const std::string fileName = cleanName + kCardfileExtension;
+    const std::string fileName = cleanName + std::string(pw::cardfile::kExtension);
     RememberName(fileName);
-    tell(path + kCardfileExtension);
-    return NewCardfile(path + kCardfileExtension, fileName,
+    tell(path + std::string(pw::cardfile::kExtension));
+    return NewCardfile(path + std::string(pw::cardfile::kExtension), fileName,
                        Config->String(PWConfig::kInstallFolder).Str());
   }
   if (type == "calendar") {

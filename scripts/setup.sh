@@ -5,9 +5,9 @@ set -euo pipefail
 packages=(
   # To build
   g++ make cmake ninja-build binutils
-  libcli11-dev nlohmann-json3-dev libtomlplusplus-dev
+  libcli11-dev libical-dev nlohmann-json3-dev libtomlplusplus-dev
   # To test and measure
-  libgtest-dev libbenchmark-dev libical-dev tzdata khal unrtf
+  libgtest-dev libbenchmark-dev tzdata khal unrtf
   # To check
   clang clang-format clang-tidy libclang-rt-14-dev
 )

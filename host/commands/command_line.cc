@@ -39,6 +39,10 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddListCommand(app, line);
   AddShowCommand(app, line);
   AddExportCommand(app, line);
+  AddImportCommand(app, line);
+  AddNewCommand(app, line);
+  AddRemoveCommand(app, line);
+  AddWipeCommand(app, line);
   AddBackupCommand(app, line);
   AddRestoreCommand(app, line);
   AddDriveCommand(app, line);

@@ -10,18 +10,21 @@
 
 #include <CLI/CLI.hpp>
 
+#include "framework/event_record.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/commands/record_choice.h"
 #include "host/counted.h"
 #include "host/drive_records.h"
 #include "host/event_calendar.h"
+#include "host/event_json.h"
 #include "host/formats/contact_json.h"
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
 #include "host/memo_export.h"
 #include "host/native_file.h"
 #include "host/note_files.h"
+#include "host/record_views.h"
 #include "host/todo_calendar.h"
 
 // `pairwise export`: the records of a type in a form that other programs read.
@@ -41,6 +44,18 @@ std::vector<Contact> AllContacts(const ChosenRecords& chosen) {
   std::vector<Contact> all;
   for (const CategoryRecords& category : chosen.categories) {
     all.insert(all.end(), category.contacts.begin(), category.contacts.end());
+  }
+  return all;
+}
+
+// Rows of notes, each with its section.
+std::vector<Contact> AllNotes(const ChosenRecords& chosen) {
+  std::vector<Contact> all;
+  for (const CategoryRecords& category : chosen.categories) {
+    for (Contact note : category.contacts) {
+      note.fields.insert(note.fields.begin(), {kCategoryColumn, category.name});
+      all.push_back(std::move(note));
+    }
   }
   return all;
 }
@@ -67,13 +82,28 @@ struct Rendered {
   std::vector<std::string> problems;
 };
 
+// Rows of events. What the columns for people can't tell of a series stands in one more.
+std::vector<Contact> AllEvents(const ChosenRecords& chosen) {
+  std::vector<Contact> all;
+  for (const CategoryRecords& category : chosen.categories) {
+    for (std::size_t i = 0; i < category.contacts.size(); ++i) {
+      PWRecord record = category.records[i].record;
+      const bool recurs = PWEventRecord(&record).Recurring();
+      all.push_back(category.contacts[i]);
+      all.back().fields.emplace_back(kSeriesColumn, recurs ? JsonLine(EventToJson(record)) : "");
+    }
+  }
+  return all;
+}
+
 Rendered RenderJson(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& type) {
   if (type == kContactType) return {WriteContactsJson(AllContacts(chosen)), {}};
   return {RenderTypedJson(chosen, *FindRecordForm(type)), {}};
 }
 
-Rendered RenderCsv(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& /*type*/) {
-  return {WriteCsv(AllContacts(chosen)), {}};
+Rendered RenderCsv(EngineRun& /*run*/, const ChosenRecords& chosen, const std::string& type) {
+  if (type == kMemoType) return {WriteCsv(AllNotes(chosen)), {}};
+  return {WriteCsv(type == kCalendarType ? AllEvents(chosen) : AllContacts(chosen)), {}};
 }
 
 Rendered RenderVCards(EngineRun& /*run*/, const ChosenRecords& chosen,

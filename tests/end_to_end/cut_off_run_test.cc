@@ -82,6 +82,7 @@ class CutOffRunTest : public testing::Test {
   std::map<std::string, std::string> DataFiles() const {
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::directory_iterator(fs::path(demo) / "data")) {
+      if (!entry.is_regular_file()) continue;
       const std::string name = entry.path().filename().string();
       files[name] = folder.Get("demo/data/" + name);
     }
