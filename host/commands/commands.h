@@ -33,6 +33,8 @@ void AddShowCommand(CLI::App& app, CommandLine& line);
 void AddExportCommand(CLI::App& app, CommandLine& line);
 void AddBackupCommand(CLI::App& app, CommandLine& line);
 void AddRestoreCommand(CLI::App& app, CommandLine& line);
+void AddOptionsCommand(CLI::App& app, CommandLine& line);
+void AddSetupCommand(CLI::App& app, CommandLine& line);
 void AddDriveCommand(CLI::App& app, CommandLine& line);
 void AddOrganiserCommand(CLI::App& app, CommandLine& line);
 void AddDemoCommand(CLI::App& app, CommandLine& line);
