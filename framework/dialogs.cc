@@ -3,21 +3,34 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "platform/path.h"
 #include "platform/platform.h"
 
 namespace {
 
-// Why a folder doesn't hold all that is required of it; nothing if it does.
-std::optional<std::string> MissingFile(const std::string& folder,
-                                       const std::vector<std::string>& required) {
+bool IsFileName(const std::string& entry) {
+  return entry.find('.') != std::string::npos;
+}
+
+bool Meets(const std::string& file, const std::string& entry) {
+  return IsFileName(entry) ? pw::EqualIgnoringCase(file, entry)
+                           : pw::EndsWithIgnoringCase(file, "." + entry);
+}
+
+// What a folder lacks of what is required of it; nothing if it lacks none.
+std::optional<std::string> MissingFiles(const std::string& folder,
+                                        const std::vector<std::string>& required) {
   const auto found = pw::CurrentPlatform().files->Find(folder + "\\*");
-  for (const std::string& ending : required) {
+  std::vector<std::string> missing;
+  for (const std::string& entry : required) {
     const bool met = std::any_of(found.begin(), found.end(), [&](const pw::FoundFile& file) {
-      return !file.isFolder && pw::EndsWithIgnoringCase(file.name, ending);
+      return !file.isFolder && Meets(file.name, entry);
     });
-    if (!met) return "The folder has no file whose name ends in \"" + ending + "\".";
+    if (!met) missing.push_back(IsFileName(entry) ? entry : "a ." + entry + " file");
   }
-  return std::nullopt;
+  if (missing.empty()) return std::nullopt;
+  if (!pw::CurrentPlatform().files->Exists(folder)) return "There is no folder " + folder + ".";
+  return folder + " lacks: " + pw::JoinNonEmpty(missing, ", ") + ".";
 }
 
 }  // namespace
@@ -41,9 +54,9 @@ PWBrowseFolder::PWBrowseFolder(pw::WindowId parent, const char* productName,
 bool PWBrowseFolder::DoModal() {
   const auto chosen = pw::CurrentPlatform().dialogs->ChooseFolder(
       parent, productName.Str(), folder.Str(),
-      [this](const std::string& candidate) { return MissingFile(candidate, required); });
+      [this](const std::string& candidate) { return MissingFiles(candidate, required); });
   if (!chosen) return false;
-  folder = *chosen;
+  if (*chosen != folder.View()) folder = pw::PlainPath(*chosen);
   return true;
 }
 
@@ -82,6 +95,8 @@ std::vector<pw::PageModel*> CPropertySheet::Pages() {
   for (const auto& page : pages) models.push_back(page.get());
   return models;
 }
+
+CWizardSheet::~CWizardSheet() = default;
 
 pw::SheetAnswer CPropertySheet::DoModal(pw::WindowId parent) {
   const pw::SheetAnswer answer = pw::CurrentPlatform().dialogs->ShowSheet(parent, *this);

@@ -20,15 +20,17 @@ class PWHelp {
   PWHelp& operator=(const PWHelp&) = delete;
 };
 
-// Lets the person choose a folder that holds all that is required of it: each entry of the list is
-// met by some file of the folder whose name ends in it, letter case ignored.
+// Lets the person choose a folder that holds all that is required of it. An entry of the list with
+// a dot is the name of a file, one without an extension that some file must have; letter case is
+// ignored.
 class PWBrowseFolder {
  public:
   // Copies the texts and the list. `productName` stands in the dialog's title.
   PWBrowseFolder(pw::WindowId parent, const char* productName, const char* startFolder,
                  PWStringVector& requiredFiles);
 
-  // True when the person chose a folder, which `Folder` then gives.
+  // True when the person chose a folder, which `Folder` then gives: as the start folder was spelled
+  // if it is that, else in its plain spelling, without a backslash at its end.
   bool DoModal();
 
   const PWString& Folder() const { return folder; }
@@ -43,6 +45,10 @@ class PWBrowseFolder {
 // A page of controls, without a look: its logic, which a dialog or a test drives.
 class CPropertyPage : public pw::PageModel {
  public:
+  explicit CPropertyPage(std::int32_t dialog = 0) : dialog(dialog) {}
+
+  std::int32_t Dialog() override { return dialog; }
+
   // Starts the page the first time. An override calls this first.
   void Show(pw::WindowId shownIn) override;
   std::vector<pw::DialogControl>& Controls() override { return controls; }
@@ -73,6 +79,7 @@ class CPropertyPage : public pw::PageModel {
   pw::WindowId window = pw::kNoWindow;  // that the page was last shown in
 
  private:
+  std::int32_t dialog;
   bool started = false;
 };
 
@@ -98,6 +105,10 @@ class CPropertySheet : public pw::SheetModel {
 class CWizardSheet : public CPropertySheet {
  public:
   using CPropertySheet::CPropertySheet;
+
+  // Stands in the core, and with it what the class is known by: the module asks of a sheet whether
+  // it is one that the engine's program has made.
+  ~CWizardSheet() override;
 
   // The person has chosen another data folder: what the engine knew of the source is void.
   virtual void ResetApplicationSource(PWApplicationSource* source) = 0;

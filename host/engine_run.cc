@@ -13,6 +13,11 @@ namespace {
 
 constexpr const char* kImportManagerName = "Object_ImportManager";
 
+// The project's version as that of the module's file, in words of 16 bits.
+constexpr std::uint64_t kVersion = std::uint64_t{PAIRWISE_MAJOR} << 48 |
+                                   std::uint64_t{PAIRWISE_MINOR} << 32 |
+                                   std::uint64_t{PAIRWISE_PATCH} << 16;
+
 }  // namespace
 
 EngineRun::EngineRun(const Profile& given, std::ostream& messages)
@@ -45,9 +50,12 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
   moduleFile = *found;
   options.modulePath = moduleFile;
   options.currentFolder = profile.folder;
-  options.mounts = Mounts(profile, mode == RunMode::kReading);
+  options.mounts = Mounts(profile, mode != RunMode::kWriting);
+  options.moduleVersion = kVersion;
   options.somebodyThere = false;
-  if (mode == RunMode::kWriting) {
+  // The rest of this machine can be looked at but not changed, by whatever path.
+  if (mode != RunMode::kWriting) options.mounts.push_back({"\\", "/", true});
+  if (mode != RunMode::kReading) {
     if (lock) return {};
     auto taken = ProfileLock::Take(profile);
     if (!taken) return taken.Why();
@@ -62,8 +70,6 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
   auto made = PrivateCopy::Make(*original);
   if (!made) return made.Why();
   copy = std::move(*made);
-  // The rest of this machine can be looked at but not changed, by whatever path.
-  options.mounts.push_back({"\\", "/", true});
   options.mounts.push_back({folder, copy->Folder(), false});
   options.currentFolder = copy->Folder();
   return {};
@@ -100,6 +106,7 @@ std::optional<Failure> EngineRun::LoadModule() {
   }
   manager.reset(importManager->SourceManager);
   for (const auto& [id, value] : profile.config) config.String(id) = value;
+  applicationSource.SyncMode = profile.syncMode;
   manager->Config = &config;
   manager->ApplicationSource = &applicationSource;
   manager->Log = new CollectedLog(log);

@@ -23,6 +23,9 @@ enum class RunMode {
   // Nothing that is there is changed: the module works on a private copy of the data folder and
   // with a registry whose changes are forgotten, and no running organiser hears of it.
   kReading,
+  // For the option pages: as reading, but the data folder is only looked at where it lies, and the
+  // profile is locked.
+  kSettling,
   // In place, with the profile locked.
   kWriting,
 };
@@ -30,8 +33,8 @@ enum class RunMode {
 // One run of the module over a profile, with the engine's part played. There is one at a time.
 class EngineRun {
  public:
-  // `messages` takes what the person should know of; it isn't owned. A writing run takes the
-  // profile's lock, unless it is given one that is held already.
+  // `messages` takes what the person should know of; it isn't owned. A run that locks the profile
+  // takes the lock, unless it is given one that is held already.
   static Outcome<std::unique_ptr<EngineRun>> Start(const Profile& profile, RunMode mode,
                                                    std::ostream& messages,
                                                    std::optional<ProfileLock> held = {});

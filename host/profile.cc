@@ -3,6 +3,7 @@
 #define TOML_EXCEPTIONS 0
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <utility>
 
 #include <toml++/toml.h>
@@ -42,6 +43,7 @@ class Reader {
   Complaint Entry(std::string_view key, const toml::source_region& where, const toml::node& node) {
     if (key == "codepage") return CodePage(node);
     if (key == "module") return Module(node);
+    if (key == "sync") return SyncMode(node);
     if (key == "drives") return Each(node, "drives", &Reader::Drive);
     if (key == "config") return Each(node, "config", &Reader::ConfigEntry);
     return At(where, "unknown entry '" + std::string(key) + "'");
@@ -58,6 +60,16 @@ class Reader {
       return At(node.source(), "module must be the path of a file");
     }
     profile.module = Native(text->get());
+    return {};
+  }
+
+  Complaint SyncMode(const toml::node& node) {
+    const auto mode = SyncModeOf(node.value_or(std::string_view()));
+    if (!mode) {
+      return At(node.source(),
+                "sync must be \"off\", \"on\", \"overwrite-next\" or \"overwrite-always\"");
+    }
+    profile.syncMode = *mode;
     return {};
   }
 
@@ -129,6 +141,20 @@ class Reader {
   Profile& profile;
 };
 
+std::string RelativeWhereInside(const fs::path& path, const fs::path& folder) {
+  const fs::path relative = path.lexically_relative(folder);
+  const bool inside = !relative.empty() && *relative.begin() != "..";
+  return inside ? relative.string() : path.string();
+}
+
+}  // namespace
+
+std::optional<std::int32_t> SyncModeOf(std::string_view word) {
+  const auto found = std::find(std::begin(kSyncModes), std::end(kSyncModes), word);
+  if (found == std::end(kSyncModes)) return std::nullopt;
+  return static_cast<std::int32_t>(found - std::begin(kSyncModes));
+}
+
 // A text between single quotes, where backslashes stand for themselves, unless it holds what can't
 // stand there.
 std::string TomlText(const std::string& text) {
@@ -149,14 +175,6 @@ std::string TomlText(const std::string& text) {
   }
   return literal ? "'" + text + "'" : "\"" + out + "\"";
 }
-
-std::string RelativeWhereInside(const fs::path& path, const fs::path& folder) {
-  const fs::path relative = path.lexically_relative(folder);
-  const bool inside = !relative.empty() && *relative.begin() != "..";
-  return inside ? relative.string() : path.string();
-}
-
-}  // namespace
 
 std::string Profile::DataFolder() const {
   const auto entry = config.find(PWConfig::kDataFolder);
@@ -188,6 +206,9 @@ std::string RenderProfile(const Profile& profile) {
   std::string out = "codepage = 1252\n";
   if (profile.module) {
     out += "module = " + TomlText(RelativeWhereInside(*profile.module, profile.folder)) + "\n";
+  }
+  if (profile.syncMode != kSyncModeOn) {
+    out += "sync = " + TomlText(kSyncModes[profile.syncMode]) + "\n";
   }
   out +=
       "\n# Where the organiser's drives, or single folders of them, lie on this "

@@ -13,6 +13,14 @@
 namespace pw {
 
 // Where a part of the organiser's paths lies on this machine.
+// What a synchronisation may do with the organiser's data, as a description names it: the engine's
+// sync modes by their values.
+inline constexpr const char* kSyncModes[] = {"off", "on", "overwrite-next", "overwrite-always"};
+inline constexpr std::int32_t kSyncModeOn = 1;
+
+// The value of a word, or nothing if it is none of these.
+std::optional<std::int32_t> SyncModeOf(std::string_view word);
+
 struct ProfileDrive {
   std::string prefix;            // the organiser's: a drive "C:", or a folder on one "C:\Data"
   std::filesystem::path folder;  // absolute
@@ -27,6 +35,7 @@ struct Profile {
   std::vector<ProfileDrive> drives;
   std::map<std::uint32_t, std::string>
       config;  // the engine's entries, in the organiser's code page
+  std::int32_t syncMode = kSyncModeOn;
 
   std::filesystem::path DescriptionFile() const { return folder / "profile.toml"; }
   std::filesystem::path RegistryFile() const { return folder / "registry.reg"; }
@@ -40,6 +49,9 @@ Outcome<Profile> ReadProfile(const std::filesystem::path& folder);
 
 // The same from the text of the file `folder`/profile.toml.
 Outcome<Profile> ParseProfile(std::string_view text, const std::filesystem::path& folder);
+
+// The text between quotes, as a description has it. UTF-8.
+std::string TomlText(const std::string& text);
 
 // The description as a person would write it. Folders within the profile are written relative to
 // it.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "base/text.h"
 #include "platform/platform.h"
 
 namespace pw::options {
@@ -25,10 +24,6 @@ std::vector<std::string> CalendarStems(const std::string& folder) {
 
 std::string SelectedStem(const std::vector<std::string>& stems, const std::string& wanted) {
   if (std::find(stems.begin(), stems.end(), wanted) != stems.end()) return wanted;
-  const auto same = std::find_if(stems.begin(), stems.end(), [&](const std::string& stem) {
-    return EqualIgnoringCase(stem, wanted);
-  });
-  if (same != stems.end()) return *same;
   return stems.empty() ? "" : stems.front();
 }
 

@@ -11,8 +11,8 @@ namespace pw::options {
 // the empty stem.
 std::vector<std::string> CalendarStems(const std::string& folder);
 
-// The entry to be selected: the wanted one, else the one whose files are the same because it
-// differs in letter case alone, else the first; empty if there is none.
+// The entry to be selected: the one that equals what is wanted, letter case included, else the
+// first; empty if there is none.
 std::string SelectedStem(const std::vector<std::string>& stems, const std::string& wanted);
 
 }  // namespace pw::options

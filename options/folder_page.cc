@@ -13,6 +13,7 @@ constexpr std::int32_t kBrowse = 1009;
 constexpr std::int32_t kOneFolder = 1010;
 constexpr std::int32_t kFolderLabel = 1011;
 constexpr std::int32_t kCalendar = 1022;
+constexpr std::int32_t kCalendarLabel = 0;  // it has no number
 
 // A category's flag that goes with the folder that it was paired in.
 constexpr std::uint8_t kPairedFlag = 1;
@@ -54,6 +55,7 @@ void FolderPage::Start() {
   Add(kFolderLabel, ControlKind::kLabel, TextOfOrganiser(strings::kFolderOf));
   Add(kFolder, ControlKind::kText, folder);
   Add(kBrowse, ControlKind::kButton, "&Browse...");
+  Add(kCalendarLabel, ControlKind::kLabel, "&Calendar/task name:");
   Add(kCalendar, ControlKind::kCombo, "");
   FillCalendars(folder);
 }

@@ -11,7 +11,9 @@ namespace pw::options {
 // Where the organiser's data lies, and which of the folder's calendars is meant.
 class FolderPage : public OptionPage {
  public:
-  explicit FolderPage(WMSourceManager& manager) : OptionPage(manager) {}
+  static constexpr std::int32_t kDialog = 129;
+
+  explicit FolderPage(WMSourceManager& manager) : OptionPage(manager, kDialog) {}
 
   // Takes folder and calendar from the settings; before the page is shown.
   void Load(PWConfig& config);

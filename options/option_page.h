@@ -21,7 +21,9 @@ class OptionPage : public CPropertyPage {
   void Help() override;
 
  protected:
-  explicit OptionPage(WMSourceManager& manager) : manager(manager) {}
+  // `dialog` is the number of the dialog that the page is.
+  OptionPage(WMSourceManager& manager, std::int32_t dialog)
+      : CPropertyPage(dialog), manager(manager) {}
 
   // Lets the person look for a data folder; nothing if they choose none.
   std::optional<std::string> Browse(const std::string& startFolder);

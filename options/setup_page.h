@@ -10,8 +10,11 @@ namespace pw::options {
 // The page of the engine's setup wizard that asks where the organiser's data lies.
 class SetupPage : public OptionPage {
  public:
+  static constexpr std::int32_t kDialog = 131;
+
   // The wizard, which owns the page, is told when another folder was taken. It may be null.
-  SetupPage(WMSourceManager& manager, CWizardSheet* wizard) : OptionPage(manager), wizard(wizard) {}
+  SetupPage(WMSourceManager& manager, CWizardSheet* wizard)
+      : OptionPage(manager, kDialog), wizard(wizard) {}
 
   void Show(WindowId shownIn) override;
   void Press(std::int32_t control) override;

@@ -47,7 +47,7 @@ std::string VersionText() {
 }  // namespace
 
 SynchronizePage::SynchronizePage(WMSourceManager& manager)
-    : OptionPage(manager), mode(manager.ApplicationSource->SyncMode) {}
+    : OptionPage(manager, kDialog), mode(manager.ApplicationSource->SyncMode) {}
 
 void SynchronizePage::Start() {
   const ProductTexts& texts = ProductTextsOf(manager.GetProduct());

@@ -10,6 +10,8 @@ namespace pw::options {
 // application source.
 class SynchronizePage : public OptionPage {
  public:
+  static constexpr std::int32_t kDialog = 128;
+
   explicit SynchronizePage(WMSourceManager& manager);
 
   // Asks before the page is left with a mode that deletes, unless it is the one that was agreed to

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -55,6 +56,16 @@ struct DialogControl {
   bool chosen = false;             // of one choice in a group
 };
 
+// Chooses one choice of its group, and with that none of the others there.
+inline void ChooseOne(std::vector<DialogControl>& controls, std::size_t index) {
+  const auto isChoice = [&](std::size_t i) { return controls[i].kind == ControlKind::kChoice; };
+  std::size_t first = index;
+  while (first > 0 && isChoice(first - 1)) --first;
+  for (std::size_t i = first; i < controls.size() && isChoice(i); ++i) {
+    controls[i].chosen = i == index;
+  }
+}
+
 struct IconResource;               // whatever the platform keeps of a picture
 using IconHandle = IconResource*;  // null is no picture
 
@@ -63,6 +74,9 @@ class PageModel {
  public:
   virtual ~PageModel() = default;
   virtual std::string Caption() = 0;
+
+  // Which of the module's dialogs the page is, by the number of its resource; 0 for one without.
+  virtual std::int32_t Dialog() { return 0; }
 
   // The page comes up in this window, which is `kNoWindow` where there are none; called each time,
   // before the person can do anything on it.

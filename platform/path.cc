@@ -53,6 +53,17 @@ std::optional<PathParts> SplitPath(std::string_view path) {
   return parts;
 }
 
+std::string PlainPath(std::string_view path) {
+  const auto parts = SplitPath(path);
+  if (!parts) return std::string(path);
+  std::string plain = parts->root;
+  for (const std::string& name : parts->names) {
+    if (!plain.empty() && plain.back() != '\\') plain += '\\';
+    plain += name;
+  }
+  return plain;
+}
+
 PatternParts SplitPattern(std::string_view pattern) {
   const std::size_t separator = pattern.find_last_of(kSeparators);
   std::size_t folderSize = separator == std::string_view::npos ? 0 : separator + 1;

@@ -23,6 +23,10 @@ struct PathParts {
 // share): such a path names no file.
 std::optional<PathParts> SplitPath(std::string_view path);
 
+// The path with one backslash between its names, and none behind the last; as it is if it names no
+// file.
+std::string PlainPath(std::string_view path);
+
 // A search pattern's folder, fit to be split, and the pattern for the names in it, which is empty
 // if the text ends in a separator.
 struct PatternParts {

@@ -45,6 +45,8 @@ int RunCommandLine(int argc, const char* const* argv, const Console& console) {
   AddWipeCommand(app, line);
   AddBackupCommand(app, line);
   AddRestoreCommand(app, line);
+  AddOptionsCommand(app, line);
+  AddSetupCommand(app, line);
   AddDriveCommand(app, line);
   AddOrganiserCommand(app, line);
   // Their own help doesn't list the program's options.

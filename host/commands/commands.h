@@ -37,6 +37,8 @@ void AddRemoveCommand(CLI::App& app, CommandLine& line);
 void AddWipeCommand(CLI::App& app, CommandLine& line);
 void AddBackupCommand(CLI::App& app, CommandLine& line);
 void AddRestoreCommand(CLI::App& app, CommandLine& line);
+void AddOptionsCommand(CLI::App& app, CommandLine& line);
+void AddSetupCommand(CLI::App& app, CommandLine& line);
 void AddDriveCommand(CLI::App& app, CommandLine& line);
 void AddOrganiserCommand(CLI::App& app, CommandLine& line);
 void AddDemoCommand(CLI::App& app, CommandLine& line);

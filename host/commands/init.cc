@@ -16,6 +16,7 @@
 #include "host/home_city.h"
 #include "host/native_file.h"
 #include "host/products.h"
+#include "host/registry_entry.h"
 #include "platform/posix/posix_registry.h"
 
 // `pairwise init`: a profile for data that are already there.
@@ -91,16 +92,6 @@ CalendarStem ChooseStem(const Console& console, const fs::path& data,
   return stems.front();
 }
 
-// Puts a text into the profile's registry.
-Outcome<Done> WriteText(const Profile& profile, const std::string& keyPath, const std::string& name,
-                        const std::string& text) {
-  PosixRegistry registry({profile.RegistryFile(), RegistryMode::kReadWrite, {}});
-  if (const auto key = registry.Create(keyPath)) key->Write(name, TextValue(text));
-  if (const auto error = registry.Error()) return Failure{*error};
-  if (const auto error = registry.SaveFailure()) return Failure{*error};
-  return Done{};
-}
-
 // Names the home city, under the edition's key and all that have another one: the module asks those
 // of several editions. A city that is already named stays, unless the person named this one.
 Outcome<Done> WriteHomeCity(const Profile& profile, const Product& chosen, const std::string& city,
@@ -118,7 +109,7 @@ Outcome<Done> WriteHomeCity(const Profile& profile, const Product& chosen, const
   }
   if (city.empty() || (isKnown && !isPersons)) return Done{};
   for (const std::string& key : keys) {
-    auto written = WriteText(profile, key, kHomeCity, city);
+    auto written = WriteRegistryText(profile, key, kHomeCity, city);
     if (!written) return written;
   }
   return Done{};
@@ -189,7 +180,7 @@ int Init(const CommandLine& line, const InitOptions& options) {
   const bool isNamed = isFresh || (calendar && EqualFileNames(*calendar, ownCalendar));
   if (stem.text.empty() && !isNamed && !CalendarStems(data).empty()) {
     // Such files are found by the default user's path alone, so that must be theirs.
-    const auto named = WriteText(profile, CalendarKey(*product), kDefaultUser, ownCalendar);
+    const auto named = WriteRegistryText(profile, CalendarKey(*product), kDefaultUser, ownCalendar);
     if (!named) return console.Fail(named.Why());
   }
   const auto named = WriteHomeCity(profile, *product, *city, !options.city.empty());

@@ -9,6 +9,7 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "platform/posix/page_text.h"
 
 namespace pw {
 
@@ -46,9 +47,11 @@ std::string_view WordFor(const std::vector<Button>& buttons, BoxAnswer answer) {
 }
 
 std::string BoxPrompt(const std::vector<Button>& buttons, const Button& byDefault) {
-  std::string prompt = "[";
-  for (const Button& button : buttons) prompt.append(button.word).append(", ");
-  return prompt.append("Enter for ").append(byDefault.word).append("] ");
+  std::string prompt;
+  if (buttons.size() > 1) {
+    for (const Button& button : buttons) prompt.append(button.word).append(", ");
+  }
+  return prompt.append("Enter for ").append(byDefault.word).append(": ");
 }
 
 // A word is told by its beginning already.
@@ -85,51 +88,12 @@ std::string OnOneLine(std::string text) {
   return text;
 }
 
-// A control's caption without the mark of the key that reaches it: "&Browse" is "Browse", "&&" is
-// "&".
-std::string WithoutKeyMarks(std::string_view caption) {
-  std::string plain;
-  for (std::size_t i = 0; i < caption.size(); ++i) {
-    if (caption[i] == '&' && ++i == caption.size()) break;
-    plain.push_back(caption[i]);
-  }
-  return plain;
-}
-
-std::string Describe(const DialogControl& control) {
-  switch (control.kind) {
-    case ControlKind::kLabel:
-      return WithoutKeyMarks(control.text);
-    case ControlKind::kChoice:
-      return (control.chosen ? "(*) " : "( ) ") + WithoutKeyMarks(control.text);
-    case ControlKind::kText:
-      return "[" + control.text + "]";
-    case ControlKind::kList:
-      return "[" + control.text + "] one of " + std::to_string(control.items.size());
-    case ControlKind::kCombo:
-      return "[" + control.text + "] one of " + std::to_string(control.items.size()) +
-             ", or another";
-    case ControlKind::kButton:
-      return "<" + WithoutKeyMarks(control.text) + ">";
-  }
-  return {};
-}
-
 // The index of the control that stands at a place, labels not counted; nothing if there is none.
 std::optional<std::size_t> IndexAt(const std::vector<DialogControl>& controls, std::size_t place) {
   for (std::size_t i = 0; i < controls.size(); ++i) {
     if (controls[i].kind != ControlKind::kLabel && --place == 0) return i;
   }
   return std::nullopt;
-}
-
-void Choose(std::vector<DialogControl>& controls, std::size_t index) {
-  const auto isChoice = [&](std::size_t i) { return controls[i].kind == ControlKind::kChoice; };
-  std::size_t first = index;
-  while (first > 0 && isChoice(first - 1)) --first;
-  for (std::size_t i = first; i < controls.size() && isChoice(i); ++i) {
-    controls[i].chosen = i == index;
-  }
 }
 
 // A place counted from 1, or 0 if the line is no number up to `count`.
@@ -139,6 +103,25 @@ std::size_t PlaceIn(std::string_view line, std::size_t count) {
   if (line.find_first_not_of("0123456789") != std::string_view::npos) return 0;
   const auto place = static_cast<std::size_t>(ParseLong(line));
   return place <= count ? place : 0;
+}
+
+// Before a text that would mean something else, or before none.
+constexpr char kTakenAsItIs = '=';
+
+std::string TypedText(const std::string& line) {
+  return line.front() == kTakenAsItIs ? line.substr(1) : line;
+}
+
+// The answer that chooses no folder: no file's name has such a character.
+constexpr std::string_view kNoFolder = "<";
+
+// How a page is headed. The caption is told where it says more than the sheet's title.
+std::string Heading(const std::string& title, const std::string& caption, std::size_t page,
+                    std::size_t pages) {
+  std::string heading = title;
+  if (pages > 1) heading += ", page " + std::to_string(page) + " of " + std::to_string(pages);
+  if (!title.starts_with(caption)) heading += ": " + caption;
+  return heading;
 }
 
 }  // namespace
@@ -194,7 +177,7 @@ BoxAnswer TerminalDialogs::ShowMessage(WindowId /*parent*/, const std::string& t
     return safe;
   }
   const Button& byDefault = DefaultOf(buttons, flags);
-  Tell(titled);
+  Tell(titled.substr(0, titled.find_last_not_of("\r\n") + 1));
   while (true) {
     const auto line = Ask(BoxPrompt(buttons, byDefault));
     if (!line) {
@@ -213,13 +196,13 @@ SheetAnswer TerminalDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
     TellNotAsked(sheet.Title(), "cancel");
     return SheetAnswer::kCancel;
   }
-  Tell("== " + sheet.Title() + " ==");
   const std::vector<PageModel*> pages = sheet.Pages();
   std::size_t at = 0;
   const PageModel* shown = nullptr;
   while (at < pages.size()) {
     if (shown != pages[at]) pages[at]->Show(kNoWindow);
     shown = pages[at];
+    Tell("\n" + Heading(sheet.Title(), pages[at]->Caption(), at + 1, pages.size()) + "\n");
     switch (ShowPage(*pages[at], at == 0, at + 1 == pages.size())) {
       case Turn::kStay:
         break;
@@ -237,26 +220,17 @@ SheetAnswer TerminalDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
 }
 
 TerminalDialogs::Turn TerminalDialogs::ShowPage(PageModel& page, bool first, bool last) {
-  ListControls(page);
-  const auto line = Ask(std::string("A number to work it, Enter for ") + (last ? "OK" : "more") +
-                            (first ? "" : ", b to go back") + ", c to cancel: ",
-                        &page);
+  Tell(PageText(page, width));
+  const auto line =
+      Ask(std::string("Number to change, Enter for ") + (last ? "OK" : "the next page") +
+              (first ? "" : ", b to go back") + ", c to cancel: ",
+          &page);
   if (!line) TellEnded("cancel");
   if (!line || EqualIgnoringCase(*line, "c")) return Turn::kCancel;
   if (line->empty()) return page.Next() ? Turn::kNext : Turn::kStay;
   if (!first && EqualIgnoringCase(*line, "b")) return page.Leave() ? Turn::kBack : Turn::kStay;
   WorkControl(page, PlaceIn(*line, page.Controls().size()));
   return Turn::kStay;
-}
-
-void TerminalDialogs::ListControls(PageModel& page) {
-  Tell("-- " + page.Caption() + " --");
-  std::size_t place = 0;
-  for (const DialogControl& control : page.Controls()) {
-    const bool label = control.kind == ControlKind::kLabel;
-    const bool focus = control.number != 0 && control.number == page.Focus();
-    Tell((focus ? "> " : "") + (label ? "" : std::to_string(++place) + " ") + Describe(control));
-  }
 }
 
 void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
@@ -270,7 +244,7 @@ void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
     case ControlKind::kLabel:
       return;
     case ControlKind::kChoice:
-      return Choose(controls, *index);
+      return ChooseOne(controls, *index);
     case ControlKind::kText:
       return EditText(controls[*index]);
     case ControlKind::kList:
@@ -283,27 +257,23 @@ void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
 }
 
 void TerminalDialogs::EditText(DialogControl& control) {
-  const auto line = Ask("New text (Enter keeps it, \"-\" empties it): ");
-  if (line && !line->empty()) control.text = *line == "-" ? "" : *line;
-}
-
-void TerminalDialogs::ListItems(const DialogControl& control) {
-  for (std::size_t i = 0; i < control.items.size(); ++i) {
-    Tell(std::to_string(i + 1) + " " + control.items[i]);
-  }
+  const auto line = Ask("New text (Enter keeps it, \"=\" alone empties it): ");
+  if (line && !line->empty()) control.text = TypedText(*line);
 }
 
 void TerminalDialogs::FillCombo(DialogControl& control) {
-  ListItems(control);
-  const auto line = Ask("Which of them, or a new text (Enter keeps it, \"-\" empties it): ");
+  if (control.items.empty()) return EditText(control);
+  out << Printable(ItemsText(control));
+  const auto line =
+      Ask("Number to choose, or another text with \"=\" before it (Enter keeps it): ");
   if (!line || line->empty()) return;
   const std::size_t place = PlaceIn(*line, control.items.size());
-  control.text = place != 0 ? control.items[place - 1] : *line == "-" ? "" : *line;
+  control.text = place == 0 ? TypedText(*line) : control.items[place - 1];
 }
 
 void TerminalDialogs::PickItem(DialogControl& control) {
-  ListItems(control);
-  const auto line = Ask("Which of them (Enter keeps it): ");
+  out << Printable(ItemsText(control));
+  const auto line = Ask("Number to choose (Enter keeps it): ");
   const std::size_t place = line ? PlaceIn(*line, control.items.size()) : 0;
   if (place != 0) control.text = control.items[place - 1];
 }
@@ -318,9 +288,9 @@ std::optional<std::string> TerminalDialogs::ChooseFolder(WindowId /*parent*/,
   }
   Tell(title);
   while (true) {
-    const auto line = Ask("Folder (Enter for " + startFolder + ", c to cancel): ");
+    const auto line = Ask("Folder (Enter for " + startFolder + ", \"<\" to choose none): ");
     if (!line) TellEnded("cancel");
-    if (!line || EqualIgnoringCase(*line, "c")) return std::nullopt;
+    if (!line || *line == kNoFolder) return std::nullopt;
     std::string folder = line->empty() ? startFolder : *line;
     const auto wrong = complaint ? complaint(folder) : std::nullopt;
     if (!wrong) return folder;

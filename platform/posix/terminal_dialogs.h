@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <optional>
@@ -23,16 +24,17 @@ bool TerminalIsThere();
 // terminal.
 class TerminalDialogs : public Dialogs {
  public:
-  // The streams aren't owned.
-  TerminalDialogs(std::istream& in, std::ostream& out, bool somebodyThere)
-      : in(in), out(out), somebodyThere(somebodyThere) {}
+  // The streams aren't owned. `width` is the terminal's, in columns.
+  TerminalDialogs(std::istream& in, std::ostream& out, bool somebodyThere, std::size_t width = 80)
+      : in(in), out(out), somebodyThere(somebodyThere), width(width) {}
 
   BoxAnswer ShowMessage(WindowId parent, const std::string& title, const std::string& text,
                         std::uint32_t flags) override;
 
   // Goes through the pages in order. A control is worked by its place on the page, counted from 1:
   // choices that stand side by side are one group, of which one is chosen; a list's chosen item
-  // becomes its text, and of a combo also what is typed. Where the page wants the input stands ">".
+  // becomes its text, and of a combo also what is typed. Where a text is asked for, "=" before it
+  // has it taken as it is, be it a number, "?" or none.
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override;
 
   std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
@@ -58,16 +60,15 @@ class TerminalDialogs : public Dialogs {
   void TellEnded(std::string_view taken);
 
   Turn ShowPage(PageModel& page, bool first, bool last);
-  void ListControls(PageModel& page);
   void WorkControl(PageModel& page, std::size_t place);
   void EditText(DialogControl& control);
   void PickItem(DialogControl& control);
-  void ListItems(const DialogControl& control);
   void FillCombo(DialogControl& control);
 
   std::istream& in;
   std::ostream& out;
   bool somebodyThere;
+  std::size_t width;
   std::vector<std::string> helpContexts;
 };
 

@@ -1,5 +1,9 @@
 #include "framework/dialogs.h"
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "platform/testing/test_platform.h"
@@ -8,8 +12,10 @@ namespace {
 
 TEST(BrowseFolderTest, TakesOnlyAFolderThatHoldsAllThatIsRequired) {
   pw::TestPlatform platform;
-  platform.files.Put("C:\\Some\\anncall.wmw", "");
-  platform.files.Put("C:\\All\\ANNCALL.WMW", "");
+  for (const char* file : {"anncall.wmw", "CALL.WMW.old", "FriendsWMCard", "Friends.WMCard.old"}) {
+    platform.files.Put(std::string("C:\\Some\\") + file, "");
+  }
+  platform.files.Put("C:\\All\\call.wmw", "");
   platform.files.Put("C:\\All\\Friends.wmcard", "");
   platform.files.PutFolder("C:\\Some\\Folder.WMCard");
   PWStringVector required;
@@ -23,11 +29,32 @@ TEST(BrowseFolderTest, TakesOnlyAFolderThatHoldsAllThatIsRequired) {
   ASSERT_EQ(platform.dialogs.folderChoices.size(), 1U);
   EXPECT_EQ(platform.dialogs.folderChoices[0].startFolder, "C:\\Start");
   EXPECT_EQ(platform.dialogs.folderChoices[0].title, "PairWise Desktop");
-  ASSERT_EQ(platform.dialogs.folderChoices[0].complaints.size(), 2U);
-  EXPECT_NE(platform.dialogs.folderChoices[0].complaints[1].find("WMCard"), std::string::npos)
-      << "a folder is no file";
+  EXPECT_EQ(platform.dialogs.folderChoices[0].complaints,
+            (std::vector<std::string>{"There is no folder C:\\Nowhere.",
+                                      "C:\\Some lacks: CALL.WMW, a .WMCard file."}));
 
   EXPECT_FALSE(PWBrowseFolder(pw::kNoWindow, "", "C:\\All", required).DoModal());
+}
+
+TEST(BrowseFolderTest, GivesAFolderInItsPlainSpellingUnlessItIsTheOneItStartedWith) {
+  const struct {
+    const char* start;
+    const char* chosen;
+    const char* folder;
+  } cases[] = {{"C:\\Start", "C:\\Data\\", "C:\\Data"},
+               {"C:\\Start", "C:/Data\\\\Old/", "C:\\Data\\Old"},
+               {"C:\\Start", "C:\\", "C:"},
+               {"C:\\Start", "\\mnt\\", "\\mnt"},
+               {"C:\\Start", "Data\\", "Data"},
+               {"C:\\Start\\", "C:\\Start\\", "C:\\Start\\"}};
+  for (const auto& c : cases) {
+    pw::TestPlatform platform;
+    platform.dialogs.folderAnswers = {c.chosen};
+    PWStringVector none;
+    PWBrowseFolder browse(pw::kNoWindow, "", c.start, none);
+    EXPECT_TRUE(browse.DoModal());
+    EXPECT_EQ(browse.Folder().View(), c.folder);
+  }
 }
 
 class Page : public CPropertyPage {

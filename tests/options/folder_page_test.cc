@@ -28,6 +28,7 @@ class FolderPageTest : public test::OptionsTest {
 
 TEST_F(FolderPageTest, ShowsFolderAndIcon) {
   Start(page, "");
+  EXPECT_EQ(page.Dialog(), 129);
   EXPECT_EQ(ControlOf(page, 1008).text, "C:\\Data");
   EXPECT_EQ(ControlOf(page, 1010).text,
             "PairWise supports only one folder for PairWise Desktop files.  If you have your files "
@@ -47,7 +48,7 @@ TEST_F(FolderPageTest, OffersTheCalendarsOfTheFolder) {
       {{"AEVEN.WMW", "BEVEN.WMW"}, "C", {"A", "B"}, "A"},
       {{"AEVEN.WMW", "BEVEN.WMW"}, "", {"A", "B"}, "A"},
       {{"EVEN.WMW", "Ann even.wmw"}, "", {"Ann ", ""}, ""},
-      {{"annEVEN.WMW", "AEVEN.WMW"}, "Ann", {"A", "ann"}, "ann"},  // the same file
+      {{"annEVEN.WMW", "AEVEN.WMW"}, "Ann", {"A", "ann"}, "A"},  // letter case counts
       {{"AEVEN.WMW", "EVEN.WMW.old", "BEVEN.WM"}, "A", {"A"}, "A"},
       {{}, "A", {}, ""},
   };
@@ -95,6 +96,38 @@ TEST_F(FolderPageTest, BrowsingTakesAnotherFolderAndItsCalendars) {
   EXPECT_EQ(choice.title, "PairWise Desktop");
   EXPECT_EQ(choice.startFolder, "C:\\Data");
   EXPECT_EQ(choice.help, "WMSource");
+}
+
+// What was typed or picked since the page was last left isn't the page's yet.
+TEST_F(FolderPageTest, BrowsingGoesByWhatThePageHoldsNotByItsControls) {
+  PutData("C:\\Data");
+  PutData("C:\\New");
+  for (const char* stem : {"B", "C"}) {
+    platform.files.Put(std::string("C:\\New\\") + stem + "EVEN.WMW", "");
+  }
+  Start(page, "B");
+  ControlOf(page, 1008).text = "C:\\New";
+  ControlOf(page, 1022).text = "C";
+  platform.dialogs.folderAnswers = {"C:\\Data\\"};
+  Browse(page);
+  EXPECT_EQ(platform.dialogs.folderChoices[0].startFolder, "C:\\Data");
+  EXPECT_EQ(ControlOf(page, 1008).text, "C:\\New") << "chosen was what the page had";
+  EXPECT_EQ(ControlOf(page, 1022).text, "") << "of the folder that was chosen";
+  platform.dialogs.folderAnswers = {"C:\\New"};
+  Browse(page);
+  EXPECT_EQ(ControlOf(page, 1022).text, "B");
+}
+
+TEST_F(FolderPageTest, BrowsingBackDoesNotTakeTheChangeBack) {
+  PutData("C:\\Data");
+  PutData("C:\\New");
+  Start(page, "A");
+  platform.dialogs.folderAnswers = {"C:\\New"};
+  Browse(page);
+  platform.dialogs.folderAnswers = {"C:\\Data"};
+  Browse(page);
+  page.Accept();
+  EXPECT_EQ(Engine().pendingRefreshes.size(), 1U);
 }
 
 TEST_F(FolderPageTest, AFolderWithoutARequiredFileCanNotBeChosen) {

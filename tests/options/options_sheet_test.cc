@@ -48,6 +48,7 @@ TEST_F(OptionsSheetTest, TextsAndPicturesByProduct) {
     manager.Product = c.product;
     const std::string name = manager.Name().Str();
     Show(SheetAnswer::kCancel, [&](PageModel& synchronize, PageModel&) {
+      EXPECT_EQ(synchronize.Dialog(), 128);
       EXPECT_EQ(ControlOf(synchronize, 0).text, c.title);
       EXPECT_EQ(ControlOf(synchronize, 1016).text, name + " data");
       EXPECT_EQ(synchronize.Picture(), c.picture) << c.product;
@@ -94,6 +95,22 @@ TEST_F(OptionsSheetTest, APageThatWasNeverShownChangesNothing) {
   EXPECT_EQ(source.SyncMode, 3);
   EXPECT_STREQ(settings.String(PWConfig::kDataFolder), "C:\\Old\\");
   EXPECT_TRUE(platform.dialogs.boxes.empty());
+}
+
+TEST_F(OptionsSheetTest, AFolderWithoutACalendarCanBeTaken) {
+  settings.String(PWConfig::kDataFolder, "C:\\Old");
+  settings.String(PWConfig::kCalendarStem, "Ann");
+  config.String(PWConfig::kCalendarStem, "Ann");
+  EXPECT_FALSE(Show(SheetAnswer::kOk, [](PageModel&, PageModel& folder) {
+    EXPECT_TRUE(ControlOf(folder, 1022).items.empty());
+    EXPECT_EQ(ControlOf(folder, 1022).text, "");
+    ControlOf(folder, 1008).text = "C:\\New";
+  }));
+  ASSERT_EQ(platform.dialogs.boxes.size(), 1U);
+  EXPECT_NE(platform.dialogs.boxes[0].text.find("can not be left empty"), std::string::npos);
+  EXPECT_STREQ(settings.String(PWConfig::kDataFolder), "C:\\New");
+  EXPECT_TRUE(settings.String(PWConfig::kCalendarStem).IsEmpty());
+  EXPECT_STREQ(config.String(PWConfig::kCalendarStem), "Ann") << "the manager's stays";
 }
 
 // Notes, when a box shows, which folder the settings name and how many refreshes are asked for.

@@ -66,6 +66,7 @@ TEST_F(SetupPageTest, StartsWithTheFolderOfTheInstallation) {
 
 TEST_F(SetupPageTest, NamesTheOrganiserAndAsksForItsButtonsAtEachShow) {
   PageModel& page = Start();
+  EXPECT_EQ(page.Dialog(), 131);
   const std::pair<std::int32_t, const char*> texts[] = {
       {1019, "PairWise Desktop Setup"},
       {1012, "Please choose the folder where your PairWise Desktop files are located."},
@@ -88,6 +89,9 @@ TEST_F(SetupPageTest, GoingOnTakesTheFolderAndGoingBackDoesNot) {
   PageModel& page = Start();
   EXPECT_TRUE(page.Leave());
   EXPECT_TRUE(config.Entries().empty());
+  ControlOf(page, 1008).text = "\\";
+  EXPECT_TRUE(page.Next());
+  EXPECT_TRUE(wizard.folders.empty()) << "no folder is what was accepted before";
   const struct {
     const char* typed;
     const char* folder;

@@ -32,7 +32,7 @@ class TerminalDialogsTest : public testing::Test {
 
   std::istringstream in;
   std::ostringstream out;
-  TerminalDialogs dialogs{in, out, true};
+  TerminalDialogs dialogs{in, out, true, 30};
   TerminalDialogs toNobody{in, out, false};
 };
 
@@ -100,12 +100,14 @@ TEST_F(TerminalDialogsTest, ChoosesAFolderThatNothingIsToBeComplainedOf) {
   EXPECT_EQ(choose("\nC:\\None\nC:\\\xC3\x84\n"), "C:\\\xC4");
   EXPECT_EQ(tried, (std::vector<std::string>{"C:\\Start", "C:\\None", "C:\\\xC4"}));
   EXPECT_PRED_FORMAT2(IsSubstring, "Not C:\\Start.\n", out.str());
-  EXPECT_EQ(choose("C:\\None\nC\nC:\\\xC3\x84\n"), std::nullopt);
+  EXPECT_EQ(choose("C:\\None\n<\nC:\\\xC3\x84\n"), std::nullopt);
   EXPECT_EQ(Ended(), "");
   EXPECT_EQ(choose("C:\\None\n"), std::nullopt);
   EXPECT_EQ(Ended(), "cancel");
   EXPECT_EQ(choose("C:\\\xCE\xB1\n"), std::nullopt);  // which the organiser can't name
   EXPECT_TRUE(tried.empty());
+  choose("c\n=\n");
+  EXPECT_EQ(tried, (std::vector<std::string>{"c", "="})) << "names like any other";
 }
 
 TEST_F(TerminalDialogsTest, HelpIsOfTheInnermostContext) {
@@ -137,6 +139,7 @@ class TestPage : public PageModel {
  public:
   explicit TestPage(std::string caption) : caption(std::move(caption)) {
     controls = {
+        {0, ControlKind::kLabel, "All that is asked here is kept", {}, false},
         {1, ControlKind::kLabel, "&Folder:", {}, false},
         {2, ControlKind::kText, "C:\\Old", {}, false},
         {3, ControlKind::kChoice, "Ask", {}, true},
@@ -144,7 +147,8 @@ class TestPage : public PageModel {
         {5, ControlKind::kButton, "&Browse", {}, false},
         {6, ControlKind::kList, "one", {"one", "two"}, false},
         {7, ControlKind::kChoice, "Alone", {}, true},
-        {9, ControlKind::kCombo, "other", {"first", "second"}, false},
+        {0, ControlKind::kLabel, "Name:", {}, false},
+        {9, ControlKind::kCombo, "other", {"first", "second", ""}, false},
     };
   }
 
@@ -188,31 +192,35 @@ TEST_F(TerminalDialogsTest, WorksTheControlsOfAPage) {
   Type("1\nC:\\N\xC3\xA4w\n3\n4\n5\n2\n\n\n");
   EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), SheetAnswer::kOk);
   const auto& controls = sheet.first.controls;
-  EXPECT_EQ(controls[1].text, "C:\\N\xE4w");
-  EXPECT_FALSE(controls[2].chosen);
-  EXPECT_TRUE(controls[3].chosen);
-  EXPECT_TRUE(controls[6].chosen);  // of another group
-  EXPECT_EQ(controls[5].text, "two");
+  EXPECT_EQ(controls[2].text, "C:\\N\xE4w");
+  EXPECT_FALSE(controls[3].chosen);
+  EXPECT_TRUE(controls[4].chosen);
+  EXPECT_TRUE(controls[7].chosen);  // of another group
+  EXPECT_EQ(controls[6].text, "two");
   EXPECT_EQ(sheet.first.pressed, std::vector<std::int32_t>{5});
   EXPECT_PRED_FORMAT2(IsSubstring,
-                      "== Options ==\n-- First --\nFolder:\n1 [C:\\Old]\n2 (*) Ask\n"
-                      "3 ( ) Do & go\n4 <Browse>\n> 5 [one] one of 2\n6 (*) Alone\n"
-                      "7 [other] one of 2, or another\n",
+                      "\nOptions, page 1 of 2: First\n\n"
+                      "  All that is asked here is\n  kept\n\n"
+                      "  1  Folder:  C:\\Old\n  2  (*) Ask\n  3  ( ) Do & go\n  4  <Browse>\n"
+                      "> 5  one\n  6  (*) Alone\n  7  Name:    other\n\nNumber",
                       out.str());
-  EXPECT_PRED_FORMAT2(IsSubstring, "7 [other] one of 2, or another\nPressed\n", out.str());
+  EXPECT_PRED_FORMAT2(IsSubstring, "  7  Name:    other\n\n  Pressed\n\nNumber", out.str());
+  EXPECT_PRED_FORMAT2(IsSubstring, "  1  (*) one\n  2  ( ) two\nNumber", out.str());
 }
 
 TEST_F(TerminalDialogsTest, AComboTakesAnItemOrAnyText) {
   const struct {
     const char* typed;
     const char* text;
-  } cases[] = {{"2", "second"}, {"3", "3"}, {"Work", "Work"}, {"-", ""}, {"", "other"}};
+  } cases[] = {{"2", "second"}, {"4", "4"},  {"Work", "Work"}, {"-", "-"},  {"", "other"},
+               {"3", ""},       {"=2", "2"}, {"=", ""},        {"=?", "?"}, {"==", "="}};
   for (const auto& c : cases) {
     TestSheet sheet;
     Type(std::string("7\n") + c.typed + "\nc\n");
     dialogs.ShowSheet(kNoWindow, sheet);
     EXPECT_EQ(sheet.first.controls.back().text, c.text) << c.typed;
-    EXPECT_PRED_FORMAT2(IsSubstring, "1 first\n2 second\n", out.str());
+    EXPECT_PRED_FORMAT2(IsSubstring, "  1  ( ) first\n  2  ( ) second\n  3  ( ) (empty)\n",
+                        out.str());
   }
 }
 
@@ -252,8 +260,8 @@ TEST_F(TerminalDialogsTest, LeavesASheetOnlyWhereEachPageLets) {
     EXPECT_EQ(dialogs.ShowSheet(kNoWindow, sheet), c.answer) << c.typed;
     EXPECT_EQ(sheet.first.leaves, c.firstLeaves) << c.typed;
     EXPECT_EQ(sheet.second.leaves, c.secondLeaves) << c.typed;
-    EXPECT_EQ(sheet.first.controls[1].text, "C:\\Old") << c.typed;
-    EXPECT_EQ(sheet.first.controls[5].text, "one") << c.typed;
+    EXPECT_EQ(sheet.first.controls[2].text, "C:\\Old") << c.typed;
+    EXPECT_EQ(sheet.first.controls[6].text, "one") << c.typed;
     const bool ends = c.answer == SheetAnswer::kCancel && !std::string(c.typed).ends_with("c\n");
     EXPECT_EQ(Ended(), ends ? "cancel" : "") << c.typed;
   }

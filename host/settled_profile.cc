@@ -1,0 +1,121 @@
+#include "host/settled_profile.h"
+
+#include <algorithm>
+#include <iterator>
+#include <system_error>
+
+#include "base/codepage.h"
+#include "base/text.h"
+#include "host/backups.h"
+#include "host/calendar_stems.h"
+#include "host/data_folder.h"
+#include "host/native_file.h"
+#include "host/products.h"
+#include "host/profile_edit.h"
+#include "host/registry_entry.h"
+
+namespace pw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t kLargestDescription = 1 << 20;
+
+std::string Entry(const Profile& profile, std::uint32_t id) {
+  const auto entry = profile.config.find(id);
+  return entry == profile.config.end() ? std::string() : entry->second;
+}
+
+const Product& ProductOf(const Profile& profile) {
+  const std::string key = Entry(profile, PWConfig::kProductKey);
+  const auto found =
+      std::find_if(std::begin(kProducts), std::end(kProducts),
+                   [&](const Product& product) { return EqualIgnoringCase(product.mainKey, key); });
+  return found == std::end(kProducts) ? kProducts[0] : *found;
+}
+
+// Where no calendar is named the module takes the default user's, and with it their folder, so
+// that must be the one that was settled.
+bool NeedsDefaultUser(const Profile& before, const Profile& after) {
+  const bool changes =
+      before.DataFolder() != after.DataFolder() ||
+      Entry(before, PWConfig::kCalendarStem) != Entry(after, PWConfig::kCalendarStem);
+  return changes && Entry(after, PWConfig::kCalendarStem).empty();
+}
+
+// Whether the folder has any files of that stem, or none of any. No stem stands for whatever the
+// registry names.
+bool HasCalendar(const fs::path& folder, const std::string& wanted) {
+  const std::vector<CalendarStem> stems = CalendarStems(folder);
+  return wanted.empty() || stems.empty() ||
+         std::any_of(stems.begin(), stems.end(),
+                     [&](const CalendarStem& stem) { return EqualFileNames(stem.text, wanted); });
+}
+
+}  // namespace
+
+Profile SettledProfile(const Profile& before, PWConfig& settings, std::int32_t syncMode) {
+  Profile after = before;
+  after.syncMode = syncMode;
+  for (const std::uint32_t id :
+       {PWConfig::kDataFolder, PWConfig::kInstallFolder, PWConfig::kCalendarStem}) {
+    const std::string value = settings.String(id).Str();
+    if (value != Entry(before, id)) after.config[id] = value;
+  }
+  return after;
+}
+
+std::string SettledChanges(const Profile& before, const Profile& after) {
+  std::vector<std::string> changes;
+  const auto add = [&](std::uint32_t id, const std::string& what) {
+    const std::string value = Entry(after, id);
+    if (value == Entry(before, id)) return;
+    changes.push_back(what + " " + (value.empty() ? "without a name" : CodePageToUtf8(value)));
+  };
+  add(PWConfig::kDataFolder, "data folder");
+  add(PWConfig::kInstallFolder, "install folder");
+  add(PWConfig::kCalendarStem, "calendar");
+  if (before.syncMode != after.syncMode) {
+    changes.push_back(std::string("sync ") + kSyncModes[after.syncMode]);
+  }
+  return JoinNonEmpty(changes, ", ");
+}
+
+std::optional<Failure> WhyUnusable(const Profile& profile) {
+  if (NativeDataFolder(profile)) return std::nullopt;
+  const std::string folder = profile.DataFolder();
+  return Failure{(folder.empty() ? "no data folder" : CodePageToUtf8(folder)) +
+                 ": not on one of the drives that [drives] in " +
+                 profile.DescriptionFile().string() + " names; nothing was saved"};
+}
+
+std::vector<std::string> SettledWarnings(const Profile& before, const Profile& after) {
+  std::vector<std::string> warnings;
+  if (before.DataFolder() != after.DataFolder() && !BackupsOf(after).empty()) {
+    warnings.push_back("the backups so far are of " + CodePageToUtf8(before.DataFolder()) +
+                       "; `pairwise restore` would put them into the new folder");
+  }
+  const auto folder = NativeDataFolder(after);
+  std::error_code error;
+  if (folder && !fs::is_directory(*folder, error)) {
+    warnings.push_back(folder->string() + ": there is no such folder");
+  } else if (folder && !HasCalendar(*folder, Entry(after, PWConfig::kCalendarStem))) {
+    warnings.push_back(folder->string() + ": has calendar or to-do files, but none of '" +
+                       CodePageToUtf8(Entry(after, PWConfig::kCalendarStem)) +
+                       "'; `pairwise options` chooses");
+  }
+  return warnings;
+}
+
+Outcome<Done> SaveSettled(const Profile& before, const Profile& after) {
+  const auto text = ReadNativeFile(after.DescriptionFile(), kLargestDescription);
+  if (!text) return text.Why();
+  if (NeedsDefaultUser(before, after)) {
+    auto named = WriteRegistryText(after, CalendarKey(ProductOf(after)), kDefaultUser,
+                                   after.DataFolder() + "\\");
+    if (!named) return named;
+  }
+  return WriteNativeFile(after.DescriptionFile(), EditedDescription(*text, after));
+}
+
+}  // namespace pw
