@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/codepage.h"
 #include "framework/registry.h"
 #include "host/calendar_zones.h"
 #include "host/city_table.h"
@@ -63,14 +64,15 @@ const WMCityRecord* CityClocks::Fitting(const PWTimeZone& zone) const {
 }
 
 const WMCityRecord* CityClocks::Named(std::string_view zone) const {
+  const WMCityRecord* own =
+      FirstOf([&](const WMCityRecord& city) { return ZoneNameOf(city) == zone; });
+  if (own != nullptr) return own;
   std::string end(zone.substr(zone.rfind('/') + 1));
   std::replace(end.begin(), end.end(), '_', ' ');
-  for (const std::string_view name : {zone, std::string_view(end)}) {
-    const WMCityRecord* city =
-        FirstOf([&](const WMCityRecord& each) { return ZoneNameOf(each) == name; });
-    if (city != nullptr) return city;
-  }
-  return nullptr;
+  // The organiser may name a state behind the city.
+  return FirstOf([&](const WMCityRecord& city) {
+    return CodePageToUtf8(city.Name().substr(0, city.Name().find(','))) == end;
+  });
 }
 
 const WMCityRecord* CityClocks::WithOffset(std::int32_t minutes, bool hasDaylight) const {
