@@ -52,6 +52,13 @@ const Drive::Call Drive::kCalls[] = {
     {"prepareimport", &Drive::PrepareImport},
     {"syncing", &Drive::Syncing},
     {"deleteall", &Drive::DeleteAll},
+    {"available", &Drive::Available},
+    {"headername", &Drive::HeaderName},
+    {"icon", &Drive::Icon},
+    {"showoptions", &Drive::ShowOptions},
+    {"setuppages", &Drive::SetupPages},
+    {"backup", &Drive::Backup},
+    {"reserved", &Drive::Reserved},
     {"open", &Drive::Open, Needs::kNoSource},
     {"close", &Drive::Close, Needs::kSource},
     {"count", &Drive::Count, Needs::kSource},
@@ -68,6 +75,7 @@ const Drive::Call Drive::kCalls[] = {
     {"findfield", &Drive::FindField, Needs::kSource},
     {"getfield", &Drive::GetField, Needs::kSource},
     {"setfield", &Drive::SetField, Needs::kSource},
+    {"sourcereserved", &Drive::SourceReserved, Needs::kSource},
 };
 
 Drive::Drive(EngineObjects objects) : objects(std::move(objects)) {}

@@ -62,6 +62,13 @@ class Drive {
   void PrepareImport(JsonFields& line, Json& answer);
   void Syncing(JsonFields& line, Json& answer);
   void DeleteAll(JsonFields& line, Json& answer);
+  void Available(JsonFields& line, Json& answer);
+  void HeaderName(JsonFields& line, Json& answer);
+  void Icon(JsonFields& line, Json& answer);
+  void ShowOptions(JsonFields& line, Json& answer);
+  void SetupPages(JsonFields& line, Json& answer);
+  void Backup(JsonFields& line, Json& answer);
+  void Reserved(JsonFields& line, Json& answer);
 
   void Open(JsonFields& line, Json& answer);
   void Close(JsonFields& line, Json& answer);
@@ -79,6 +86,7 @@ class Drive {
   void FindField(JsonFields& line, Json& answer);
   void GetField(JsonFields& line, Json& answer);
   void SetField(JsonFields& line, Json& answer);
+  void SourceReserved(JsonFields& line, Json& answer);
 
   // The form of the open source's records; null, and the line failed, where they have none.
   const RecordForm* Form(JsonFields& line) const;

@@ -33,7 +33,7 @@ class ImportTest : public testing::Test {
     return RunPairwise(words);
   }
   static std::string Exported(const std::string& type, const std::string& format) {
-    const std::string file = (folder->Path() / (type + "." + format)).string();
+    std::string file = (folder->Path() / (type + "." + format)).string();
     const Finished run = Run("from", {"export", type, "--format", format, "-o", file});
     EXPECT_EQ(run.code, 0) << run.messages;
     return file;
@@ -85,7 +85,7 @@ TEST_F(ImportTest, OfAnExportGivesTheSameRecords) {
     ASSERT_EQ(Run("to", {"new", "calendar", "New" + format}).code, 0);
     UseCalendar("New" + format);
     for (const std::string type : {"todo", "calendar"}) {
-      SCOPED_TRACE(type + " " + format);
+      SCOPED_TRACE(testing::Message() << type << " " << format);
       const Finished run = Run("to", {"import", type, Exported(type, format)});
       EXPECT_EQ(run.code, 0) << run.messages;
       EXPECT_EQ(Contents("to", {type}), Contents("from", {type}));

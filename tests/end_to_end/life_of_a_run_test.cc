@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -120,6 +121,36 @@ TEST_F(LifeOfARunTest, CategoriesAreMadeAndAllIsDeletedUnderTheOrganisersEyes) {
   EXPECT_NE(heard.find("  Write Binder  C:\\Data\\Notebook.WMWrite\n"), std::string::npos) << heard;
   EXPECT_NE(heard.find("  Cardfile      C:\\Data\\Friends.WMCard\n"), std::string::npos)
       << "deleting all asks for cardfiles too";
+}
+
+// The manager's backup overwrites nothing, and the second one finds its files there.
+TEST_F(LifeOfARunTest, WhatNoRunNeedsIsAnsweredToo) {
+  std::filesystem::create_directories(folder.Path() / "demo/data/kept");
+  const Lines answers = Drive(R"({"op":"available"}
+{"op":"headername"}
+{"op":"icon"}
+{"op":"showoptions"}
+{"op":"setuppages"}
+{"op":"setuppages","extra":true}
+{"op":"backup","target":"C:\\Data\\kept"}
+{"op":"reserved"}
+{"op":"open","type":"memo","location":"C:\\Data\\Notebook;Notebook"}
+{"op":"sourcereserved"}
+{"op":"close"}
+)");
+  const Lines expected = {"{\"result\":true}",
+                          "{\"name\":\"file\"}",
+                          "{\"result\":true}",
+                          "{\"result\":true}",
+                          R"({"result":0,"pages":1})",
+                          R"({"result":0,"pages":1})",
+                          R"({"result":0,"path":"C:\\Data\\kept"})",
+                          R"({"flag":1,"queries":[0,0,0],"actions":[1,1],"triple":2})",
+                          "{\"result\":0}",
+                          R"({"status":2,"operation":2,"query":false})",
+                          "{\"result\":0}"};
+  EXPECT_EQ(answers, expected);
+  EXPECT_EQ(folder.Get("demo/data/kept/Friends.WMCard"), folder.Get("demo/data/Friends.WMCard"));
 }
 
 }  // namespace
