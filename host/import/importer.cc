@@ -122,7 +122,7 @@ void Importer::Bring(PWSource& source, IncomingRecord& incoming) {
     return Tell(incoming, "refused by the organiser's plug-in");
   }
   for (const std::string& remark : incoming.remarks) Tell(incoming, remark);
-  arrived.push_back({&incoming, std::move(given), source.RecordID().Str()});
+  arrived.push_back({&incoming, given, source.RecordID().Str()});
 }
 
 // A source may answer 0 although it has no form for the record.
