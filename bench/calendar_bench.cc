@@ -35,7 +35,7 @@ constexpr const char* kPlace = "Pier 4, upper deck";
 // The n-th of so many items, spread evenly over the days of fifteen years, a quarter of an hour
 // from one to the next.
 std::int32_t StartOf(std::uint32_t item, std::uint32_t items) {
-  constexpr std::uint64_t kDays = 15 * 365;
+  constexpr std::uint64_t kDays = std::uint64_t{15} * 365;
   constexpr std::int32_t kQuarter = 15 * kSecondsPerMinute;
   const std::uint64_t day = kDays * item / items;
   const std::uint64_t first = (day * items + kDays - 1) / kDays;
