@@ -16,7 +16,6 @@ using Unit = CalendarRule::Unit;
 
 constexpr std::size_t kLongestRule = 2048;
 constexpr int kMostInterval = 1000;
-constexpr std::uint8_t kWeekdays = 7;
 
 struct FreeIterator {
   void operator()(icalrecur_iterator* iterator) const { icalrecur_iterator_free(iterator); }
