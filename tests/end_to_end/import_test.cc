@@ -236,7 +236,7 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
   };
   const auto before = files();
   for (const auto& each : cases) {
-    SCOPED_TRACE(each.words[1] + " " + each.words[2]);
+    SCOPED_TRACE(each.message);
     const Finished run = Run("from", each.words);
     EXPECT_EQ(run.code, each.code);
     EXPECT_NE(run.messages.find(each.message), std::string::npos) << run.messages;
