@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/hex.h"
 #include "base/text.h"
 
 namespace pw {
@@ -15,13 +16,6 @@ constexpr bool IsUnreserved(char c) {
   const unsigned char lower = AsciiLower(c);
   return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') ||
          std::string_view("-._~").find(c) != std::string_view::npos;
-}
-
-// -1 for no digit.
-constexpr int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const unsigned char lower = AsciiLower(c);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 // Replaces each mark and two hexadecimal digits by the byte that they name.

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/codepage.h"
+#include "base/hex.h"
 #include "platform/portable/rtf_keywords.h"
 
 namespace pw::rtf {
@@ -21,13 +22,6 @@ bool IsLetter(char c) {
 }
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
-}
-
-int HexDigit(char c) {
-  if (IsDigit(c)) return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
 }
 
 // Bytes that end a run of text.

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "base/cursor.h"
+#include "base/hex.h"
 #include "base/text.h"
 
 namespace pw {
@@ -10,22 +11,15 @@ namespace {
 
 constexpr std::size_t kLineWidth = 80;
 
-std::optional<std::uint32_t> HexDigit(char c) {
-  if (c >= '0' && c <= '9') return static_cast<std::uint32_t>(c - '0');
-  const unsigned char lower = AsciiLower(c);
-  if (lower >= 'a' && lower <= 'f') return static_cast<std::uint32_t>(lower - 'a' + 10);
-  return std::nullopt;
-}
-
 // One to `limit` digits; the next character isn't one.
 std::optional<std::uint32_t> TakeHex(std::string_view& text, std::size_t limit) {
   std::uint32_t number = 0;
   std::size_t count = 0;
   for (; count < text.size(); ++count) {
-    const auto digit = HexDigit(text[count]);
-    if (!digit) break;
+    const int digit = HexDigit(text[count]);
+    if (digit < 0) break;
     if (count == limit) return std::nullopt;
-    number = number * 16 + *digit;
+    number = number * 16 + static_cast<std::uint32_t>(digit);
   }
   text.remove_prefix(count);
   return count == 0 ? std::nullopt : std::optional(number);
@@ -80,7 +74,7 @@ void SkipBlanksAndLineEnds(std::string_view& text) {
 
 bool TakeBytes(std::string_view& text, std::string& out) {
   SkipBlanksAndLineEnds(text);
-  if (text.empty() || !HexDigit(text.front())) return true;
+  if (text.empty() || HexDigit(text.front()) < 0) return true;
   for (;;) {
     const auto byte = TakeHex(text, 2);
     if (!byte) return false;
@@ -167,7 +161,7 @@ bool ContinuesBytes(std::string_view line) {
   for (const char c : line) {
     if (c == ';') break;
     if (IsRegistryBlank(c) || c == '\n') continue;
-    if (c != ',' && c != '\\' && !HexDigit(c)) return false;
+    if (c != ',' && c != '\\' && HexDigit(c) < 0) return false;
     anything = true;
   }
   return anything;
