@@ -86,11 +86,7 @@ PWRESULT WMTodoSource::OpenSource() {
   const std::string taskPath = WMTaskStore::PathOf(prefix);
   if (!files.Exists(taskPath)) WMTaskStore::CreateTaskStore(prefix);
   if (!files.Exists(WMCallStore::PathOf(prefix))) WMCallStore::CreateCallStore(prefix);
-  if (NotifyOrganiserOpen(taskPath.c_str(), 0, kTodoFiles, false) == kOrganiserBusy) {
-    LogOrganiserBusy(*Manager);
-    return kResultFailed;
-  }
-  NotifyOrganiserLock(0, false);
+  if (!AskOrganiser(*Manager, taskPath, kTodoFiles)) return kResultFailed;
   ZoneFilesMayHaveChanged();
 
   tasks = std::make_unique<WMTaskStore>();

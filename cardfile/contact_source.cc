@@ -30,11 +30,7 @@ WMContactSource::~WMContactSource() = default;
 PWRESULT WMContactSource::OpenSource() {
   const std::string path = Category->Location.Str();
   if (!pw::CurrentPlatform().files->Exists(path)) return kResultFileMissing;
-  if (NotifyOrganiserOpen(path.c_str(), 0, kContactFiles, kSkip) == kOrganiserBusy) {
-    LogOrganiserBusy(*Manager);
-    return kResultFailed;
-  }
-  NotifyOrganiserLock(0, kSkip);
+  if (!AskOrganiser(*Manager, path, kContactFiles, kSkip)) return kResultFailed;
 
   file = std::make_unique<WMCardFile>();
   if (file->Load(path) != 0) {

@@ -39,11 +39,7 @@ PWRESULT WMMemoSource::OpenSource() {
     if (IsMissing(location.stem + extension)) return kResultFileMissing;
   }
   const std::string sectionPath = location.stem + memo::kSectionFile;
-  if (NotifyOrganiserOpen(sectionPath.c_str(), 0, kMemoFiles, false) == kOrganiserBusy) {
-    LogOrganiserBusy(*Manager);
-    return kResultFailed;
-  }
-  NotifyOrganiserLock(0, false);
+  if (!AskOrganiser(*Manager, sectionPath, kMemoFiles)) return kResultFailed;
 
   cursor = 0;
   recordCount = 0;

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "cardfile/card_file.h"
+#include "cardfile/format.h"
 #include "framework/application.h"
 #include "memo/binder.h"
 #include "platform/platform.h"
@@ -17,8 +18,6 @@
 namespace {
 
 constexpr const char* kContactType = "contact";
-constexpr std::string_view kCardfileExtension = ".WMCard";
-constexpr std::string_view kBinderExtension = pw::memo::kSectionFile;
 
 void AppendCategory(const std::string& name, const std::string& location,
                     PWSourceCategoryVector& out) {
@@ -48,8 +47,8 @@ std::string PathOf(const std::string& folder, const std::string& name) {
 }
 
 PWRESULT ListCardfiles(const std::string& folder, PWSourceCategoryVector& out) {
-  for (const std::string& file : FilesIn(folder, kCardfileExtension)) {
-    AppendCategory(WithoutExtension(file, kCardfileExtension), PathOf(folder, file), out);
+  for (const std::string& file : FilesIn(folder, pw::cardfile::kExtension)) {
+    AppendCategory(WithoutExtension(file, pw::cardfile::kExtension), PathOf(folder, file), out);
   }
   return kResultOk;
 }
@@ -69,12 +68,10 @@ void ReportBusyBinder(WMSourceManager& manager) {
 void ListSections(WMSourceManager& manager, const std::string& folder, const std::string& stem,
                   PWSourceCategoryVector& out) {
   const std::string path = PathOf(folder, stem);
-  const std::string sectionPath = path + std::string(kBinderExtension);
-  if (NotifyOrganiserOpen(sectionPath.c_str(), 0, kMemoFiles, false) == kOrganiserBusy) {
+  if (!AskOrganiser(path + pw::memo::kSectionFile, kMemoFiles)) {
     ReportBusyBinder(manager);
     return;
   }
-  NotifyOrganiserLock(0, false);
   WMBinder binder;
   if (binder.Open(path) == 0) {
     for (const pw::memo::Section& section : binder.Sections()) {
@@ -89,8 +86,8 @@ void ListSections(WMSourceManager& manager, const std::string& folder, const std
 
 PWRESULT ListBinders(WMSourceManager& manager, PWSourceCategoryVector& out) {
   const std::string folder = manager.Config->String(PWConfig::kDataFolder).Str();
-  for (const std::string& file : FilesIn(folder, kBinderExtension)) {
-    ListSections(manager, folder, WithoutExtension(file, kBinderExtension), out);
+  for (const std::string& file : FilesIn(folder, pw::memo::kSectionFile)) {
+    ListSections(manager, folder, WithoutExtension(file, pw::memo::kSectionFile), out);
   }
   return kResultOk;
 }

@@ -23,12 +23,6 @@ bool Exists(const std::string& path) {
   return pw::CurrentPlatform().files->Exists(path);
 }
 
-bool AskOrganiser(const std::string& path, OrganiserFiles kind) {
-  if (NotifyOrganiserOpen(path.c_str(), 0, kind, false) == kOrganiserBusy) return false;
-  NotifyOrganiserLock(0, false);
-  return true;
-}
-
 // Fields and settings of the file stay. The organiser isn't told of the end where the file can't be
 // read.
 bool EmptyCardfile(const std::string& location) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 
 #include "base/process_wide.h"
 #include "base/text.h"
@@ -138,6 +137,19 @@ void LogOrganiserBusy(PWSourceManager& manager) {
 
 bool NotifyOrganiserLock(std::uint32_t message, bool skip) {
   return Tell(kOpensFiles, message, skip);
+}
+
+bool AskOrganiser(const std::string& path, OrganiserFiles kind, bool skip) {
+  if (NotifyOrganiserOpen(path.c_str(), 0, kind, skip) == kOrganiserBusy) return false;
+  NotifyOrganiserLock(0, skip);
+  return true;
+}
+
+bool AskOrganiser(PWSourceManager& manager, const std::string& path, OrganiserFiles kind,
+                  bool skip) {
+  const bool asked = AskOrganiser(path, kind, skip);
+  if (!asked) LogOrganiserBusy(manager);
+  return asked;
 }
 
 bool NotifyOrganiserEnd(bool changed, std::uint32_t message, bool skip) {

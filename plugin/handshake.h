@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "framework/source_manager.h"
 
@@ -39,6 +40,14 @@ void LogOrganiserBusy(PWSourceManager& manager);
 
 // The source opens the files now. Whether the organiser replied 0; true where nothing was sent.
 bool NotifyOrganiserLock(std::uint32_t message, bool skip);
+
+// Asks by these two for the files of `kind` at `path`. False where the organiser is busy; then
+// nothing was opened.
+bool AskOrganiser(const std::string& path, OrganiserFiles kind, bool skip = false);
+
+// The same for a source of that manager; that the organiser is busy is told as above.
+bool AskOrganiser(PWSourceManager& manager, const std::string& path, OrganiserFiles kind,
+                  bool skip = false);
 
 // The source is done: `changed` if the files are to be taken back, false if they were not touched.
 // Whether the organiser replied 0; true where nothing was sent.

@@ -45,11 +45,7 @@ PWRESULT WMCalendarSource::OpenSource() {
   store = std::make_unique<WMCalendarStore>();
   const std::string location = Category->Location.Str();
   const std::string eventPath = location + LoadString(strings::kEventFile).Str();
-  if (NotifyOrganiserOpen(eventPath.c_str(), 0, kCalendarFiles, false) == kOrganiserBusy) {
-    LogOrganiserBusy(*Manager);
-    return kResultFailed;
-  }
-  NotifyOrganiserLock(0, false);
+  if (!AskOrganiser(*Manager, eventPath, kCalendarFiles)) return kResultFailed;
   if (store->Load(location) == 0) return kResultOk;
   store.reset();
   NotifyOrganiserEnd(false, 0, false);
