@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 #include "plugin/discovery.h"
 #include "timeplace/zones.h"
 
@@ -15,19 +16,6 @@ using calltask::FormatVersion;
 void FixFormat(const StoreKind& kind) {
   auto& format = *kind.format;
   if (!format) format = IsVersion50() ? FormatVersion::k50 : FormatVersion::k30;
-}
-
-// The file's bytes; nothing if it can't be opened, read whole or is too large.
-std::optional<std::string> ReadWhole(const std::string& path) {
-  const auto file =
-      CurrentPlatform().files->Open(path, OpenMode::kReadWriteExisting, Sharing::kReadWrite);
-  if (file == nullptr) return std::nullopt;
-  const auto size = file->Size();
-  if (!size || *size > calltask::kLargestFile) return std::nullopt;
-  std::string bytes = file->Read(static_cast<std::size_t>(*size));
-  // One that gives nothing mustn't be taken for an empty one.
-  if (bytes.empty() && *size != 0) return std::nullopt;
-  return bytes;
 }
 
 // The start of all records that were filed under a day: the local midnight of 1 January, and whole
@@ -51,7 +39,8 @@ DayStore::DayStore(const StoreKind& kind) : kind(kind) {
 DayStore::~DayStore() = default;
 
 std::int32_t DayStore::Load(const std::string& prefix) {
-  const auto file = ReadWhole(prefix + kind.fileName);
+  const auto file =
+      ReadWholeFile(prefix + kind.fileName, calltask::kLargestFile, OpenMode::kReadWriteExisting);
   if (!file) return -1;
   if (file->empty()) return 0;
   const calltask::Frame frame = calltask::ReadFrame(*file);
@@ -170,9 +159,7 @@ std::int32_t CreateStoreFile(const StoreKind& kind, const std::string& prefix) {
   calltask::Header header{};
   calltask::SetMagic(header, kind.magics, **kind.format);
   const auto bytes = calltask::WriteFrame(header, {});
-  const auto file = CurrentPlatform().files->Open(prefix + kind.fileName, OpenMode::kCreateAlways,
-                                                  Sharing::kReadWrite);
-  return file != nullptr && bytes && file->Write(*bytes) ? 0 : -1;
+  return bytes && MakeFile(prefix + kind.fileName, *bytes) ? 0 : -1;
 }
 
 }  // namespace pw

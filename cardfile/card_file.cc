@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "cardfile/title_sort.h"
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 #include "plugin/string_table.h"
 
 namespace cardfile = pw::cardfile;
@@ -97,16 +98,13 @@ SavedCard PrepareCard(const WMCardEntry& entry) {
 
 std::int32_t WMCardFile::Load(const std::string& filePath) {
   path = filePath;
-  const auto file = pw::CurrentPlatform().files->Open(path, pw::OpenMode::kReadWriteExisting,
-                                                      pw::Sharing::kReadWrite);
-  if (file == nullptr) return -1;
-  const auto size = file->Size();
-  if (!size || *size > UINT32_MAX) return -1;
-  if (*size == 0) {
+  auto bytes = pw::ReadWholeFile(path, cardfile::kLargestFile, pw::OpenMode::kReadWriteExisting);
+  if (!bytes) return -1;
+  if (bytes->empty()) {
     header = cardfile::NewHeader();
     return 0;
   }
-  image = file->Read(static_cast<std::size_t>(*size));
+  image = std::move(*bytes);
   if (image.size() < cardfile::kHeaderSize) return -1;
 
   pw::ByteReader in(image);

@@ -24,6 +24,9 @@ namespace pw::cardfile {
 
 inline constexpr std::string_view kExtension = ".WMCard";
 
+// A larger file isn't opened: its offsets are 32 bits wide.
+inline constexpr std::uint64_t kLargestFile = UINT32_MAX;
+
 inline constexpr std::string_view kLineEnd = "\r\n";
 
 // Stands before a card's time stamp, so that no value may hold it.

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/platform.h"
+#include "platform/whole_file.h"
 #include "plugin/string_table.h"
 
 namespace cardfile = pw::cardfile;
@@ -23,14 +23,6 @@ std::string NewCardfileLine(const std::string& fileName) {
   return at == std::string::npos ? line : line.replace(at, place.size(), fileName);
 }
 
-std::string ReadList(const std::string& path) {
-  const auto file =
-      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
-  const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size || *size > kLargestList) return {};
-  return file->Read(static_cast<std::size_t>(*size));
-}
-
 }  // namespace
 
 WMTemplatePage::WMTemplatePage(const std::string& fileName, std::string_view list)
@@ -41,9 +33,10 @@ WMTemplatePage::WMTemplatePage(const std::string& fileName, std::string_view lis
     names.front() = FormatString(strings::kDefaultTemplate, names.front().c_str());
   }
   const std::string first = names.empty() ? "" : names.front();
-  controls = {{kNewCardfile, pw::ControlKind::kLabel, NewCardfileLine(fileName), {}, false},
-              {kTemplates, pw::ControlKind::kList, first, std::move(names), false},
-              {kFields, pw::ControlKind::kList, "", {}, false}};
+  Add(kNewCardfile, pw::ControlKind::kLabel, NewCardfileLine(fileName));
+  Add(kTemplates, pw::ControlKind::kList, first);
+  Control(kTemplates)->items = std::move(names);
+  Add(kFields, pw::ControlKind::kList, "");
   ShowFields();
 }
 
@@ -74,7 +67,7 @@ std::string_view WMTemplatePage::ChosenFields() const {
 
 std::optional<std::string> ChooseTemplate(pw::WindowId parent, const std::string& fileName,
                                           const std::string& listPath) {
-  const std::string list = ReadList(listPath);
+  const std::string list = pw::ReadWholeFile(listPath, kLargestList).value_or("");
   if (list.empty()) return std::nullopt;
   auto page = std::make_unique<WMTemplatePage>(fileName, list);
   const WMTemplatePage& shown = *page;

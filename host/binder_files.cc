@@ -7,16 +7,16 @@
 #include <string_view>
 
 #include "host/check/binder_check.h"
-#include "host/location_file.h"
 #include "memo/format.h"
 #include "memo/location.h"
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
 
 std::string Read(const std::string& path) {
-  return ReadLocation(path, memo::kLargestHeaders).value_or("");
+  return ReadWholeFile(path, memo::kLargestHeaders).value_or("");
 }
 
 std::uint64_t SizeOf(const std::string& path) {
@@ -40,7 +40,7 @@ std::vector<std::string> RichBodies(const std::string& location) {
   const memo::Location where(location);
   const auto sections = memo::DecodeSections(Read(where.stem + memo::kSectionFile));
   const auto headers = memo::DecodeNoteHeaders(Read(where.stem + memo::kHeaderFile));
-  const auto contents = ReadLocation(where.stem + memo::kContentFile, memo::kLargestContents);
+  const auto contents = ReadWholeFile(where.stem + memo::kContentFile, memo::kLargestContents);
   if (!sections || !headers || !contents) return {};
   const auto section =
       std::find_if(sections->begin(), sections->end(),

@@ -9,8 +9,8 @@
 #include "calendar/event_days.h"
 #include "calendar/recurring_format.h"
 #include "host/calendar_stems.h"
-#include "host/location_file.h"
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
@@ -71,7 +71,7 @@ std::vector<std::string> ProblemsOfCalendar(EngineRun& run, const std::string& p
   std::vector<std::string> problems;
   for (const auto& [name, isWhole] : kFiles) {
     const std::string path = prefix + std::string(name);
-    const auto bytes = ReadLocation(path, kLargest);
+    const auto bytes = ReadWholeFile(path, kLargest);
     if (bytes && isWhole(*bytes)) continue;
     problems.push_back(run.NativePathOf(path) +
                        (bytes ? ": damaged, so that not all of it is read; see `pairwise check`"

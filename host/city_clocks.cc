@@ -8,9 +8,9 @@
 #include "framework/registry.h"
 #include "host/calendar_zones.h"
 #include "host/city_table.h"
-#include "host/location_file.h"
 #include "host/organiser_folder.h"
 #include "host/products.h"
+#include "platform/whole_file.h"
 #include "timeplace/date.h"
 #include "timeplace/engine_zone.h"
 #include "timeplace/zone_rule.h"
@@ -35,7 +35,7 @@ std::string HomeCityName() {
 }  // namespace
 
 CityClocks CityClocks::Of(EngineRun& run) {
-  const auto bytes = ReadLocation(OrganiserFolder(run) + kCityFile, kLargestCityFile);
+  const auto bytes = ReadWholeFile(OrganiserFolder(run) + kCityFile, kLargestCityFile);
   if (!bytes) return {};
   auto listing = ListCities(*bytes);
   if (!listing) return {};

@@ -19,22 +19,20 @@
 #include "memo/format.h"
 #include "memo/location.h"
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
 
-constexpr std::uint64_t kLargestCardfile = UINT32_MAX;
 constexpr const char* kContactLog = "Contact Log";
 
 // The field names that stand in the cardfile itself, and the contact log behind them. The module
 // names each but once, which doesn't tell the columns of two fields of one name apart. Empty where
 // there are none.
 std::vector<std::string> NamesInFile(const std::string& location) {
-  const auto file = CurrentPlatform().files->Open(location, OpenMode::kRead, Sharing::kReadWrite);
-  const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size || *size > kLargestCardfile) return {};
-  const std::string bytes = file->Read(static_cast<std::size_t>(*size));
-  ByteReader in(bytes);
+  const auto bytes = ReadWholeFile(location, cardfile::kLargestFile);
+  if (!bytes) return {};
+  ByteReader in(*bytes);
   cardfile::DecodeHeader(in);
   const std::uint32_t offset = cardfile::DecodeNamePointer(in).namesOffset;
   in.Seek(offset);

@@ -1,11 +1,9 @@
 #include "host/sample_memos.h"
 
-#include <cstdint>
 #include <iterator>
 
 #include "base/codepage.h"
 #include "framework/memo_record.h"
-#include "memo/format.h"
 
 namespace pw {
 
@@ -25,19 +23,6 @@ const SampleMemo kSampleMemos[] = {
      "1 part wheat starch\r\n5 parts water\r\nStir {slowly} \\ until it is clear; keeps a week."},
 };
 const std::size_t kSampleMemoCount = std::size(kSampleMemos);
-
-std::vector<std::pair<std::string, std::string>> EmptySampleBinder() {
-  std::vector<memo::Section> sections;
-  for (const std::string& name : kSampleSections) {
-    memo::Section section;
-    section.name = name;
-    section.id = static_cast<std::uint16_t>(sections.size());
-    sections.push_back(std::move(section));
-  }
-  return {{memo::kSectionFile, memo::EncodeSections(sections)},
-          {memo::kHeaderFile, memo::EncodeEmptyHeaderFile()},
-          {memo::kContentFile, ""}};
-}
 
 PWRecord RecordOf(const SampleMemo& memo) {
   PWRecord record;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "framework/record.h"
@@ -23,9 +22,6 @@ extern const std::vector<std::string> kSampleSections;
 
 extern const SampleMemo kSampleMemos[];
 extern const std::size_t kSampleMemoCount;
-
-// The bytes of the binder as it is before there are notes, by the ends of its files' names.
-std::vector<std::pair<std::string, std::string>> EmptySampleBinder();
 
 // As the engine passes it.
 PWRecord RecordOf(const SampleMemo& memo);

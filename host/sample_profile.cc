@@ -18,6 +18,7 @@
 #include "host/sample_events.h"
 #include "host/sample_memos.h"
 #include "host/sample_todos.h"
+#include "memo/format.h"
 
 namespace pw {
 namespace {
@@ -26,14 +27,17 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMark = ".pairwise-demo";
 constexpr const char* kDataFolder = "C:\\Data";
-constexpr const char* kLocation = "C:\\Data\\Friends.WMCard";
-constexpr const char* kCalendar = "C:\\Data\\Ada";
-constexpr const char* kBinder = "C:\\Data\\Notebook";
+constexpr const char* kCardfile = "Friends.WMCard";
+constexpr const char* kStem = "Ada";  // of the calendar and the to-do items
 constexpr std::int64_t kSecondsBetweenRecords = 98'765;
 
 constexpr std::uint32_t kSampleTicks = 4'711;  // part of a to-do item's id
 
 constexpr const char* kLockFile = "profile.lock";
+
+std::string InDataFolder(const std::string& name) {
+  return std::string(kDataFolder) + "\\" + name;
+}
 
 // Whether the folder is missing, empty, or an earlier sample's.
 Outcome<Done> CheckFolder(const fs::path& folder) {
@@ -96,7 +100,7 @@ Outcome<Done> WriteFiles(SampleProfile& sample) {
       {sample.profile.folder / kMark, "A later `pairwise demo` may empty this folder.\n"},
       {sample.cardfile, NewCardFile(names, keys)},
       {sample.profile.RegistryFile(),
-       FreshRegistry(product, {kDataFolder, kCalendar, clocks->homeCity, true})},
+       FreshRegistry(product, {kDataFolder, InDataFolder(kStem), clocks->homeCity, true})},
       {sample.profile.DescriptionFile(), RenderProfile(sample.profile)},
       {sample.profile.folder / "data" / "Data" / "crdstyle.dat", SampleTemplates()},
   };
@@ -104,9 +108,9 @@ Outcome<Done> WriteFiles(SampleProfile& sample) {
     auto written = WriteNativeFile(file, bytes);
     if (!written) return written;
   }
-  for (const auto& [extension, bytes] : EmptySampleBinder()) {
-    auto written =
-        WriteNativeFile(sample.cardfile.parent_path() / (kSampleBinder + extension), bytes);
+  for (const auto& [extension, bytes] : memo::NewBinder(kSampleSections)) {
+    auto written = WriteNativeFile(
+        sample.cardfile.parent_path() / (std::string(kSampleBinder) + extension), bytes);
     if (!written) return written;
   }
   return Done{};
@@ -156,25 +160,26 @@ std::vector<PWRecord> MemosOf(std::size_t section) {
 Outcome<Done> FillFiles(EngineRun& run, SampleProfile& sample) {
   std::vector<PWRecord> cards;
   for (std::size_t i = 0; i < kSampleCardCount; ++i) cards.push_back(RecordOf(kSampleCards[i]));
-  auto ids = AddRecords(run, "contact", kLocation, std::move(cards));
+  auto ids = AddRecords(run, "contact", InDataFolder(kCardfile), std::move(cards));
   if (!ids) return ids.Why();
   sample.ids = std::move(*ids);
 
   std::vector<PWRecord> todos;
   for (std::size_t i = 0; i < kSampleTodoCount; ++i) todos.push_back(RecordOf(kSampleTodos[i]));
   run.Objects().clock.FixTicks(kSampleTicks);
-  ids = AddRecords(run, "todo", kCalendar, std::move(todos));
+  ids = AddRecords(run, "todo", InDataFolder(kStem), std::move(todos));
   if (!ids) return ids.Why();
   sample.todoIds = std::move(*ids);
 
   for (std::size_t section = 0; section < kSampleSections.size(); ++section) {
-    ids = AddRecords(run, "memo", kBinder + (";" + kSampleSections[section]), MemosOf(section));
+    ids = AddRecords(run, "memo", InDataFolder(kSampleBinder) + ";" + kSampleSections[section],
+                     MemosOf(section));
     if (!ids) return ids.Why();
     sample.memoIds.insert(sample.memoIds.end(), ids->begin(), ids->end());
   }
   if (!sample.noClocks.empty()) return Done{};
 
-  ids = AddRecords(run, "calendar", kCalendar, SampleEvents(CityClocks::Of(run).Home()));
+  ids = AddRecords(run, "calendar", InDataFolder(kStem), SampleEvents(CityClocks::Of(run).Home()));
   if (!ids) return ids.Why();
   sample.eventIds = std::move(*ids);
   return Done{};
@@ -195,7 +200,7 @@ Outcome<SampleProfile> MakeSampleProfile(const fs::path& folder, std::ostream& m
                            {PWConfig::kInstallFolder, kDataFolder},
                            {PWConfig::kCalendarStem, ""},
                            {PWConfig::kProductKey, kProducts[0].mainKey}};
-  sample.cardfile = sample.profile.folder / "data" / "Friends.WMCard";
+  sample.cardfile = sample.profile.folder / "data" / kCardfile;
 
   const auto free = CheckFolder(sample.profile.folder);
   if (!free) return free.Why();

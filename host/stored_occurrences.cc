@@ -5,7 +5,7 @@
 
 #include "calendar/event_days.h"
 #include "calendar/recurring_format.h"
-#include "host/location_file.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
@@ -18,7 +18,7 @@ struct KeyedOccurrence {
 }  // namespace
 
 StoredOccurrences ReadStoredOccurrences(const std::string& eventFile) {
-  const auto bytes = ReadLocation(eventFile, events::kLargestFile);
+  const auto bytes = ReadWholeFile(eventFile, events::kLargestFile);
   if (!bytes) return {};
   StoredOccurrences stored;
   std::vector<KeyedOccurrence> ofDay;
@@ -42,7 +42,7 @@ StoredOccurrences ReadStoredOccurrences(const std::string& eventFile) {
 }
 
 bool HaveSeriesKeys(const std::string& recurringFile) {
-  const auto bytes = ReadLocation(recurringFile, recurring::kLargestFile);
+  const auto bytes = ReadWholeFile(recurringFile, recurring::kLargestFile);
   if (!bytes || bytes->size() < recurring::kHeaderSize) return false;
   ByteReader in(*bytes);
   return recurring::VersionOf(recurring::DecodeHeader(in)) == recurring::FormatVersion::k50;

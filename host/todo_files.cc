@@ -3,7 +3,7 @@
 #include "calltask/frame_format.h"
 #include "host/check/todo_check.h"
 #include "host/counted.h"
-#include "host/location_file.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
@@ -25,7 +25,7 @@ std::string ProblemOf(const FileCheck& check) {
 // Whether the file is of version 50.
 bool LookAt(EngineRun& run, const std::string& path, TodoFileCheck (*check)(std::string_view),
             TodoFiles& files) {
-  const auto bytes = ReadLocation(path, calltask::kLargestFile);
+  const auto bytes = ReadWholeFile(path, calltask::kLargestFile);
   const TodoFileCheck found = bytes ? check(*bytes) : TodoFileCheck();
   const std::string problem = bytes ? ProblemOf(found) : "can't be read, or is far too large";
   if (!problem.empty()) files.problems.push_back(run.NativePathOf(path) + ": " + problem);

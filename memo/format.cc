@@ -89,6 +89,19 @@ std::string EncodeEmptyHeaderFile() {
   return out.Release();
 }
 
+std::vector<BinderPart> NewBinder(const std::vector<std::string>& sectionNames) {
+  std::vector<Section> sections;
+  for (const std::string& name : sectionNames) {
+    Section section;
+    section.name = name;
+    section.id = static_cast<std::uint16_t>(sections.size());
+    sections.push_back(std::move(section));
+  }
+  return {{kSectionFile, EncodeSections(sections)},
+          {kHeaderFile, EncodeEmptyHeaderFile()},
+          {kContentFile, ""}};
+}
+
 std::optional<std::vector<NoteHeader>> DecodeNoteHeaders(std::string_view file) {
   ByteReader in(file);
   const std::int32_t stored = DecodeHeaderFileStart(in);

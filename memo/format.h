@@ -96,6 +96,15 @@ void EncodeHeaderFileStart(ByteWriter& out, std::int32_t noteCount);
 // The file of a binder without notes.
 std::string EncodeEmptyHeaderFile();
 
+// A file of a binder: what its name ends in, and its bytes.
+struct BinderPart {
+  const char* extension;
+  std::string bytes;
+};
+
+// The three files of a new binder with these sections and no notes.
+std::vector<BinderPart> NewBinder(const std::vector<std::string>& sectionNames);
+
 // The headers of a file; nothing for one that is shorter than it says.
 std::optional<std::vector<NoteHeader>> DecodeNoteHeaders(std::string_view file);
 

@@ -1,28 +1,23 @@
 #include "memo/memo_sections.h"
 
+#include <algorithm>
+
 #include "memo/binder.h"
 #include "memo/location.h"
 #include "memo/open_section.h"
 #include "platform/platform.h"
+#include "platform/whole_file.h"
 #include "plugin/handshake.h"
 
 namespace memo = pw::memo;
 
 namespace {
 
-// False if it can't be made or written.
-bool MakeFile(const std::string& path, const std::string& bytes) {
-  const auto file =
-      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kReadWrite);
-  return file != nullptr && file->Write(bytes);
-}
-
 bool MakeBinder(const std::string& stem, const std::string& name) {
-  memo::Section section;
-  section.name = name;
-  return MakeFile(stem + memo::kSectionFile, memo::EncodeSections({section})) &&
-         MakeFile(stem + memo::kHeaderFile, memo::EncodeEmptyHeaderFile()) &&
-         MakeFile(stem + memo::kContentFile, "");
+  const auto files = memo::NewBinder({name});
+  return std::all_of(files.begin(), files.end(), [&](const memo::BinderPart& part) {
+    return pw::MakeFile(stem + part.extension, part.bytes);
+  });
 }
 
 }  // namespace
@@ -42,9 +37,7 @@ std::int32_t CreateMemoSection(const std::string& stem, const std::string& name)
 
 std::int32_t ClearMemoSection(const std::string& location) {
   const memo::Location where(location);
-  const std::string sectionPath = where.stem + memo::kSectionFile;
-  if (NotifyOrganiserOpen(sectionPath.c_str(), 0, kMemoFiles, false) == kOrganiserBusy) return 1;
-  NotifyOrganiserLock(0, false);
+  if (!AskOrganiser(where.stem + memo::kSectionFile, kMemoFiles)) return 1;
   WMBinder binder;
   if (binder.Open(where.stem) == 0) {
     if (const auto sectionId = binder.FindSection(where.section)) {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "platform/platform.h"
+#include "platform/whole_file.h"
 #include "plugin/string_table.h"
 #include "timeplace/place_format.h"
 #include "timeplace/software_value.h"
@@ -30,11 +30,9 @@ bool WMPlaceList::Load() {
 
 // False if the file is to be replaced.
 bool WMPlaceList::ReadFile() {
-  const auto file =
-      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kRead, pw::Sharing::kReadWrite);
-  const auto size = file == nullptr ? std::nullopt : file->Size();
-  if (!size) return false;
-  pw::places::PlaceFile read = pw::places::Decode(file->Read(static_cast<std::size_t>(*size)));
+  const auto bytes = pw::ReadWholeFile(path, UINT64_MAX);
+  if (!bytes) return false;
+  pw::places::PlaceFile read = pw::places::Decode(*bytes);
   if (!read.hasMagic) return false;
   places = std::move(read.places);
   inOrder = std::is_sorted(places.begin(), places.end(), ComesBefore);
@@ -42,10 +40,7 @@ bool WMPlaceList::ReadFile() {
 }
 
 bool WMPlaceList::Save() const {
-  if (path.empty()) return false;
-  const auto file =
-      pw::CurrentPlatform().files->Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kReadWrite);
-  return file != nullptr && file->Write(pw::places::Encode(places));
+  return !path.empty() && pw::MakeFile(path, pw::places::Encode(places));
 }
 
 void WMPlaceList::Add(std::string_view text) {

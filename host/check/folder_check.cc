@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "cardfile/format.h"
 #include "host/calendar_guard.h"
 #include "host/calendar_stems.h"
 #include "host/check/binder_check.h"
@@ -27,8 +28,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What the module reads at most of a cardfile, and of the others.
-constexpr std::uintmax_t kLargestCardfile = UINT32_MAX;
+// What the module reads at most of a file where its format doesn't say.
 constexpr std::uintmax_t kLargest = 256 << 20;
 
 // Which files are what, by their names, or the ends of their names where a person's own word stands
@@ -47,7 +47,7 @@ FileCheck Alone(std::string_view bytes, bool /*besideVersion50*/) {
 }
 
 constexpr FileKind kKinds[] = {
-    {".WMCard", true, kLargestCardfile, Alone<CheckCardfile>},
+    {cardfile::kExtension, true, cardfile::kLargestFile, Alone<CheckCardfile>},
     {kEventFile, true, kLargest, Alone<CheckEvents>},
     {kRecurringFile, true, kLargest, Alone<CheckSeries>},
     {kDataFile, true, kLargest, CheckDataFile},

@@ -7,21 +7,21 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "cardfile/format.h"
 #include "host/catalogue.h"
 #include "host/check/card_check.h"
 #include "host/import/record_limits.h"
-#include "host/location_file.h"
 #include "host/text_table.h"
+#include "platform/whole_file.h"
 
 namespace pw {
 namespace {
 
-constexpr std::uint64_t kLargestCardfile = UINT32_MAX;
 constexpr std::size_t kRecordsPerProgress = 250;
 
 // Why a save of the cardfile would lose some of it; empty where it wouldn't.
 std::string DamageOfCardfile(const std::string& location) {
-  const auto bytes = ReadLocation(location, kLargestCardfile);
+  const auto bytes = ReadWholeFile(location, cardfile::kLargestFile);
   if (!bytes) return {};
   for (const Finding& finding : CheckCardfile(*bytes).findings) {
     if (finding.lost > 0) return finding.text;
