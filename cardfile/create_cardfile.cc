@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 #include "base/text.h"
 #include "cardfile/format.h"
@@ -12,6 +13,12 @@
 namespace {
 
 constexpr std::size_t kLargestBlock = UINT16_MAX;
+
+std::string LinesOf(const std::vector<std::string>& names) {
+  std::string lines;
+  for (const std::string& name : names) lines.append(name).append(pw::cardfile::kLineEnd);
+  return lines;
+}
 
 // The lines that the size of the names can count.
 std::string_view Fitting(std::string_view block) {
@@ -48,18 +55,13 @@ std::vector<std::string> SortKeysOf(std::vector<std::string> names) {
 
 }  // namespace
 
-std::int32_t CreateCardfile(const std::string& path, std::string_view fieldBlock) {
+std::int32_t CreateCardfile(const std::string& path, const std::vector<std::string>& fieldNames) {
   pw::Files& files = *pw::CurrentPlatform().files;
   if (files.Exists(path)) return 1;
   const auto file = files.Open(path, pw::OpenMode::kCreateAlways, pw::Sharing::kReadWrite);
   if (file == nullptr) return 1;
-  const std::string_view block = Fitting(pw::UpToZero(fieldBlock));
+  const std::string lines = LinesOf(fieldNames);
+  const std::string_view block = Fitting(pw::UpToZero(lines));
   file->Write(pw::NewCardFileOfBlock(block, SortKeysOf(NamesOf(block))));
   return 0;
-}
-
-std::string FieldBlockOf(const std::vector<std::string>& names) {
-  std::string block;
-  for (const std::string& name : names) block.append(name).append(pw::cardfile::kLineEnd);
-  return block;
 }

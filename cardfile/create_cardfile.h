@@ -2,14 +2,10 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
-// Makes a cardfile without cards. `fieldBlock` has the names of its fields, each followed by
-// "\r\n"; names beyond 65,535 bytes are left out. Its cards will be known by the last name, the
-// first name and the company, as far as it has these fields, and then by the others in their order,
-// three in all. 0; or 1 if something of that path is there already, or it can't be made.
-std::int32_t CreateCardfile(const std::string& path, std::string_view fieldBlock);
-
-// The names, each followed by "\r\n".
-std::string FieldBlockOf(const std::vector<std::string>& names);
+// Makes a cardfile without cards, with fields of these names; names beyond 65,535 bytes are left
+// out. Its cards will be known by the last name, the first name and the company, as far as it has
+// these fields, and then by the others in their order, three in all. 0; or 1 if something of that
+// path is there already, or it can't be made.
+std::int32_t CreateCardfile(const std::string& path, const std::vector<std::string>& fieldNames);

@@ -24,6 +24,6 @@ PWRESULT WMImportManager::PrepareImport(const char* typeName, PWStringVector& fi
   for (PWObject* name = fieldNames.First(); name != nullptr; name = fieldNames.Next()) {
     names.push_back(static_cast<PWString*>(name)->Str());
   }
-  if (!path.empty()) CreateCardfile(path, FieldBlockOf(names));
+  if (!path.empty()) CreateCardfile(path, names);
   return kResultOk;
 }

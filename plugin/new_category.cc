@@ -15,6 +15,7 @@
 #include "framework/application.h"
 #include "framework/registry.h"
 #include "memo/memo_sections.h"
+#include "options/option_page.h"
 #include "platform/platform.h"
 #include "plugin/source_manager.h"
 #include "plugin/string_table.h"
@@ -48,21 +49,21 @@ void RememberName(const std::string& name) {
   registry.Close();
 }
 
-std::string FieldBlockOfTemplate(std::string_view fields) {
+std::vector<std::string> NamesOfTemplate(std::string_view fields) {
   std::vector<std::string> names = pw::cardfile::FieldsOf(fields);
   std::erase_if(names, [](const std::string& name) { return name.front() == '\r'; });
-  return FieldBlockOf(names);
+  return names;
 }
 
 PWRESULT NewCardfile(const std::string& path, const std::string& fileName,
                      const std::string& installFolder) {
   if (pw::CurrentPlatform().files->Exists(path)) return kResultFailed;
-  const PWHelp help("WMSource", false);
+  const PWHelp help(pw::options::kHelpContext, false);
   const PWWindow* window = PWApplication::MainWindow();
   const auto fields = ChooseTemplate(window == nullptr ? pw::kNoWindow : window->Id(), fileName,
                                      installFolder + kTemplateList);
   if (!fields) return kResultFailed;
-  return CreateCardfile(path, FieldBlockOfTemplate(*fields)) == 0 ? kResultOk : kResultFailed;
+  return CreateCardfile(path, NamesOfTemplate(*fields)) == 0 ? kResultOk : kResultFailed;
 }
 
 // The organiser's odd order: where the calendar's files could be made anew no task or call file is

@@ -63,7 +63,7 @@ class CreateCardfileTest : public testing::Test {
   // The key line of a file of these fields.
   std::string KeyLineOf(const Names& names) {
     platform.files.Delete(kPath);
-    EXPECT_EQ(CreateCardfile(kPath, FieldBlockOf(names)), 0);
+    EXPECT_EQ(CreateCardfile(kPath, names), 0);
     const std::string line = platform.files.Get(kPath)->substr(1361 + 64, 128);
     return line.substr(0, line.find('\0'));
   }
@@ -87,21 +87,21 @@ TEST_F(CreateCardfileTest, ItsCardsAreKnownByNameAndCompanyAndThenByTheFirstFiel
 
 TEST_F(CreateCardfileTest, TheFileHoldsItsFieldsAndNoCard) {
   const Names names = {"Name", "", "Phone"};
-  EXPECT_EQ(CreateCardfile(kPath, FieldBlockOf(names)), 0);
+  EXPECT_EQ(CreateCardfile(kPath, names), 0);
   const std::string bytes = *platform.files.Get(kPath);
   EXPECT_EQ(bytes.substr(1361 + 64 + 128), pw::test::Word(15, 2) + "Name\r\n\r\nPhone\r\n");
   EXPECT_EQ(bytes.substr(65, 4), pw::test::Word(0x611 + 2 + 15, 4));
   WMCardFile file;
   ASSERT_EQ(file.Load(kPath), 0);
   EXPECT_TRUE(file.IsBlank());
-  EXPECT_EQ(CreateCardfile(kPath, "Other\r\n"), 1) << "it is there";
+  EXPECT_EQ(CreateCardfile(kPath, {"Other"}), 1) << "it is there";
   EXPECT_EQ(*platform.files.Get(kPath), bytes);
-  EXPECT_EQ(CreateCardfile("C:\\nowhere\\New.WMCard", "Name\r\n"), 1);
+  EXPECT_EQ(CreateCardfile("C:\\nowhere\\New.WMCard", {"Name"}), 1);
 }
 
 TEST_F(CreateCardfileTest, NamesThatTheSizeCannotCountAreLeftOut) {
   const std::string longName(40'000, 'n');
-  EXPECT_EQ(CreateCardfile(kPath, FieldBlockOf({"a", longName, longName, "b"})), 0);
+  EXPECT_EQ(CreateCardfile(kPath, {"a", longName, longName, "b"}), 0);
   EXPECT_EQ(platform.files.Get(kPath)->size(), 1361U + 64 + 128 + 2 + 3 + 40'002);
 }
 
