@@ -90,11 +90,6 @@ std::optional<std::uint32_t> MainKeyOf(std::int32_t code) {
   return edition->mainKey;
 }
 
-std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code) {
-  if (code == product::kUnknown) return std::nullopt;
-  return MainKeyOf(code);
-}
-
 std::optional<std::string> InstallFolder(std::int32_t code) {
   PWRegistry registry;
   PWString installed;

@@ -22,9 +22,6 @@ inline constexpr std::int32_t kWingmate99 = 3;
 // edition isn't known; nothing for a code that no edition has.
 std::optional<std::uint32_t> MainKeyOf(std::int32_t code);
 
-// The same, but nothing for an edition that isn't known.
-std::optional<std::uint32_t> MainKeyOfKnown(std::int32_t code);
-
 // The organiser's install folder, less one backslash at its end; nothing where the registry doesn't
 // tell.
 std::optional<std::string> InstallFolder(std::int32_t code);

@@ -73,11 +73,14 @@ PWRESULT WMTimezoneSource::OpenSource() {
 
 // The data folder, as the main key of the edition has it.
 std::optional<std::string> WMTimezoneSource::FindClocks() {
-  const auto mainKey =
-      MainKeyOfKnown(static_cast<WMSourceManager*>(Manager)->GetProduct());  // it made this source
+  // It made this source.
+  const std::int32_t edition = static_cast<WMSourceManager*>(Manager)->GetProduct();
+  const auto mainKey = MainKeyOf(edition);
   PWRegistry registry;
   PWString folder;
-  if (!mainKey || registry.Open(LoadString(*mainKey), false) == 0) return std::nullopt;
+  if (edition == product::kUnknown || !mainKey || registry.Open(LoadString(*mainKey), false) == 0) {
+    return std::nullopt;
+  }
   if (registry.Read("Data", folder) == 0) return std::nullopt;
   if (folder.View().size() > kLongestFolder) return std::nullopt;
   return folder.Str();
