@@ -1,5 +1,6 @@
 #include "calendar/mapping/all_day_mapping.h"
 #include "tests/calendar/mapping_fixture.h"
+#include "tests/support/pattern_numbers.h"
 
 namespace pw::test {
 namespace {
@@ -88,14 +89,7 @@ TEST_F(AllDayTest, SpecialDaysOfEveryShape) {
     if (pattern == nullptr) continue;
     EXPECT_EQ(pattern->Options.bits, 1U);
     ASSERT_EQ(pattern->Type, expected->Type);
-    if (const auto* byDate = pattern->YearlyByDate()) {
-      EXPECT_EQ(byDate->Month, expected->YearlyByDate()->Month);
-      EXPECT_EQ(byDate->Day, expected->YearlyByDate()->Day);
-    } else {
-      EXPECT_EQ(pattern->YearlyByDay()->Month, expected->YearlyByDay()->Month);
-      EXPECT_EQ(pattern->YearlyByDay()->Week, expected->YearlyByDay()->Week);
-      EXPECT_EQ(pattern->YearlyByDay()->Day, expected->YearlyByDay()->Day);
-    }
+    EXPECT_EQ(NumbersOf(*pattern), NumbersOf(*expected));
   }
 }
 

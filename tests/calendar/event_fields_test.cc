@@ -40,6 +40,17 @@ TEST_F(EventFieldsTest, GoThereAndBack) {
   EXPECT_EQ(found.AlarmAdvance(), 23 * 60 + 59);
   EXPECT_FALSE(found.AllDay());
   EXPECT_FALSE(found.Recurring());
+
+  event.Alarm(false);
+  event.AlarmAdvance(10);
+  event.StartDate(UtcStamp(0));
+  event.EndDate(UtcStamp(0));
+  FillItemFromEvent(event, item);
+  FillEventFromItem(item, found);
+  EXPECT_FALSE(found.Alarm());
+  EXPECT_EQ(found.AlarmAdvance(), 23 * 60 + 59) << "the old one, as no other is written";
+  EXPECT_EQ(item.Start(), kStart) << "a moment of zero leaves the old one";
+  EXPECT_EQ(item.End(), kStart + 3600);
 }
 
 TEST_F(EventFieldsTest, Sensitivities) {
@@ -71,27 +82,6 @@ TEST_F(EventFieldsTest, NotesAreKeptToA2048thByte) {
   item.detail.notes = std::string(3000, 'n');
   FillEventFromItem(item, found);
   EXPECT_EQ(found.Notes().View().size(), 2048U);
-}
-
-TEST_F(EventFieldsTest, AnAlarmThatIsOffKeepsItsLead) {
-  event.Alarm(true);
-  event.AlarmAdvance(75);
-  FillItemFromEvent(event, item);
-  event.Alarm(false);
-  event.AlarmAdvance(10);
-  FillItemFromEvent(event, item);
-  FillEventFromItem(item, found);
-  EXPECT_FALSE(found.Alarm());
-  EXPECT_EQ(found.AlarmAdvance(), 75) << "the old one, as no other is written";
-}
-
-TEST_F(EventFieldsTest, AMomentOfZeroLeavesTheOldOne) {
-  FillItemFromEvent(event, item);
-  event.StartDate(UtcStamp(0));
-  event.EndDate(UtcStamp(0));
-  FillItemFromEvent(event, item);
-  EXPECT_EQ(item.Start(), kStart);
-  EXPECT_EQ(item.End(), kStart + 3600);
 }
 
 }  // namespace

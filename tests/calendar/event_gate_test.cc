@@ -1,6 +1,5 @@
 #include "calendar/mapping/event_gate.h"
 
-#include <functional>
 #include <string>
 
 #include "framework/event_record.h"
@@ -52,12 +51,20 @@ class EventGateTest : public CalendarTest {
     return pattern;
   }
 
-  // One that is changed on one date, deleted or over several days.
-  static PWRecurranceException* Exception(bool deleted, std::uint8_t days) {
+  // One that is changed or deleted, on one date or over several.
+  struct ExceptionCase {
+    bool deleted;
+    std::uint8_t days;  // behind its first one
+    const char* subject = "";
+  };
+  static PWRecurranceException* Exception(const ExceptionCase& its) {
     auto* exception = new PWRecurranceException;
-    exception->Changes.Bit(PWRecurranceException::kDeleted, deleted);
+    exception->Changes.Bit(PWRecurranceException::kDeleted, its.deleted);
+    exception->Changes.Bit(PWRecurranceException::kSubjectChanged, *its.subject != '\0');
+    exception->Subject = its.subject;
     exception->StartDate = PWDateTimeStamp(1999, 5, 6, 15, 0, 0);
-    exception->EndDate = PWDateTimeStamp(1999, 5, static_cast<std::uint8_t>(6 + days), 16, 0, 0);
+    exception->EndDate =
+        PWDateTimeStamp(1999, 5, static_cast<std::uint8_t>(6 + its.days), 16, 0, 0);
     return exception;
   }
 
@@ -65,201 +72,83 @@ class EventGateTest : public CalendarTest {
 };
 
 TEST_F(EventGateTest, RulesInTheirOrder) {
-  using Fill = std::function<void(PWEventRecord&)>;
+  using Lines = std::vector<std::string>;
+  using Exceptions = std::vector<ExceptionCase>;
+  const Lines refusedTwice = {kRefusedSeries, kYearlyWithEnd};
+  const Lines refusedAndMoved = {kRefusedSeries, kMovedUp};
+  const Lines changedToo = {kChanged, kRefusedSeries};
+  const Exceptions subject = {{false, 0, "own"}};
+  const Exceptions longer(2, {false, 1});
+  const Exceptions gone = {{true, 1}};
+  const Exceptions usual = {{false, 0}, {true, 0}};
+  constexpr auto kNone = static_cast<ERecurranceType>(0);
+  constexpr auto kDaily = kRecurranceDaily;
+  constexpr auto kWeekly = kRecurranceWeekly;
+  constexpr auto kYearly = kRecurranceYearlyByDate;
   const struct {
     const char* what;
     bool isStorable;
-    std::vector<std::string> lines;
-    Fill fill;
+    Lines lines;
+    std::uint16_t startYear, endYear;
+    std::uint8_t endDay;  // it begins on the 5th
+    ERecurranceType type = kNone;
+    std::uint16_t lastYear = 0;
+    bool allDay = false;
+    Exceptions exceptions = {};
   } cases[] = {
-      {"a plain hour", true, {}, [](PWEventRecord& e) { Lasts(e, 1999, 1999); }},
-      {"several days", true, {}, [](PWEventRecord& e) { Lasts(e, 1999, 1999, 9); }},
-      {"before the first year", false, {kTooEarly}, [](PWEventRecord& e) { Lasts(e, 1979, 1979); }},
-      {"over the first year's begin",
-       false,
-       {kTooEarly},
-       [](PWEventRecord& e) { Lasts(e, 1979, 1980); }},
-      {"the first and the last year", true, {}, [](PWEventRecord& e) { Lasts(e, 1980, 2029); }},
-      {"over the last year's end",
-       false,
-       {kTooLate},
-       [](PWEventRecord& e) { Lasts(e, 2029, 2030); }},
-      {"a series of an hour",
-       true,
-       {},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         Recurs(e, kRecurranceDaily, 2000);
-       }},
-      {"a series of days",
-       false,
-       {kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999, 6);
-         Recurs(e, kRecurranceDaily, 2000);
-       }},
-      {"a series of days that is moved up",
-       true,
-       {kRefusedSeries, kMovedUp},
-       [](PWEventRecord& e) {
-         Lasts(e, 1979, 1979, 6);
-         Recurs(e, kRecurranceDaily, 1981);
-       }},
-      {"a series of days that is moved back",
-       true,
-       {kRefusedSeries, kMovedBack},
-       [](PWEventRecord& e) {
-         Lasts(e, 2029, 2030, 6);
-         Recurs(e, kRecurranceDaily, 2031);
-       }},
-      {"an early series that ends in the first year",
-       false,
-       {kTooEarly},
-       [](PWEventRecord& e) {
-         Lasts(e, 1979, 1979);
-         Recurs(e, kRecurranceDaily, 1980);
-       }},
-      {"an early series without end",
-       true,
-       {kMovedUp},
-       [](PWEventRecord& e) {
-         Lasts(e, 1979, 1979);
-         Recurs(e, kRecurranceDaily, 0);
-       }},
-      {"a late series",
-       false,
-       {kTooLate},
-       [](PWEventRecord& e) {
-         Lasts(e, 2030, 2030);
-         Recurs(e, kRecurranceDaily, 2031);
-       }},
-      {"a birthday of any year",
-       true,
-       {},
-       [](PWEventRecord& e) {
-         Lasts(e, 1950, 1950);
-         e.AllDay(true);
-         Recurs(e, kRecurranceYearlyByDate, 0);
-       }},
-      {"a birthday with an end",
-       false,
-       {kYearlyWithEnd},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.AllDay(true);
-         Recurs(e, kRecurranceYearlyByDay, 2005);
-       }},
-      {"a weekly all-day series",
-       false,
-       {kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.AllDay(true);
-         Recurs(e, kRecurranceWeekly, 0);
-       }},
-      {"two all-day dates a year, with an end",
-       false,
-       {kRefusedSeries, kYearlyWithEnd},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999, 6);
-         e.AllDay(true);
-         Recurs(e, kRecurranceYearlyByDate, 2005);
-       }},
-      {"an all-day series of days without end",
-       false,
-       {kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999, 6);
-         e.AllDay(true);
-         Recurs(e, kRecurranceYearlyByDate, 0);
-       }},
-      {"an all-day series of days, not yearly",
-       false,
-       {kRefusedSeries, kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999, 6);
-         e.AllDay(true);
-         Recurs(e, kRecurranceWeekly, 2005);
-       }},
-      {"a weekly all-day series with an exception",
-       false,
-       {kChanged, kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.AllDay(true);
-         PWRecurranceException* exception = Exception(false, 0);
-         exception->Changes.Bit(PWRecurranceException::kSubjectChanged, true);
-         exception->Subject = "own";
-         Recurs(e, kRecurranceWeekly, 0).AddException(exception);
-       }},
-      {"an all-day series whose exception ends all",
-       false,
-       {kChanged},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.AllDay(true);
-         Recurs(e, kRecurranceWeekly, 2005).AddException(Exception(false, 1));
-       }},
-      {"a moved series of days, whose exceptions don't count",
-       true,
-       {kRefusedSeries, kMovedUp},
-       [](PWEventRecord& e) {
-         Lasts(e, 1979, 1979, 6);
-         Recurs(e, kRecurranceDaily, 1981).AddException(Exception(false, 1));
-       }},
-      {"an hour of one day there, and of two at home",
-       false,
-       {kRefusedSeries},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.StartDate(PWDateTimeStamp(1999, 5, 6, 4, 30, 0));
-         e.EndDate(PWDateTimeStamp(1999, 5, 6, 5, 30, 0));
-         Recurs(e, kRecurranceDaily, 2000).TimeZone =
-             PWTimeZone(EngineZoneOf(CityNamed("Sydney"), 1999));
-       }},
-      {"a deletion over two days",
-       false,
-       {kChanged},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         Recurs(e, kRecurranceDaily, 2000).AddException(Exception(true, 1));
-       }},
-      {"a birthday with an exception",
-       false,
-       {kChanged},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         e.AllDay(true);
-         Recurs(e, kRecurranceYearlyByDate, 0).AddException(Exception(true, 0));
-       }},
-      {"changed occurrences",
-       true,
-       {},
-       [](PWEventRecord& e) {
-         Lasts(e, 1999, 1999);
-         PWRecurrancePattern& pattern = Recurs(e, kRecurranceDaily, 2000);
-         pattern.AddException(Exception(false, 0));
-         pattern.AddException(Exception(true, 0));
-       }},
-      {"an occurrence over two days ends all",
-       false,
-       {kChanged},
-       [](PWEventRecord& e) {
-         Lasts(e, 1979, 1979);
-         PWRecurrancePattern& pattern = Recurs(e, kRecurranceDaily, 1999);
-         pattern.AddException(Exception(false, 1));
-         pattern.AddException(Exception(false, 1));
-       }},
+      {"a plain hour", true, {}, 1999, 1999, 5},
+      {"several days", true, {}, 1999, 1999, 9},
+      {"before the first year", false, {kTooEarly}, 1979, 1979, 5},
+      {"over the first year's begin", false, {kTooEarly}, 1979, 1980, 5},
+      {"the first and the last year", true, {}, 1980, 2029, 5},
+      {"over the last year's end", false, {kTooLate}, 2029, 2030, 5},
+      {"a series of an hour", true, {}, 1999, 1999, 5, kDaily, 2000},
+      {"of days", false, {kRefusedSeries}, 1999, 1999, 6, kDaily, 2000},
+      {"of days, moved up", true, refusedAndMoved, 1979, 1979, 6, kDaily, 1981},
+      {"of days, moved back", true, {kRefusedSeries, kMovedBack}, 2029, 2030, 6, kDaily, 2031},
+      {"an early one that ends in the first year", false, {kTooEarly}, 1979, 1979, 5, kDaily, 1980},
+      {"an early one without end", true, {kMovedUp}, 1979, 1979, 5, kDaily},
+      {"a late one", false, {kTooLate}, 2030, 2030, 5, kDaily, 2031},
+      {"a birthday of any year", true, {}, 1950, 1950, 5, kYearly, 0, true},
+      {"with an end", false, {kYearlyWithEnd}, 1999, 1999, 5, kRecurranceYearlyByDay, 2005, true},
+      {"a weekly all-day series", false, {kRefusedSeries}, 1999, 1999, 5, kWeekly, 0, true},
+      {"two dates, with an end", false, refusedTwice, 1999, 1999, 6, kYearly, 2005, true},
+      {"two without end", false, {kRefusedSeries}, 1999, 1999, 6, kYearly, 0, true},
+      {"two, not yearly", false, Lines(2, kRefusedSeries), 1999, 1999, 6, kWeekly, 2005, true},
+      {"a weekly one, changed", false, changedToo, 1999, 1999, 5, kWeekly, 0, true, subject},
+      {"changed and over days", false, {kChanged}, 1999, 1999, 5, kWeekly, 2005, true, longer},
+      {"a moved series, as is", true, refusedAndMoved, 1979, 1979, 6, kDaily, 1981, false, longer},
+      {"a deletion over two days", false, {kChanged}, 1999, 1999, 5, kDaily, 2000, false, gone},
+      {"a birthday with one", false, {kChanged}, 1999, 1999, 5, kYearly, 0, true, {{true, 0}}},
+      {"changed occurrences", true, {}, 1999, 1999, 5, kDaily, 2000, false, usual},
+      {"two over two days", false, {kChanged}, 1979, 1979, 5, kDaily, 1999, false, longer},
   };
   for (const auto& each : cases) {
     PWRecord record;
     PWEventRecord event(&record);
-    each.fill(event);
+    Lasts(event, each.startYear, each.endYear, each.endDay);
+    event.AllDay(each.allDay);
+    if (each.type != kNone) {
+      PWRecurrancePattern& pattern = Recurs(event, each.type, each.lastYear);
+      for (const ExceptionCase& its : each.exceptions) pattern.AddException(Exception(its));
+    }
     log.lines.clear();
     EXPECT_EQ(CheckEventStorable(record, &log), each.isStorable) << each.what;
     EXPECT_EQ(log.lines, each.lines) << each.what;
     EXPECT_EQ(CheckEventStorable(record, nullptr), each.isStorable);
   }
+}
+
+TEST_F(EventGateTest, AnHourOfOneDayThereMayBeOfTwoAtHome) {
+  PWRecord record;
+  PWEventRecord event(&record);
+  Lasts(event, 1999, 1999);
+  event.StartDate(PWDateTimeStamp(1999, 5, 6, 4, 30, 0));
+  event.EndDate(PWDateTimeStamp(1999, 5, 6, 5, 30, 0));
+  Recurs(event, kRecurranceDaily, 2000).TimeZone =
+      PWTimeZone(EngineZoneOf(CityNamed("Sydney"), 1999));
+  EXPECT_FALSE(CheckEventStorable(record, &log));
+  EXPECT_EQ(log.lines, std::vector<std::string>{kRefusedSeries});
 }
 
 TEST_F(EventGateTest, AnAlarmIsLimitedInTheRecord) {
@@ -300,10 +189,8 @@ TEST_F(EventGateTest, OlderFilesHoldDeletedOccurrencesOnly) {
     PWRecord record;
     PWEventRecord event(&record);
     Lasts(event, 1999, 1999);
-    PWRecurranceException* exception = Exception(deleted, deleted ? 1 : 0);
-    exception->Changes.Bit(PWRecurranceException::kSubjectChanged, true);
-    exception->Subject = "100%s";
-    Recurs(event, kRecurranceDaily, 2000).AddException(exception);
+    const std::uint8_t days = deleted ? 1 : 0;
+    Recurs(event, kRecurranceDaily, 2000).AddException(Exception({deleted, days, "100%s"}));
     log.lines.clear();
     EXPECT_EQ(CheckEventStorable(record, &log), deleted);
     if (deleted) continue;

@@ -1,5 +1,8 @@
 #include "calendar/occurrence_links.h"
 
+#include <iterator>
+#include <sstream>
+
 #include "calendar/rule_expansion.h"
 #include "tests/calendar/calendar_fixture.h"
 
@@ -26,6 +29,7 @@ class LinksTest : public CalendarTest {
   void AddItems(const std::string& subject, const Dates& days, std::int32_t created) {
     for (const std::int32_t day : days) {
       auto item = NewItem(subject, At(day), created);
+      item->header.created = created;  // which no setter makes 0
       item->detail.SetOccurrence(true);
       occurrences.Append(std::move(item));
     }
@@ -45,6 +49,40 @@ class LinksTest : public CalendarTest {
       keys.push_back(occurrences.Item(i).Created());
     }
     return keys;
+  }
+
+  void Put(const std::string& someSeries, const std::string& someItems) {
+    std::istringstream in(someSeries);
+    for (std::string each; std::getline(in, each, ',');) {
+      std::istringstream words(each);
+      std::string subject;
+      std::int32_t day = 0;
+      std::int32_t days = 0;
+      words >> subject >> day >> days;
+      AddSeries(subject, day, days);
+    }
+    in = std::istringstream(someItems);
+    for (std::string each; std::getline(in, each, ',');) {
+      std::istringstream words(each);
+      std::string subject;
+      char at = 0;
+      std::int32_t key = 0;
+      words >> subject >> at >> key;
+      AddItems(subject, {std::istream_iterator<std::int32_t>(words), {}}, key);
+    }
+  }
+  std::string Linked() {
+    std::string shown;
+    for (std::size_t i = 0; i < series.Count(); ++i) {
+      EXPECT_TRUE(series.Item(i).linked);
+      shown += std::to_string(series.Key(i)) + ":";
+      for (const std::int32_t day : Days(i)) shown += " " + std::to_string(day);
+      for (const std::int32_t day : Deleted(i)) shown += " -" + std::to_string(day);
+      shown += ";";
+      shown += i + 1 == series.Count() ? "" : " ";
+    }
+    for (const std::int32_t key : Keys()) shown += " " + std::to_string(key);
+    return shown;
   }
 
   WMRecurringFile series;
@@ -75,143 +113,53 @@ TEST_F(LinksTest, OneKeyForEachSeriesWhereAllFit) {
   EXPECT_EQ(LastSeriesKey(), 0);
 }
 
-// An organiser takes some seconds to write a series.
-TEST_F(LinksTest, KeysOfAFewSecondsAreOneWhereThereAreTooMany) {
-  AddSeries("tea", 1, 6);
-  AddItems("tea", {1, 2}, 1019);
-  AddItems("tea", {3}, 1000);
-  AddItems("tea", {4, 5, 6}, 1038);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), Dates(6, 1019)) << "the one that came first";
-  EXPECT_EQ(series.Key(0), 1019);
-  EXPECT_EQ(Deleted(0), Dates());
-}
-
-// An item behind the series' range is of it by its key alone.
-TEST_F(LinksTest, NineteenSecondsAreFewAndTwentyAreNot) {
-  for (const std::int32_t apart : {19, 20}) {
+// Series are given as "subject first-day number-of-days", items as "subject @key days"; what comes
+// of them is "key: days -deleted" for each series, and then the keys of the items.
+TEST_F(LinksTest, ItemsGoToTheirSeries) {
+  const struct {
+    const char* what;
+    const char* series;
+    const char* items;
+    const char* linked;
+  } cases[] = {
+      {"keys of a few seconds are one where there are too many: an organiser writes that long",
+       "tea 1 6", "tea @1019 1 2, tea @1000 3, tea @1038 4 5 6",
+       "1019: 1 2 3 4 5 6; 1019 1019 1019 1019 1019 1019"},
+      {"nineteen seconds are few; behind its range an item is of a series by its key alone",
+       "tea 1 2", "tea @1000 1 2, tea @1019 9", "1000: 1 2; 1000 1000 1000"},
+      {"twenty seconds are not", "tea 1 2", "tea @1000 1 2, tea @1020 9",
+       "1000: 1 2; 1000 1000 1020"},
+      {"then each is linked by itself, and other texts stay apart", "tea 1 4",
+       "tea @1000 1 2, tea @1020 3 4, walk @1001 1", "1000: 1 2 3 4; 1000 1000 1000 1000 1001"},
+      {"keys that look alike stay where there are not too many", "tea 1 2, tea 11 2",
+       "tea @500 1 2, tea @501 11 12", "500: 1 2; 501: 11 12; 500 500 501 501"},
+      {"one key fits no series: what was given before is taken back", "tea 1 2, walk 1 2",
+       "tea @500 1 2, stray @600 1", "500: 1 2; 1: 1 2; 500 500 600"},
+      {"as many keys as series, but two of them of one series", "tea 1 3, walk 1 2",
+       "tea @500 1 2, tea @501 3", "500: 1 2 3; 1: 1 2; 500 500 500"},
+      {"no item keeps a key of zero", "tea 1 3", "tea @0 1, tea @600 2 3, stray @700 2",
+       "1450704897: 1 2 3; 1450704897 1450704897 1450704897 700"},
+      {"a key that is taken gives way to a new one, the time and a count", "tea 1 2, walk 1 2",
+       "tea @500 1 2, walk @500 1 2", "500: 1 2; 1450704897: 1 2; 500 500 1450704897 1450704897"},
+      {"the new key of walk is that of tea: each item goes to the next of the two",
+       "tea 1 2, lunch 1 2, walk 1 3", "tea @1450704897 1, lunch @700 1 2, walk @1450704897 3",
+       "1450704897: 1 -2; 700: 1 2; 1450704897: 3 -1 -2; 1450704897 700 700 1450704897"},
+      {"a stray item of key 0 takes no dates from a series, though its key was 0 until then",
+       "gone 1 2", "stray @0 1", "1: 1 2; 0"},
+      {"a series without items gets a key and all its dates, and what fits nothing stays",
+       "tea 1 3, gone 1 2, late 1 2", "tea @500 2, stray @600 2",
+       "500: 2 -1 -3; 1: 1 2; 2: 1 2; 500 600"},
+  };
+  for (const auto& each : cases) {
+    pw::ResetProcessWideState();
+    LoadHomeZone();
+    platform.clock.now = 0x12345678;
     series.Close();
     occurrences.Clear();
-    AddSeries("tea", 1, 2);
-    AddItems("tea", {1, 2}, 1000);
-    AddItems("tea", {9}, 1000 + apart);
+    Put(each.series, each.items);
     LinkOlderFile(occurrences, series);
-    EXPECT_EQ(Keys(), (Dates{1000, 1000, apart == 19 ? 1000 : 1020}));
+    EXPECT_EQ(Linked(), each.linked) << each.what;
   }
-}
-
-TEST_F(LinksTest, KeysTwentySecondsApartOrOfOtherTextsStayApart) {
-  AddSeries("tea", 1, 4);
-  AddItems("tea", {1, 2}, 1000);
-  AddItems("tea", {3, 4}, 1020);
-  AddItems("walk", {1}, 1001);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), (Dates{1000, 1000, 1000, 1000, 1001})) << "each is linked by itself then";
-  EXPECT_TRUE(series.Item(0).linked);
-  EXPECT_EQ(Deleted(0), Dates());
-}
-
-TEST_F(LinksTest, KeysThatLookAlikeStayWhereThereAreNotTooMany) {
-  AddSeries("tea", 1, 2);
-  AddSeries("tea", 11, 2);
-  AddItems("tea", {1, 2}, 500);
-  AddItems("tea", {11, 12}, 501);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), (Dates{500, 500, 501, 501}));
-}
-
-// One key fits no series: what was given before is taken back, and each item linked by itself.
-TEST_F(LinksTest, WhereOneKeyFitsNothingItemsAreLinkedOneByOne) {
-  AddSeries("tea", 1, 2);
-  AddSeries("walk", 1, 2);
-  AddItems("tea", {1, 2}, 500);
-  AddItems("stray", {1}, 600);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(series.Key(0), 500);
-  EXPECT_EQ(Deleted(0), Dates());
-  EXPECT_EQ(series.Key(1), 1);
-  EXPECT_EQ(Keys(), (Dates{500, 500, 600}));
-}
-
-// As many keys as series, but two of them of one series.
-TEST_F(LinksTest, ASeriesTakesOneKeyOnly) {
-  AddSeries("tea", 1, 3);
-  AddSeries("walk", 1, 2);
-  AddItems("tea", {1, 2}, 500);
-  AddItems("tea", {3}, 501);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), (Dates{500, 500, 500}));
-  EXPECT_EQ(Deleted(0), Dates());
-}
-
-TEST_F(LinksTest, NoItemKeepsAKeyOfZero) {
-  platform.clock.now = 0x12345678;
-  AddSeries("tea", 1, 3);
-  auto first = NewItem("tea", At(1));
-  first->header.created = 0;
-  occurrences.Append(std::move(first));
-  AddItems("tea", {2, 3}, 600);
-  AddItems("stray", {2}, 700);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Keys(), (Dates{0x56780001, 0x56780001, 0x56780001, 700}));
-  EXPECT_EQ(Deleted(0), Dates());
-}
-
-TEST_F(LinksTest, AKeyThatIsTakenGivesWayToANewOne) {
-  platform.clock.now = 0x12345678;
-  AddSeries("tea", 1, 2);
-  AddSeries("walk", 1, 2);
-  AddItems("tea", {1, 2}, 500);
-  AddItems("walk", {1, 2}, 500);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(series.Key(0), 500);
-  EXPECT_EQ(series.Key(1), 0x56780001) << "the time, and a count";
-  EXPECT_EQ(Keys(), (Dates{500, 500, 0x56780001, 0x56780001}));
-}
-
-// The new key of "walk" is that of "tea": each item goes to the next of the two from the series
-// that was found last.
-TEST_F(LinksTest, OfTwoSeriesWithOneKeyTheNextCounts) {
-  platform.clock.now = 0x12345678;
-  AddSeries("tea", 1, 2);
-  AddSeries("lunch", 1, 2);
-  AddSeries("walk", 1, 3);
-  AddItems("tea", {1}, 0x56780001);
-  AddItems("lunch", {1, 2}, 700);
-  AddItems("walk", {3}, 0x56780001);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(series.Key(0), series.Key(2));
-  EXPECT_EQ(Deleted(0), Dates{2});
-  EXPECT_EQ(Deleted(1), Dates());
-  EXPECT_EQ(Deleted(2), (Dates{1, 2}));
-}
-
-// Its key was 0 until then, as that of the stray item.
-TEST_F(LinksTest, AStrayItemOfKeyZeroTakesNoDatesFromASeries) {
-  AddSeries("gone", 1, 2);
-  auto stray = NewItem("stray", At(1));
-  stray->header.created = 0;
-  occurrences.Append(std::move(stray));
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(series.Key(0), 1);
-  EXPECT_EQ(Days(0), (Dates{1, 2}));
-}
-
-TEST_F(LinksTest, ASeriesWithoutItemsGetsAKeyAndAllItsDates) {
-  AddSeries("tea", 1, 3);
-  AddSeries("gone", 1, 2);
-  AddSeries("gone too", 1, 2);
-  AddItems("tea", {2}, 500);
-  AddItems("stray", {2}, 600);
-  LinkOlderFile(occurrences, series);
-  EXPECT_EQ(Deleted(0), (Dates{1, 3}));
-  EXPECT_EQ(Days(0), Dates{2});
-  EXPECT_EQ(series.Key(1), 1);
-  EXPECT_EQ(series.Key(2), 2);
-  EXPECT_EQ(Days(1), (Dates{1, 2}));
-  EXPECT_TRUE(series.Item(1).Exceptions().empty());
-  EXPECT_TRUE(series.Item(1).linked);
-  EXPECT_EQ(Keys(), (Dates{500, 600})) << "what fits nothing stays";
 }
 
 // Items on days that the rule doesn't know, before, between and behind its own.

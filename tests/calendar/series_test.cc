@@ -4,6 +4,7 @@
 
 #include "calendar/mapping/series_mapping.h"
 #include "tests/calendar/mapping_fixture.h"
+#include "tests/support/pattern_numbers.h"
 #include "timeplace/engine_zone.h"
 
 namespace pw::test {
@@ -16,65 +17,19 @@ constexpr const char* kCut =
 // A pattern whose first date is that one of 1999.
 struct PatternCase {
   ERecurranceType type;
-  void (*fill)(PWRecurrancePattern& pattern);
-  bool (*isSame)(PWRecurrancePattern& a, PWRecurrancePattern& b);
+  Numbers numbers;
   int month;
   int day;
   int years;  // that it is cut to without an end
 };
 
 const PatternCase kPatterns[] = {
-    {kRecurranceDaily, [](auto& p) { p.Daily()->Interval = 3; },
-     [](auto& a, auto& b) { return a.Daily()->Interval == b.Daily()->Interval; }, 3, 20, 1},
-    {kRecurranceWeekly,
-     [](auto& p) {
-       p.Weekly()->Interval = 2;
-       p.Weekly()->Days.bits = 0x7F & ~0x12;  // neither Sunday nor Wednesday, but Saturday
-     },
-     [](auto& a, auto& b) {
-       return a.Weekly()->Interval == b.Weekly()->Interval &&
-              a.Weekly()->Days.bits == b.Weekly()->Days.bits;
-     },
-     3, 1, 1},
-    {kRecurranceMonthlyByDate,
-     [](auto& p) {
-       p.MonthlyByDate()->Interval = 5;
-       p.MonthlyByDate()->Days.bits = 0x80004000;  // the 15th and the last
-     },
-     [](auto& a, auto& b) {
-       return a.MonthlyByDate()->Interval == b.MonthlyByDate()->Interval &&
-              a.MonthlyByDate()->Days.bits == b.MonthlyByDate()->Days.bits;
-     },
-     3, 15, 2},
-    {kRecurranceMonthlyByDay,
-     [](auto& p) {
-       *p.MonthlyByDay() = {2, 1, 0};
-     },  // Saturday
-     [](auto& a, auto& b) {
-       return a.MonthlyByDay()->Interval == b.MonthlyByDay()->Interval &&
-              a.MonthlyByDay()->Week == b.MonthlyByDay()->Week &&
-              a.MonthlyByDay()->Day == b.MonthlyByDay()->Day;
-     },
-     3, 13, 2},
-    {kRecurranceYearlyByDate,
-     [](auto& p) {
-       *p.YearlyByDate() = {2, 14};
-     },
-     [](auto& a, auto& b) {
-       return a.YearlyByDate()->Month == b.YearlyByDate()->Month &&
-              a.YearlyByDate()->Day == b.YearlyByDate()->Day;
-     },
-     3, 15, 10},
-    {kRecurranceYearlyByDay,
-     [](auto& p) {
-       *p.YearlyByDay() = {2, 4, 1};
-     },  // the last Sunday
-     [](auto& a, auto& b) {
-       return a.YearlyByDay()->Month == b.YearlyByDay()->Month &&
-              a.YearlyByDay()->Week == b.YearlyByDay()->Week &&
-              a.YearlyByDay()->Day == b.YearlyByDay()->Day;
-     },
-     3, 28, 10},
+    {kRecurranceDaily, {3}, 3, 20, 1},
+    {kRecurranceWeekly, {2, 0x7F & ~0x12}, 3, 1, 1},  // neither Sunday nor Wednesday, but Saturday
+    {kRecurranceMonthlyByDate, {5, 0x80004000}, 3, 15, 2},  // the 15th and the last
+    {kRecurranceMonthlyByDay, {2, 1, 0}, 3, 13, 2},         // Saturday
+    {kRecurranceYearlyByDate, {2, 14}, 3, 15, 10},
+    {kRecurranceYearlyByDay, {2, 4, 1}, 3, 28, 10},  // the last Sunday
 };
 
 class SeriesTest : public MappingTest {
@@ -85,7 +40,7 @@ class SeriesTest : public MappingTest {
         EventRecord("E", LocalToUtc(city, PlainSeconds(1999, its.month, its.day, 9, 30, 0)),
                     LocalToUtc(city, PlainSeconds(1999, its.month, its.day, 10, 15, 0)));
     PWRecurrancePattern& pattern = Recur(record, its.type, ends ? 2001 : 0);
-    its.fill(pattern);
+    Fill(pattern, its.numbers);
     pattern.TimeZone = PWTimeZone(EngineZoneOf(city, 1999));
     return record;
   }
@@ -113,7 +68,7 @@ TEST_F(SeriesTest, ComeBackAsTheyWere) {
         EXPECT_FALSE(event.AllDay());
         PWRecurrancePattern& pattern = *event.RecurrancePattern();
         EXPECT_EQ(pattern.Type, its.type);
-        EXPECT_TRUE(its.isSame(pattern, *before.RecurrancePattern()));
+        EXPECT_EQ(NumbersOf(pattern), its.numbers);
         EXPECT_EQ(pattern.Options.bits, 0U);
         EXPECT_TRUE(pattern.TimeZone == EngineZoneOf(city, 1999));
         EXPECT_EQ(pattern.Exceptions().Count(), 0U);

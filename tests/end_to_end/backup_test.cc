@@ -19,17 +19,13 @@ namespace fs = std::filesystem;
 
 class BackupTest : public testing::Test {
  protected:
-  Finished Run(std::vector<std::string> words, const std::string& input = "") const {
-    words.insert(words.begin(), {"-p", sample.Folder()});
-    return RunPairwise(words, input);
-  }
   std::string Backup() const {
-    const Finished made = Run({"backup"});
+    const Finished made = sample.Run({"backup"});
     EXPECT_EQ(made.code, 0) << made.messages;
     return made.out.substr(0, made.out.find('\n'));
   }
   std::vector<std::string> Listed() const {
-    std::istringstream in(Run({"restore"}).out);
+    std::istringstream in(sample.Run({"restore"}).out);
     return {std::istream_iterator<std::string>(in), {}};
   }
 
@@ -47,7 +43,8 @@ class BackupTest : public testing::Test {
 };
 
 TEST_F(BackupTest, BringsEveryByteBack) {
-  EXPECT_EQ(Run({"restore"}).messages, "there is no backup yet; `pairwise backup` makes one\n");
+  EXPECT_EQ(sample.Run({"restore"}).messages,
+            "there is no backup yet; `pairwise backup` makes one\n");
   sample.folder.Put("c/Data/empty", "");
   sample.folder.Put("c/Data/inner/kept", "not one of the folder's own files");
   const auto before = Files();
@@ -55,25 +52,26 @@ TEST_F(BackupTest, BringsEveryByteBack) {
   fs::permissions(shared, fs::perms(0664));
   const std::string name = Backup();
   EXPECT_EQ(Listed(), std::vector<std::string>{name});
-  Run({"drive"},
+  sample.Run(
+      {"drive"},
       "{\"op\":\"open\",\"type\":\"contact\",\"location\":\"C:\\\\Data\\\\Friends.WMCard\"}\n"
       "{\"op\":\"first\"}\n{\"op\":\"delete\"}\n{\"op\":\"close\"}\n");
   fs::remove(sample.folder.Path() / "c/Data/empty");
   const auto changed = Files();
   EXPECT_NE(changed, before);
-  const Finished restored = Run({"restore", name});
+  const Finished restored = sample.Run({"restore", name});
   EXPECT_EQ(restored.code, 0) << restored.messages;
   EXPECT_EQ(restored.messages.substr(0, 14), "2 files are as");
   EXPECT_EQ(Files(), before);
   EXPECT_EQ(fs::status(shared).permissions(), fs::perms(0664)) << "as it had them";
   // What was there before can be had again.
   sample.folder.Put("c/Data/new", "stays");
-  EXPECT_EQ(Run({"restore", Listed().back()}).code, 0);
+  EXPECT_EQ(sample.Run({"restore", Listed().back()}).code, 0);
   auto expected = changed;
   expected["empty"] = "";
   expected["new"] = "stays";
   EXPECT_EQ(Files(), expected);
-  EXPECT_EQ(Run({"restore", "none"}).messages,
+  EXPECT_EQ(sample.Run({"restore", "none"}).messages,
             "pairwise: there is no backup 'none'; `pairwise restore` lists them\n");
 }
 
@@ -84,7 +82,7 @@ TEST_F(BackupTest, HoldsTheClocksThatTheOrganiserKeepsElsewhere) {
   sample.folder.Put("c/Organiser/program.exe", "not a file that is written");
   const std::string name = Backup();
   sample.folder.Put("c/Organiser/Clocks.dat", "other clocks");
-  EXPECT_EQ(Run({"restore", name}).code, 0);
+  EXPECT_EQ(sample.Run({"restore", name}).code, 0);
   EXPECT_EQ(sample.folder.Get("c/Organiser/Clocks.dat"), "the clocks");
   EXPECT_FALSE(fs::exists(sample.folder.Path() / "backups" / name / "organiser/program.exe"));
 }
@@ -94,16 +92,15 @@ TEST_F(BackupTest, TenAreKept) {
   std::generate(names.begin(), names.end(), [this] { return Backup(); });
   names.erase(names.begin(), names.begin() + 2);
   EXPECT_EQ(Listed(), names);
-  EXPECT_EQ(Run({"restore", names.front()}).code, 0) << "also the oldest of them";
+  EXPECT_EQ(sample.Run({"restore", names.front()}).code, 0) << "also the oldest of them";
   EXPECT_EQ(Listed().front(), names.front());
 }
 
 TEST_F(BackupTest, WhatCannotBeCopiedIsNoBackup) {
   fs::remove_all(sample.folder.Path() / "c/Data");
-  const Finished none = Run({"backup"});
+  const Finished none = sample.Run({"backup"});
   EXPECT_EQ(none.code, 1);
-  EXPECT_NE(none.messages.find("c/Data: No such file or directory"), std::string::npos)
-      << none.messages;
+  EXPECT_TRUE(Has(none.messages, "c/Data: No such file or directory"));
   EXPECT_EQ(Listed(), std::vector<std::string>());
   EXPECT_TRUE(fs::is_empty(sample.folder.Path() / "backups"));
 }

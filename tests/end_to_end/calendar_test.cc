@@ -55,10 +55,6 @@ class CalendarSample : public Sample {
     folder.Put("profile.toml", profile);
   }
 
-  Finished Run(std::vector<std::string> words, const std::string& input = "") const {
-    words.insert(words.begin(), {"-p", Folder()});
-    return RunPairwise(words, input);
-  }
   Finished Drive(const std::string& calls) const { return Run({"drive"}, kOpen + calls + kClose); }
 
   // The starts of the occurrences in the event file that are as their series has them, by their
@@ -103,8 +99,7 @@ TEST(CalendarRecords, AreListedShownAndExported) {
           "\"AlarmAdvance\":1439,\"Pattern\":{\"Type\":5,\"Month\":1,\"Day\":28}") +
       Choir());
   EXPECT_EQ(driven.code, 0) << driven.out << driven.messages;
-  EXPECT_NE(sample.Run({"info"}).out.find("\ncalendar  1 category, 4 records\n"),
-            std::string::npos);
+  EXPECT_TRUE(Has(sample.Run({"info"}).out, "\ncalendar  1 category, 4 records\n"));
 
   const Finished list = sample.Run({"list", "calendar"});
   EXPECT_EQ(list.code, 0) << list.messages;
@@ -123,19 +118,17 @@ TEST(CalendarRecords, AreListedShownAndExported) {
       "Choir\t1998-03-04 18:30\t1998-03-04 20:00\tevery week on Wed until 1998-05-27\t\t\t\t"
       "1998-04-15\t1998-04-29: now 1998-04-30 14:00 to 1998-04-30 15:00, Rehearsal\t"
       "two lines\n");
-  EXPECT_NE(sample.Run({"show", "calendar", "Recurring:888840000"}).out.find("\nLeft out   1998-"),
-            std::string::npos);
+  EXPECT_TRUE(
+      Has(sample.Run({"show", "calendar", "Recurring:888840000"}).out, "\nLeft out   1998-"));
 
   const Finished json = sample.Run({"export", "calendar"});
-  EXPECT_NE(
-      json.out.find("\"Pattern\":{\"Type\":2,\"Interval\":1,\"Days\":16,\"EndDate\":"
-                    "\"1998-05-27T00:00:00\",\"Options\":0,\"TimeZone\":{\"Bias\":300,"
-                    "\"StandardBias\":0,\"DaylightBias\":-60,\"StandardDate\":{\"Month\":10,"
-                    "\"Day\":5,\"Hour\":2},\"DaylightDate\":{\"Month\":4,\"Day\":1,\"Hour\":2}"
-                    "},\"Exceptions\":[{\"Date\":\"1998-04-15\",\"Changes\":16},{\"Date\":"
-                    "\"1998-04-29\",\"Changes\":15,\"StartDate\":\"1998-04-30T18:00:00\""),
-      std::string::npos)
-      << json.out;
+  EXPECT_TRUE(Has(json.out,
+                  "\"Pattern\":{\"Type\":2,\"Interval\":1,\"Days\":16,\"EndDate\":"
+                  "\"1998-05-27T00:00:00\",\"Options\":0,\"TimeZone\":{\"Bias\":300,"
+                  "\"StandardBias\":0,\"DaylightBias\":-60,\"StandardDate\":{\"Month\":10,"
+                  "\"Day\":5,\"Hour\":2},\"DaylightDate\":{\"Month\":4,\"Day\":1,\"Hour\":2}"
+                  "},\"Exceptions\":[{\"Date\":\"1998-04-15\",\"Changes\":16},{\"Date\":"
+                  "\"1998-04-29\",\"Changes\":15,\"StartDate\":\"1998-04-30T18:00:00\""));
 
   const Finished ics = sample.Run({"export", "calendar", "--format", "ics"});
   EXPECT_EQ(ics.code, 0) << ics.messages;
@@ -148,7 +141,7 @@ TEST(CalendarRecords, AreListedShownAndExported) {
         "EXDATE;TZID=New York NY:19980415T183000\r\n",
         "\r\nRECURRENCE-ID;TZID=New York NY:19980429T183000\r\n"
         "DTSTART;TZID=New York NY:19980430T140000\r\n"}) {
-    EXPECT_NE(ics.out.find(part), std::string::npos) << part << "\nin\n" << ics.out;
+    EXPECT_TRUE(Has(ics.out, part));
   }
 }
 
@@ -205,7 +198,7 @@ TEST(CalendarRecords, TakePlaceWhenAnotherProgramReadsThatTheyDo) {
     sample.Drive(calls);
     const Finished ics = sample.Run({"export", "calendar", "--format", "ics"});
     EXPECT_EQ(ics.code, 0) << ics.messages;
-    EXPECT_NE(ics.out.find("RRULE"), std::string::npos);
+    EXPECT_TRUE(Has(ics.out, "RRULE"));
     const test::Calendar calendar = test::ParseCalendar(ics.out);
     const auto starts = test::UnchangedStarts(calendar.get());
     EXPECT_EQ(starts.size(), count);
@@ -353,8 +346,8 @@ TEST(CalendarRecords, GoByTheCityOfTheHomeClockOrAnotherOne) {
                        test::Clock("New York, NY, USA", "USA", true, true);
   for (int i = 0; i < 6; ++i) clocks += test::Clock("Lima", "Peru", false, false);
   sample.folder.Put("c/Data/Clocks.dat", clocks);
-  EXPECT_NE(listed("b", {}).find("\"LocalCity\"=\"New York, NY\""), std::string::npos);
-  EXPECT_NE(listed("c", {"--city", "SYDNEY"}).find("\"LocalCity\"=\"Sydney\""), std::string::npos);
+  EXPECT_TRUE(Has(listed("b", {}), "\"LocalCity\"=\"New York, NY\""));
+  EXPECT_TRUE(Has(listed("c", {"--city", "SYDNEY"}), "\"LocalCity\"=\"Sydney\""));
   // An export from the old machine, with another edition's key that is asked before.
   const std::string old = sample.Folder() + "/old.reg";
   const std::string key = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\";
@@ -363,15 +356,15 @@ TEST(CalendarRecords, GoByTheCityOfTheHomeClockOrAnotherOne) {
                            "\"Data\"=\"C:\\\\Data\"\r\n";
   sample.folder.Put("old.reg", head);
   const std::vector<std::string> byOld = {"--registry", old, "--product", "98"};
-  EXPECT_EQ(listed("e", byOld).find("pairwise:"), std::string::npos) << "the home clock's";
+  EXPECT_FALSE(Has(listed("e", byOld), "pairwise:")) << "the home clock's";
   sample.folder.Put("old.reg",
                     head + "\"LocalCity\"=\"Lima\"\r\n\r\n" + key +
                         "PairWise Desktop\\Version 1\\Main]\r\n\"LocalCity\"=\"Lima\"\r\n");
-  EXPECT_EQ(listed("f", byOld).find("New York"), std::string::npos) << "the registry's own stays";
+  EXPECT_FALSE(Has(listed("f", byOld), "New York")) << "the registry's own stays";
   std::vector<std::string> andCity = byOld;
   andCity.insert(andCity.end(), {"--city", "Sydney"});
   const std::string named = listed("g", andCity);
-  EXPECT_EQ(named.find("Lima"), std::string::npos) << named;
+  EXPECT_FALSE(Has(named, "Lima"));
   EXPECT_EQ(listed("d", {"--city", "Sydne"}),
             "pairwise: " + data +
                 "/cityinfo.dat: has no city 'Sydne'; `pairwise cities` lists "

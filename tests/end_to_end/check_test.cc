@@ -37,14 +37,11 @@ TEST(Check, SaysWhatEachFileHoldsAndWhatIsWrongWithIt) {
             "AdaTASK.WMW     5 tasks of version 50\n"
             "  at 6848: a whole task was expected here; its day is left out; the next save would "
             "lose 1 record");
-  EXPECT_NE(ill.out.find("\n  and 5 things more\nCLOCKS.DAT      can't be read\n  " + data +
-                         "/CLOCKS.DAT: Is a directory\n"),
-            std::string::npos)
-      << ill.out;
-  EXPECT_NE(ill.out.find("\n3 files of the organiser's, 1 other: 26 findings, 25 records would be "
-                         "lost at the next save\n"),
-            std::string::npos)
-      << ill.out;
+  EXPECT_TRUE(Has(ill.out, "\n  and 5 things more\nCLOCKS.DAT      can't be read\n  " + data +
+                               "/CLOCKS.DAT: Is a directory\n"));
+  EXPECT_TRUE(Has(ill.out,
+                  "\n3 files of the organiser's, 1 other: 26 findings, 25 records would be "
+                  "lost at the next save\n"));
   EXPECT_EQ(RunPairwise({"check", data + "/none"}).code, 1);
 }
 
@@ -57,7 +54,7 @@ TEST(Check, NoRunThatWritesStartsOnACalendarThatItCannotSee) {
   for (const char* file : {"c/Data/AdaData.wmw", "c/Data/AdaRecr.wmw"}) {
     std::filesystem::remove(data + "AdaData.wmw");
     sample.folder.Put(file, series);
-    const Finished refused = RunPairwise({"-p", sample.Folder(), "drive"}, calls);
+    const Finished refused = sample.Run({"drive"}, calls);
     EXPECT_EQ(refused.code, 1);
     EXPECT_EQ(refused.out, "");
     EXPECT_EQ(
@@ -67,14 +64,12 @@ TEST(Check, NoRunThatWritesStartsOnACalendarThatItCannotSee) {
             "--force goes on all the same\n")
         << file;
   }
-  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "drive", "--force"}, calls).code, 0);
-  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "list", "contact"}).code, 0)
-      << "who only looks may";
+  EXPECT_EQ(sample.Run({"drive", "--force"}, calls).code, 0);
+  EXPECT_EQ(sample.Run({"list", "contact"}).code, 0) << "who only looks may";
   std::filesystem::create_directory(data + "AdaEven.wmw");
-  const Finished folder = RunPairwise({"-p", sample.Folder(), "drive", "--force"}, calls);
+  const Finished folder = sample.Run({"drive", "--force"}, calls);
   EXPECT_EQ(folder.code, 1);
-  EXPECT_NE(folder.messages.find("can't be opened for reading and writing"), std::string::npos)
-      << folder.messages;
+  EXPECT_TRUE(Has(folder.messages, "can't be opened for reading and writing"));
   EXPECT_EQ(sample.folder.Get("c/Data/AdaRecr.wmw"), series);
 }
 

@@ -21,8 +21,7 @@ TEST(Cities, AreMadeOfThisMachinesZonesWithoutAProfile) {
   const Finished first = RunPairwise({"cities", "--from-system", file});
   ASSERT_EQ(first.code, 0) << first.messages;
   EXPECT_EQ(first.out.rfind("Wrote ", 0), 0U) << first.out;
-  EXPECT_NE(first.out.find(" zones to " + file + ", with timezone.dat beside it"),
-            std::string::npos);
+  EXPECT_TRUE(Has(first.out, " zones to " + file + ", with timezone.dat beside it"));
   const std::size_t zoneFile = folder.Get("timezone.dat").size();
   EXPECT_EQ(zoneFile % 34, 0U);
   EXPECT_GT(zoneFile, 34U * 40);
@@ -30,11 +29,10 @@ TEST(Cities, AreMadeOfThisMachinesZonesWithoutAProfile) {
   const Finished list = RunPairwise({"cities", file});
   EXPECT_EQ(list.code, 0) << list.messages;
   EXPECT_EQ(list.out.rfind(kHeading, 0), 0U) << list.out;
-  EXPECT_NE(list.out.find("\nNew York, NY\t"), std::string::npos);
-  EXPECT_NE(list.out.find("\t-05:00\t2nd Sun Mar 02:00\t1st Sun Nov 02:00\tUSA\n"),
-            std::string::npos);
+  EXPECT_TRUE(Has(list.out, "\nNew York, NY\t"));
+  EXPECT_TRUE(Has(list.out, "\t-05:00\t2nd Sun Mar 02:00\t1st Sun Nov 02:00\tUSA\n"));
   const Finished table = RunPairwise({"cities", "--table", file});
-  EXPECT_NE(table.out.find("  1st Sun Nov 02:00\n"), std::string::npos)
+  EXPECT_TRUE(Has(table.out, "  1st Sun Nov 02:00\n"))
       << "80 columns have room for all but the country";
 }
 
@@ -45,9 +43,7 @@ TEST(Cities, ReplaceNoFileUnasked) {
     folder.Put(name, "old");
     const Finished refused = RunPairwise({"cities", "--from-system", file});
     EXPECT_EQ(refused.code, 1);
-    EXPECT_NE(refused.messages.find(std::string(name) + ": already there; --force"),
-              std::string::npos)
-        << refused.messages;
+    EXPECT_TRUE(Has(refused.messages, std::string(name) + ": already there; --force"));
     EXPECT_EQ(folder.Get("cityinfo.dat") + folder.Get("timezone.dat"), "old");
     const Finished forced = RunPairwise({"cities", "--from-system", file, "--force"});
     EXPECT_EQ(forced.code, 0) << forced.messages;
@@ -57,29 +53,28 @@ TEST(Cities, ReplaceNoFileUnasked) {
 
 TEST(Cities, AreThoseOfTheFolderThatTheRegistryNames) {
   const Sample sample;
-  const Finished without = RunPairwise({"-p", sample.Folder(), "cities"});
+  const Finished without = sample.Run({"cities"});
   EXPECT_EQ(without.code, 1);
   EXPECT_EQ(without.messages, "pairwise: " + sample.Folder() +
                                   "/registry.reg: no data folder of the organiser's is noted "
                                   "there\n");
   sample.folder.Put("registry.reg",
                     sample.folder.Get("registry.reg") + "\"Data\"=\"C:\\\\Wing\\\\\"\r\n");
-  const Finished missing = RunPairwise({"-p", sample.Folder(), "cities"});
+  const Finished missing = sample.Run({"cities"});
   EXPECT_EQ(missing.code, 1);
-  EXPECT_NE(missing.messages.find("cityinfo.dat: not there"), std::string::npos)
-      << missing.messages;
+  EXPECT_TRUE(Has(missing.messages, "cityinfo.dat: not there"));
 
   const std::string whole = test::SevenCities().Build();
   sample.folder.Put("c/Wing/CityInfo.dat", whole);
-  const Finished found = RunPairwise({"-p", sample.Folder(), "cities"});
+  const Finished found = sample.Run({"cities"});
   EXPECT_EQ(found.code, 0) << found.messages;
   EXPECT_EQ(found.out.rfind(kHeading + "Aachen\t5\t+01:00\t", 0), 0U) << found.out;
 
   sample.folder.Put("c/Wing/CityInfo.dat", whole.substr(0, whole.size() - 1));
-  const Finished cut = RunPairwise({"-p", sample.Folder(), "cities"});
+  const Finished cut = sample.Run({"cities"});
   EXPECT_EQ(cut.code, 4);
   EXPECT_EQ(cut.out, found.out) << "the last one is deleted anyway";
-  EXPECT_NE(cut.messages.find("/c/Wing/CityInfo.dat: cut off"), std::string::npos) << cut.messages;
+  EXPECT_TRUE(Has(cut.messages, "/c/Wing/CityInfo.dat: cut off"));
 }
 
 TEST(Cities, ExitAsTheyEndAndSayWhyInOneLine) {
@@ -105,7 +100,7 @@ TEST(Cities, ExitAsTheyEndAndSayWhyInOneLine) {
   for (const auto& each : cases) {
     const Finished run = RunPairwise(each.words);
     EXPECT_EQ(run.code, each.code) << each.message;
-    EXPECT_NE(run.messages.find(each.message), std::string::npos) << run.messages;
+    EXPECT_TRUE(Has(run.messages, each.message));
     EXPECT_EQ(run.out, "");
   }
   ::unsetenv("TZDIR");

@@ -73,11 +73,6 @@ const std::vector<std::vector<std::string>> kReadingCommands = {
     {"export", "contact", "Friends", "--format", "vcf"},
 };
 
-std::vector<std::string> WithProfile(const std::string& folder, std::vector<std::string> words) {
-  words.insert(words.begin(), {"--profile", folder});
-  return words;
-}
-
 TEST(Commands, ThatReadChangeNothingAndLeaveNothingBehind) {
   const Sample sample;
   sample.folder.Put("temp/keep", "");
@@ -88,7 +83,7 @@ TEST(Commands, ThatReadChangeNothingAndLeaveNothingBehind) {
   Age(sample.Folder() + "/registry.reg");
   auto before = Snapshot(sample.folder.Path());
   for (const auto& command : kReadingCommands) {
-    const Finished run = RunPairwise(WithProfile(sample.Folder(), command));
+    const Finished run = sample.Run(command);
     EXPECT_EQ(run.code, 0) << run.messages;
     EXPECT_EQ(run.messages, "");
     EXPECT_FALSE(run.out.empty());
@@ -126,27 +121,26 @@ TEST(Commands, ReadAProfileThatCannotBeWritten) {
   }
   const bool mayRun = RunPairwise({"--help"}, "", kNobody).code == 0;
   if (!mayRun) GTEST_SKIP() << "the build is closed to others";
-  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact"}, "", kNobody);
+  const Finished list = sample.Run({"list", "contact"}, "", kNobody);
   EXPECT_EQ(list.code, 0) << list.messages;
-  EXPECT_NE(list.out.find("Friends\t7\tAnn\tAbel\tAcme"), std::string::npos) << list.out;
-  const Finished drive = RunPairwise({"-p", sample.Folder(), "drive"}, "", kNobody);
+  EXPECT_TRUE(Has(list.out, "Friends\t7\tAnn\tAbel\tAcme"));
+  const Finished drive = sample.Run({"drive"}, "", kNobody);
   EXPECT_EQ(drive.code, 1);
   EXPECT_EQ(drive.messages, "pairwise: " + sample.Folder() + "/profile.lock: Permission denied\n");
 }
 
 TEST(Commands, ShowWhatTheCardfileHolds) {
   const Sample sample;
-  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact", "friends"});
+  const Finished list = sample.Run({"list", "contact", "friends"});
   EXPECT_EQ(list.out,
             "Category\tID\tFirst Name\tLast Name\tCompany\tContact Log\n"
             "Friends\t7\tAnn\tAbel\tAcme Second line\tmet in May likes tea\n"
             "Friends\t3\tBo\tBücher\t\t\n"
             "Friends\t12\t\t\tCorp\tn\n");
-  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
-  EXPECT_NE(show.out.find("\nCompany      Acme\n             Second line\n"), std::string::npos)
-      << show.out;
-  const Finished csv = RunPairwise({"-p", sample.Folder(), "export", "contact", "--format", "csv"});
-  EXPECT_NE(csv.out.find("Bücher"), std::string::npos) << csv.out;
+  const Finished show = sample.Run({"show", "contact", "7"});
+  EXPECT_TRUE(Has(show.out, "\nCompany      Acme\n             Second line\n"));
+  const Finished csv = sample.Run({"export", "contact", "--format", "csv"});
+  EXPECT_TRUE(Has(csv.out, "Bücher"));
 }
 
 TEST(Commands, KeepFieldsOfOneNameApart) {
@@ -154,19 +148,17 @@ TEST(Commands, KeepFieldsOfOneNameApart) {
   auto cards = test::ThreeCards();
   cards.names = "First Name\r\nPhone\r\nPhone\r\n";
   sample.folder.Put("c/Data/Friends.WMCard", cards.Build());
-  const Finished list = RunPairwise({"-p", sample.Folder(), "list", "contact"});
-  EXPECT_NE(list.out.find("\tPhone\tPhone\tContact Log\n"), std::string::npos) << list.out;
-  EXPECT_NE(list.out.find("\t7\tAnn\tAbel\tAcme Second line\t"), std::string::npos) << list.out;
-  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
-  EXPECT_NE(show.out.find("Abel\nPhone        Acme\n"), std::string::npos) << show.out;
-  const Finished json = RunPairwise({"-p", sample.Folder(), "export", "contact"});
-  EXPECT_NE(json.out.find(R"("fields": [["First Name", "Ann"], ["Phone", "Abel"], )"
-                          R"(["Phone", "Acme\r\nSecond line"], ["Contact Log", )"),
-            std::string::npos)
-      << json.out;
-  const Finished csv = RunPairwise({"-p", sample.Folder(), "export", "contact", "--format", "csv"});
+  const Finished list = sample.Run({"list", "contact"});
+  EXPECT_TRUE(Has(list.out, "\tPhone\tPhone\tContact Log\n"));
+  EXPECT_TRUE(Has(list.out, "\t7\tAnn\tAbel\tAcme Second line\t"));
+  const Finished show = sample.Run({"show", "contact", "7"});
+  EXPECT_TRUE(Has(show.out, "Abel\nPhone        Acme\n"));
+  const Finished json = sample.Run({"export", "contact"});
+  EXPECT_TRUE(Has(json.out, R"("fields": [["First Name", "Ann"], ["Phone", "Abel"], )"
+                            R"(["Phone", "Acme\r\nSecond line"], ["Contact Log", )"));
+  const Finished csv = sample.Run({"export", "contact", "--format", "csv"});
   EXPECT_EQ(csv.out.find("id,changed,First Name,Phone,Phone (2),Contact Log\r\n"), 0U) << csv.out;
-  EXPECT_NE(csv.out.find(",Ann,Abel,\"Acme\r\nSecond line\","), std::string::npos) << csv.out;
+  EXPECT_TRUE(Has(csv.out, ",Ann,Abel,\"Acme\r\nSecond line\","));
 }
 
 TEST(Commands, ExitAsTheyEndAndSayWhyInOneLine) {
@@ -198,7 +190,7 @@ TEST(Commands, ExitAsTheyEndAndSayWhyInOneLine) {
   for (const auto& each : cases) {
     const Finished run = RunPairwise(each.words);
     EXPECT_EQ(run.code, each.code) << each.message;
-    EXPECT_NE(run.messages.find(each.message), std::string::npos) << run.messages;
+    EXPECT_TRUE(Has(run.messages, each.message));
     EXPECT_EQ(run.out, "");
   }
 }
@@ -207,18 +199,18 @@ TEST(Commands, NameADamagedFileAndGoOnWithTheOthers) {
   const Sample sample;
   sample.folder.Put("c/Data/Broken.WMCard", "not a cardfile");
   const std::string complaint = sample.Folder() + "/c/Data/Broken.WMCard: damaged";
-  const Finished all = RunPairwise({"-p", sample.Folder(), "list", "contact"});
+  const Finished all = sample.Run({"list", "contact"});
   EXPECT_EQ(all.code, 4);
-  EXPECT_NE(all.messages.find(complaint), std::string::npos) << all.messages;
-  EXPECT_NE(all.out.find("Abel"), std::string::npos);
-  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "info"}).code, 4);
-  const Finished show = RunPairwise({"-p", sample.Folder(), "show", "contact", "7"});
+  EXPECT_TRUE(Has(all.messages, complaint));
+  EXPECT_TRUE(Has(all.out, "Abel"));
+  EXPECT_EQ(sample.Run({"info"}).code, 4);
+  const Finished show = sample.Run({"show", "contact", "7"});
   EXPECT_EQ(show.code, 4);
-  EXPECT_NE(show.messages.find(complaint), std::string::npos) << show.messages;
-  EXPECT_NE(show.out.find("Abel"), std::string::npos);
-  const Finished one = RunPairwise({"-p", sample.Folder(), "list", "contact", "Broken"});
+  EXPECT_TRUE(Has(show.messages, complaint));
+  EXPECT_TRUE(Has(show.out, "Abel"));
+  const Finished one = sample.Run({"list", "contact", "Broken"});
   EXPECT_EQ(one.code, 1);
-  EXPECT_NE(one.messages.find(complaint), std::string::npos) << one.messages;
+  EXPECT_TRUE(Has(one.messages, complaint));
 }
 
 TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
@@ -235,10 +227,9 @@ TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
   ASSERT_EQ(init.code, 0) << init.messages;
   EXPECT_EQ(sample.folder.Get("made/registry.reg"), exported);
   const Finished info = RunPairwise({"-p", made, "info"});
-  EXPECT_NE(info.out.find("Wingmate 98"), std::string::npos) << info.out;
+  EXPECT_TRUE(Has(info.out, "Wingmate 98"));
   const Finished categories = RunPairwise({"-p", made, "categories"});
-  EXPECT_NE(categories.out.find("D:\\Wing\\UserData\\Friends.WMCard"), std::string::npos)
-      << categories.out;
+  EXPECT_TRUE(Has(categories.out, "D:\\Wing\\UserData\\Friends.WMCard"));
   const Finished other =
       RunPairwise({"-p", made + "2", "init", "--data", sample.Folder(), "--product", "orb",
                    "--registry", sample.Folder() + "/old.reg"});
@@ -257,16 +248,16 @@ TEST(Commands, DemoGivesTheSameEachTimeInAFolderOfItsOwn) {
   const Finished first = RunPairwise({"demo", demo});
   ASSERT_EQ(first.code, 0) << first.messages;
   EXPECT_EQ(WithoutBackupLines(first.messages), "");
-  EXPECT_NE(first.out.find("1 category, 40 records"), std::string::npos) << first.out;
-  EXPECT_NE(first.out.find("Överingenjör"), std::string::npos);
-  EXPECT_NE(first.out.find("\n1   New York     NY     USA"), std::string::npos) << first.out;
-  EXPECT_NE(first.out.find("timezone  8 records\n"), std::string::npos);
+  EXPECT_TRUE(Has(first.out, "1 category, 40 records"));
+  EXPECT_TRUE(Has(first.out, "Överingenjör"));
+  EXPECT_TRUE(Has(first.out, "\n1   New York     NY     USA"));
+  EXPECT_TRUE(Has(first.out, "timezone  8 records\n"));
   const std::string cardfile = folder.Get("demo/data/Friends.WMCard");
   const Finished second = RunPairwise({"demo", demo});
   EXPECT_EQ(WithoutStamps(second.out), WithoutStamps(first.out));
   EXPECT_EQ(folder.Get("demo/data/Friends.WMCard"), cardfile);
   for (const char* file : {"demo/friends.vcf", "demo/friends.csv", "demo/friends.json"}) {
-    EXPECT_NE(folder.Get(file).find("Wilhelmina"), std::string::npos) << file;
+    EXPECT_TRUE(Has(folder.Get(file), "Wilhelmina")) << file;
   }
 }
 

@@ -161,16 +161,15 @@ TEST_F(CutOffRunTest, IsToldUntilItIsSettled) {
   const auto cut = DataFiles();
   const Finished looked = Run({"info"});
   EXPECT_EQ(looked.code, 0);
-  EXPECT_NE(looked.messages.find("was cut off"), std::string::npos) << looked.messages;
+  EXPECT_TRUE(Has(looked.messages, "was cut off"));
   // Nobody is there to say what is to become of the files.
   const Finished refused = Run({"drive"});
   EXPECT_EQ(refused.code, 1);
-  EXPECT_NE(refused.messages.find("pairwise restore --keep"), std::string::npos)
-      << refused.messages;
+  EXPECT_TRUE(Has(refused.messages, "pairwise restore --keep"));
   // However many backups are made, that one stays.
   const std::string mark = folder.Get("demo/run.unfinished");
   for (int i = 0; i < 12; ++i) ASSERT_EQ(Run({"backup"}).code, 0);
-  EXPECT_NE(Run({"restore"}).out.find(mark), std::string::npos);
+  EXPECT_TRUE(Has(Run({"restore"}).out, mark));
   EXPECT_EQ(DataFiles(), cut);
   EXPECT_EQ(Run({"restore", "--keep"}).code, 0);
   EXPECT_EQ(DataFiles(), cut);

@@ -22,7 +22,7 @@ Finished Talked(const Sample& sample, const Talk& talk) {
     input += line + "\n";
     expected += answer + "\n";
   }
-  Finished run = RunPairwise({"--profile", sample.Folder(), "drive"}, input);
+  Finished run = sample.Run({"drive"}, input);
   EXPECT_EQ(run.out, expected);
   return run;
 }
@@ -184,7 +184,7 @@ TEST(Drive, SaysWhichFileCouldNotBeWrittenWhole) {
   ASSERT_NE(at, std::string::npos) << run.messages;
   const std::size_t name = at + told.size();
   const std::string backup = run.messages.substr(name, run.messages.find('`', name) - name);
-  EXPECT_EQ(RunPairwise({"-p", sample.Folder(), "restore", backup}).code, 0);
+  EXPECT_EQ(sample.Run({"restore", backup}).code, 0);
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before);
 }
 
@@ -193,17 +193,17 @@ TEST(Drive, KeepsASecondWriterAwayButNoReader) {
   Process first({"--profile", sample.Folder(), "drive"});
   first.Write(kOpen + "\n");
   EXPECT_EQ(first.ReadLine(), kOk);
-  const Finished second = RunPairwise({"--profile", sample.Folder(), "drive"}, "");
+  const Finished second = sample.Run({"drive"}, "");
   EXPECT_EQ(second.code, 1);
   EXPECT_EQ(second.messages,
             "pairwise: " + sample.Folder() + ": another run is changing this profile's data\n");
-  EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "list", "contact"}).code, 0);
+  EXPECT_EQ(sample.Run({"list", "contact"}).code, 0);
   sample.folder.Put(".pairwise-demo", "");
   EXPECT_EQ(RunPairwise({"demo", sample.Folder()}).messages, second.messages);
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), test::ThreeCards().Build());
   first.Write("{\"op\":\"close\"}\n");
   EXPECT_EQ(first.Finish().code, 0);
-  EXPECT_EQ(RunPairwise({"--profile", sample.Folder(), "drive"}, "").code, 0);
+  EXPECT_EQ(sample.Run({"drive"}, "").code, 0);
 }
 
 }  // namespace

@@ -168,7 +168,7 @@ TEST_F(ImportTest, TellsOfEachRecordWhatDoesNotComeAlong) {
     EXPECT_EQ(run.code, each.code) << run.messages;
     EXPECT_EQ(run.out.substr(0, std::string(each.out).size()), each.out);
     for (const std::string& message : each.messages) {
-      EXPECT_NE(run.messages.find(message), std::string::npos) << run.messages;
+      EXPECT_TRUE(Has(run.messages, message));
     }
   }
 }
@@ -178,23 +178,21 @@ TEST_F(ImportTest, UpdatesByIdAndAddsTheRest) {
   const std::string before = sample.folder.Get("c/Data/Friends.WMCard");
   const auto import = [&](const std::string& text, bool update) {
     sample.folder.Put("cards.csv", text);
-    std::vector<std::string> words = {"-p", sample.Folder(), "import", "contact",
-                                      (sample.folder.Path() / "cards.csv").string()};
+    std::vector<std::string> words = {"import", "contact", sample.Folder() + "/cards.csv"};
     if (update) words.emplace_back("--update");
-    return RunPairwise(words);
+    return sample.Run(words);
   };
   EXPECT_EQ(import("id,Company\r\n7,Changed & Co\r\n9999,New Ltd\r\n", true).out,
             "1 record added, 1 updated\n");
-  const std::string after = RunPairwise({"-p", sample.Folder(), "list", "contact"}).out;
-  EXPECT_NE(after.find("Changed & Co"), std::string::npos) << after;
+  const std::string after = sample.Run({"list", "contact"}).out;
+  EXPECT_TRUE(Has(after, "Changed & Co"));
   EXPECT_EQ(std::count(after.begin(), after.end(), '\n'), 5);
 
   // Cards that aren't all there would be lost with a save.
   sample.folder.Put("c/Data/Friends.WMCard", before.substr(0, 1500));
   const Finished refused = import("id,Company\r\n,Lost\r\n", false);
   EXPECT_EQ(refused.code, 4);
-  EXPECT_NE(refused.messages.find("nothing is written to a damaged file"), std::string::npos)
-      << refused.messages;
+  EXPECT_TRUE(Has(refused.messages, "nothing is written to a damaged file"));
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before.substr(0, 1500));
 }
 
@@ -239,7 +237,7 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
     SCOPED_TRACE(each.message);
     const Finished run = Run("from", each.words);
     EXPECT_EQ(run.code, each.code);
-    EXPECT_NE(run.messages.find(each.message), std::string::npos) << run.messages;
+    EXPECT_TRUE(Has(run.messages, each.message));
   }
   EXPECT_EQ(files(), before);
 }

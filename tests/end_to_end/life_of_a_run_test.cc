@@ -101,7 +101,7 @@ TEST_F(LifeOfARunTest, CategoriesAreMadeAndAllIsDeletedUnderTheOrganisersEyes) {
   EXPECT_EQ(made[2], "{\"result\":0,\"names\":[\"Member\",\"Since\",\"Contact Log\"]}");
   EXPECT_EQ(made[3], "{\"result\":1,\"location\":\"C:\\\\Data\\\\None.WMCard\"}");
   EXPECT_EQ(made[4], "{\"result\":0,\"location\":\"C:\\\\Data\\\\Travel;Travel\"}");
-  EXPECT_NE(made[5].find("\"Travel\""), std::string::npos) << made[5];
+  EXPECT_TRUE(Has(made[5], "\"Travel\""));
   EXPECT_EQ(Lines(made.begin() + 6, made.end()), (Lines{ok, ok, ok}));
 
   const Lines emptied = Drive(
@@ -113,13 +113,13 @@ TEST_F(LifeOfARunTest, CategoriesAreMadeAndAllIsDeletedUnderTheOrganisersEyes) {
   for (const char* line :
        {"contact   2 categories, 0 records\n", "todo      1 category, 0 records\n",
         "memo      3 categories, 0 records\n"}) {
-    EXPECT_NE(left.find(line), std::string::npos) << line << left;
+    EXPECT_TRUE(Has(left, line));
   }
-  EXPECT_NE(left.find("calendar  1 category, 15 records\n"), std::string::npos) << left;
+  EXPECT_TRUE(Has(left, "calendar  1 category, 15 records\n"));
   organiser.Signal(2);
   const std::string heard = organiser.Finish().out;
-  EXPECT_NE(heard.find("  Write Binder  C:\\Data\\Notebook.WMWrite\n"), std::string::npos) << heard;
-  EXPECT_NE(heard.find("  Cardfile      C:\\Data\\Friends.WMCard\n"), std::string::npos)
+  EXPECT_TRUE(Has(heard, "  Write Binder  C:\\Data\\Notebook.WMWrite\n"));
+  EXPECT_TRUE(Has(heard, "  Cardfile      C:\\Data\\Friends.WMCard\n"))
       << "deleting all asks for cardfiles too";
 }
 

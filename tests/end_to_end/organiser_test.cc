@@ -58,9 +58,8 @@ TEST_F(OrganiserTest, HearsEachStepAndFindsTheNotes) {
                 ", step 1: the source opens the files now; answered 5\n" + number +
                 ", step 2: the source is done, the files may be taken back; answered 0\n" + number +
                 ", step 3: the source gives up, the files are as they were; answered 0\n");
-  EXPECT_NE(
-      sample.folder.Get("registry.reg").find("\"Cardfile\"=\"C:\\\\Data\\\\M\xFCller.WMCard\""),
-      std::string::npos);
+  EXPECT_TRUE(
+      Has(sample.folder.Get("registry.reg"), "\"Cardfile\"=\"C:\\\\Data\\\\M\xFCller.WMCard\""));
 }
 
 TEST_F(OrganiserTest, ThatIsDisabledMakesTheSourceWait) {

@@ -113,6 +113,11 @@ Finished RunPairwise(const std::vector<std::string>& arguments, const std::strin
   return process.Finish();
 }
 
+testing::AssertionResult Has(const std::string& text, const std::string& part) {
+  if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "no \"" << part << "\" in\n" << text;
+}
+
 std::string WithoutBackupLines(const std::string& messages) {
   return std::regex_replace(
       messages, std::regex("pairwise: the files as they were are in backup [-0-9T]*\n"), "");

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 namespace pw {
 
 struct Finished {
@@ -46,6 +48,9 @@ class Process {
 // Runs it to its end.
 Finished RunPairwise(const std::vector<std::string>& arguments, const std::string& input = "",
                      uid_t user = 0);
+
+// Whether a part stands in a text.
+testing::AssertionResult Has(const std::string& text, const std::string& part);
 
 // What a run said, but for the line that names its backup.
 std::string WithoutBackupLines(const std::string& messages);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "tests/end_to_end/process.h"
 #include "tests/platform/temp_folder.h"
 #include "tests/support/card_file_builder.h"
 
@@ -20,6 +22,12 @@ class Sample {
     folder.Put("c/Data/Friends.WMCard", test::ThreeCards().Build());
   }
 
+  // Runs a command over the profile.
+  Finished Run(std::vector<std::string> words, const std::string& input = "",
+               uid_t user = 0) const {
+    words.insert(words.begin(), {"-p", Folder()});
+    return RunPairwise(words, input, user);
+  }
   std::string Folder() const { return folder.Path().string(); }
   std::string Cardfile() const { return Folder() + "/c/Data/Friends.WMCard"; }
 

@@ -24,22 +24,13 @@ TEST(ApplicationTest, WalksTheEnginesTypes) {
   EXPECT_EQ(PWApplication::FirstType(), nullptr);
 }
 
-TEST(ApplicationTest, KeepsRequestsAndTheMainWindow) {
-  EXPECT_EQ(PWApplication::MainWindow(), nullptr);
-  pw::Engine().mainWindow = PWWindow(pw::WindowId{5});
-  EXPECT_EQ(PWApplication::MainWindow()->Id(), pw::WindowId{5});
-
+TEST(ApplicationTest, TypesAreFoundByTheirExactNameAlsoInACopy) {
   PWApplicationSource source;
   source.Types.Append(new PWAppSrcTypeInfo("memo"), false);
   EXPECT_EQ(source.FindTypeInfo("memo"), source.Types.At(0));
   EXPECT_EQ(source.FindTypeInfo("Memo"), nullptr);
-  EXPECT_EQ(PWApplication::RefreshCategories(&source, true), 0);
-  ASSERT_EQ(pw::Engine().pendingRefreshes.size(), 1U);
-  EXPECT_EQ(pw::Engine().pendingRefreshes[0].source, &source);
-  EXPECT_TRUE(pw::Engine().pendingRefreshes[0].flag);
   const PWApplicationSource copy(source);
   EXPECT_NE(copy.FindTypeInfo("memo"), nullptr);
-  pw::ResetProcessWideState();
 }
 
 TEST(LogTest, FormatsLinesOfAnyLength) {

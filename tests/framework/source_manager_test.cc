@@ -21,34 +21,6 @@ class Manager : public PWSourceManager {
   PWString name;
 };
 
-TEST(SourceManagerTest, OperationsHaveTheirDefaults) {
-  Manager manager;
-  PWSourceCategoryVector categories;
-  PWStringVector names;
-  EXPECT_EQ(manager.Owner, 77U);
-  EXPECT_FALSE(manager.IsAvailable());
-  EXPECT_TRUE(manager.IsInstalled());
-  EXPECT_EQ(manager.ReservedQueryA() + manager.ReservedQueryB() + manager.ReservedQueryC(), 0U);
-  EXPECT_EQ(manager.ClearSyncCategoryNames(), 0);
-  EXPECT_FALSE(manager.ShowOptions(nullptr));
-  EXPECT_EQ(manager.DeleteAllData(), 1);
-  EXPECT_EQ(manager.LaunchApplication(), 1);
-  EXPECT_EQ(manager.ReservedActionA(0), 1U);
-  EXPECT_EQ(manager.ReservedActionB(0), 1U);
-  EXPECT_EQ(manager.ListCategories("contact", categories), 1);
-  EXPECT_EQ(manager.NewCategory("x", "contact", nullptr), 0);
-  EXPECT_EQ(manager.DeleteCategory("contact", "x"), 1);
-  EXPECT_EQ(manager.CategoryLimit("contact"), -1);
-  EXPECT_FALSE(manager.IsSharedCategory("contact"));
-  EXPECT_TRUE(manager.CategoryHeaderName().IsEmpty());
-  EXPECT_EQ(manager.CategoryFieldNames("contact", "x", names), 1);
-  EXPECT_EQ(manager.ReservedTriple(1, 2, 3), 2);
-  EXPECT_EQ(manager.Icon(), nullptr);
-  EXPECT_EQ(manager.RuntimeClass(), nullptr);
-  EXPECT_EQ(manager.Clone(), nullptr);
-  EXPECT_EQ(manager.Compare(&manager), -1);
-}
-
 TEST(SourceManagerTest, TheDestructorFreesIconAndLog) {
   class Log : public PWLog {
    public:

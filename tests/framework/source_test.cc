@@ -39,18 +39,6 @@ TEST(SourceTest, OpenLeadsToOpenSource) {
   EXPECT_EQ(source.Kind, 2U);
 }
 
-TEST(SourceTest, ReservedAndColumnOperationsHaveTheirDefaults) {
-  Source source;
-  PWField field;
-  EXPECT_EQ(source.ReservedStatus(), 2);
-  EXPECT_EQ(source.ReservedOperation(1, 2), 2);
-  EXPECT_FALSE(source.ReservedQuery(1));
-  EXPECT_EQ(source.RecordCRC(), 0U);
-  EXPECT_EQ(source.GetField(0, field), 1);
-  EXPECT_EQ(source.SetField(0, field), 1);
-  EXPECT_EQ(source.FindField("x"), -1);
-}
-
 TEST(SourceTest, CrcsChainOverTextsStampsAndBytes) {
   Source source;
   const PWDateTimeStamp stamp(1999, 1, 2, 3, 4, 5);

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "framework/property.h"
 #include "platform/testing/test_platform.h"
 
 namespace {
@@ -86,26 +85,6 @@ TEST(ValuesTest, ArchivesGiveBackTheirNumbers) {
   EXPECT_EQ(first, -1);
   EXPECT_EQ(second, 0x12345678);
   EXPECT_EQ(beyond, 0);
-}
-
-enum class Kind { kOne = 1, kTwo };
-
-TEST(ValuesTest, APropertyIsAFieldAndAnOperation) {
-  struct {
-    PWProperty<PWDateTimeStamp> Date;
-    PWProperty<Kind> Type;
-    PWProperty<PWString> Name;
-  } object;
-  object.Date(PWDateTimeStamp(1999, 1, 2, 0, 0, 0));
-  EXPECT_EQ(object.Date.year, 1999);
-  object.Date = PWDateTimeStamp(2000, 1, 2, 0, 0, 0);
-  EXPECT_EQ(object.Date().year, 2000);
-  object.Type(Kind::kTwo);
-  EXPECT_TRUE(object.Type == Kind::kTwo);
-  object.Type = Kind::kOne;
-  EXPECT_EQ(object.Type(), Kind::kOne);
-  object.Name = "text";
-  EXPECT_TRUE(object.Name() == "text");
 }
 
 }  // namespace

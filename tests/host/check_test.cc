@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "calendar/event_file.h"
+#include "host/check/binder_check.h"
 #include "host/check/calendar_check.h"
 #include "host/check/card_check.h"
 #include "host/check/clock_check.h"
@@ -8,6 +9,7 @@
 #include "host/check/todo_check.h"
 #include "platform/testing/test_platform.h"
 #include "tests/platform/temp_folder.h"
+#include "tests/support/binder_builder.h"
 #include "tests/support/calltask_builder.h"
 #include "tests/support/card_file_builder.h"
 #include "tests/support/data_file_builder.h"
@@ -69,6 +71,34 @@ TEST(CheckTest, ClocksCitiesAndPlaces) {
   EXPECT_EQ(Texts(CheckPlaces(places)), Lines{"74 2 places were expected (1)"});
   EXPECT_EQ(Texts(CheckPlaces("WMW401")),
             Lines{"0 \"WMW400\" was expected here; an empty list takes its place (0)"});
+}
+
+TEST(CheckTest, MemosByTheFileAndByTheBinder) {
+  test::BinderBytes binder = test::TwoSections();
+  binder.sections.push_back({"again", 7});
+  binder.sections.push_back({"Work", 9});
+  binder.sections.push_back({std::string(25, 'n'), 10});
+  const std::string sections = binder.Sections();
+  EXPECT_EQ(Texts(CheckSectionFile(sections)),
+            (Lines{"66 section \"again\" has the id 7, which is another's already (0)",
+                   "98 section \"Work\" has the name of another one, and can't be reached (0)",
+                   "130 section \"nnnnnnnnnnnnnnnnnnnnnnnnn\" has a name of 25 bytes, of which the "
+                   "next save keeps 24 (0)"}));
+  binder.notes[1].sectionId = 99;
+  std::string headers = binder.Headers();
+  FileCheck check;
+  CheckBinder({sections, headers, 5}, check);
+  const Lines found = Texts(check);
+  ASSERT_EQ(found.size(), 4U);
+  EXPECT_EQ(found[0],
+            "42 note 2 (id 900000005) is of section 99, which the binder hasn't got; a save leaves "
+            "out this note and all behind it, and the binder can't be opened any more (2)");
+  EXPECT_EQ(found[1].substr(0, 44), "10 note 1 (id 900000000) has its text at 0, ");
+  headers.replace(6, 4, test::Word(1, 4));
+  EXPECT_EQ(Texts(CheckNoteHeaders(headers)),
+            Lines{"42 the end was expected here, behind as many notes as are counted (2)"});
+  EXPECT_EQ(Texts(CheckNoteHeaders("")),
+            Lines{"0 more notes were expected; the binder can't be opened (0)"});
 }
 
 TEST(CheckTest, TasksAndCallsByTheDay) {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include "host/formats/vtimezone.h"
 #include "host/rule_of_pattern.h"
 #include "tests/support/ical_reading.h"
+#include "tests/support/pattern_numbers.h"
 #include "tests/support/zone_files.h"
 #include "timeplace/date.h"
 #include "timeplace/zone_rule.h"
@@ -23,48 +24,37 @@ namespace {
 
 using std::chrono::sys_days;
 
-PWRecurrancePattern& Recur(PWRecord& record, ERecurranceType type) {
+PWRecurrancePattern& Recur(PWRecord& record, ERecurranceType type,
+                           const test::Numbers& numbers = {}) {
   PWEventRecord event(&record);
   event.Recurring(true, type);
+  test::Fill(*event.RecurrancePattern(), numbers);
   return *event.RecurrancePattern();
 }
 
 TEST(RuleOfPatternTest, InWordsAndForPrograms) {
   const struct {
     ERecurranceType type;
-    std::function<void(PWRecurrancePattern&)> fill;
+    test::Numbers numbers;
     const char* words;
     const char* value;
   } cases[] = {
-      {kRecurranceDaily, [](auto& p) { p.Daily()->Interval = 3; }, "every 3 days",
-       "FREQ=DAILY;INTERVAL=3"},
-      {kRecurranceWeekly,
-       [](auto& p) {
-         p.Weekly()->Interval = 1;
-         p.Weekly()->Days.bits = 0x05;  // Monday is 2, Saturday 0
-       },
-       "every week on Mon, Sat", "FREQ=WEEKLY;WKST=WE;BYDAY=MO,SA"},
+      {kRecurranceDaily, {3}, "every 3 days", "FREQ=DAILY;INTERVAL=3"},
+      // Monday is 2, Saturday 0.
+      {kRecurranceWeekly, {1, 5}, "every week on Mon, Sat", "FREQ=WEEKLY;WKST=WE;BYDAY=MO,SA"},
       {kRecurranceMonthlyByDate,
-       [](auto& p) {
-         p.MonthlyByDate()->Interval = 2;
-         p.MonthlyByDate()->Days.bits = 0x80000001;
-       },
-       "every 2 months on 1, last day", "FREQ=MONTHLY;INTERVAL=2;BYMONTHDAY=1,-1"},
-      {kRecurranceMonthlyByDay,
-       [](auto& p) {
-         *p.MonthlyByDay() = {1, 1, 6};
-       },
-       "every month on the 2nd Fri", "FREQ=MONTHLY;BYDAY=2FR"},
+       {2, 0x80000001},
+       "every 2 months on 1, last day",
+       "FREQ=MONTHLY;INTERVAL=2;BYMONTHDAY=1,-1"},
+      {kRecurranceMonthlyByDay, {1, 1, 6}, "every month on the 2nd Fri", "FREQ=MONTHLY;BYDAY=2FR"},
       {kRecurranceYearlyByDate,
-       [](auto& p) {
-         *p.YearlyByDate() = {11, 23};
-       },
-       "every year on 24 Dec", "FREQ=YEARLY;BYMONTH=12;BYMONTHDAY=24"},
+       {11, 23},
+       "every year on 24 Dec",
+       "FREQ=YEARLY;BYMONTH=12;BYMONTHDAY=24"},
       {kRecurranceYearlyByDay,
-       [](auto& p) {
-         *p.YearlyByDay() = {4, 4, 2};
-       },
-       "every year on the last Mon of May", "FREQ=YEARLY;BYMONTH=5;BYDAY=-1MO"},
+       {4, 4, 2},
+       "every year on the last Mon of May",
+       "FREQ=YEARLY;BYMONTH=5;BYDAY=-1MO"},
   };
   const sys_days wednesday = std::chrono::year(1998) / 3 / 4;
   for (const auto& each : cases) {
@@ -73,7 +63,7 @@ TEST(RuleOfPatternTest, InWordsAndForPrograms) {
     EXPECT_FALSE(RuleOfPattern(pattern).has_value() && each.type != kRecurranceYearlyByDate &&
                  each.type != kRecurranceYearlyByDay)
         << each.words << " has no interval yet";
-    each.fill(pattern);
+    test::Fill(pattern, each.numbers);
     const auto rule = RuleOfPattern(pattern);
     ASSERT_TRUE(rule) << each.words;
     EXPECT_EQ(RuleInWords(*rule), each.words);
@@ -82,28 +72,19 @@ TEST(RuleOfPatternTest, InWordsAndForPrograms) {
 }
 
 TEST(RuleOfPatternTest, NothingForDaysThatThereAreNot) {
-  const std::function<void(PWRecord&)> cases[] = {
-      [](PWRecord& r) { Recur(r, kRecurranceWeekly).Weekly()->Interval = 1; },
-      [](PWRecord& r) { Recur(r, kRecurranceMonthlyByDate).MonthlyByDate()->Interval = 1; },
-      [](PWRecord& r) {
-        *Recur(r, kRecurranceMonthlyByDay).MonthlyByDay() = {1, 5, 1};
-      },
-      [](PWRecord& r) {
-        *Recur(r, kRecurranceMonthlyByDay).MonthlyByDay() = {1, 1, 9};
-      },
-      [](PWRecord& r) {
-        *Recur(r, kRecurranceYearlyByDate).YearlyByDate() = {12, 1};
-      },
-      [](PWRecord& r) {
-        *Recur(r, kRecurranceYearlyByDate).YearlyByDate() = {1, 40};
-      },
-      [](PWRecord& r) { Recur(r, kRecurranceDaily).Daily()->Interval = -1; },
-      [](PWRecord& r) { Recur(r, static_cast<ERecurranceType>(9)); },
+  const std::pair<ERecurranceType, test::Numbers> cases[] = {
+      {kRecurranceWeekly, {1}},
+      {kRecurranceMonthlyByDate, {1}},
+      {kRecurranceMonthlyByDay, {1, 5, 1}},
+      {kRecurranceMonthlyByDay, {1, 1, 9}},
+      {kRecurranceYearlyByDate, {12, 1}},
+      {kRecurranceYearlyByDate, {1, 40}},
+      {kRecurranceDaily, {-1}},
+      {static_cast<ERecurranceType>(9), {}},
   };
-  for (const auto& fill : cases) {
+  for (const auto& [type, numbers] : cases) {
     PWRecord record;
-    fill(record);
-    EXPECT_FALSE(RuleOfPattern(*PWEventRecord(&record).RecurrancePattern()));
+    EXPECT_FALSE(RuleOfPattern(Recur(record, type, numbers))) << type;
   }
 }
 

@@ -18,9 +18,7 @@ class BinderTest : public testing::Test {
  protected:
   BinderTest() { platform.files.PutFolder("C:\\Data"); }
 
-  void Put(const BinderBytes& bytes) {
-    PutFiles(bytes.Sections(), bytes.Headers(), bytes.Contents());
-  }
+  void Put(const BinderBytes& bytes) { PutBinder(platform.files, kStem, bytes); }
   void PutFiles(const std::string& sections, const std::string& headers,
                 const std::string& contents) {
     platform.files.Put(kStem + std::string(".WMWrite"), sections);

@@ -14,15 +14,11 @@ class MemoSourceTest : public SourceTest {
   MemoSourceTest() : SourceTest("memo", 3) {
     platform.clock.now = 949754096;
     platform.clock.localOffset = -5 * 3600;
-    PutBinder(TwoSections());
+    Put(TwoSections());
     category.Location = "C:\\Data\\Notes;Work";
   }
 
-  void PutBinder(const BinderBytes& bytes) {
-    platform.files.Put(kStem + std::string(".WMWrite"), bytes.Sections());
-    platform.files.Put(kStem + std::string(".WMNoteHeader"), bytes.Headers());
-    platform.files.Put(kStem + std::string(".WMContent"), bytes.Contents());
-  }
+  void Put(const BinderBytes& bytes) { PutBinder(platform.files, kStem, bytes); }
   void Reopen() {
     EXPECT_EQ(source->CloseSource(), 0);
     MakeSource();
@@ -75,7 +71,7 @@ TEST_F(MemoSourceTest, ReadsTheNotesOfItsSection) {
   // As it may be in memory, and in a file that another program wrote.
   BinderBytes mixed = TwoSections();
   std::swap(mixed.notes[1], mixed.notes[2]);
-  PutBinder(mixed);
+  Put(mixed);
   category.Location = "C:\\Data\\Notes;Work";
   MakeSource();
   ASSERT_EQ(source->Open(0), 0);
@@ -126,7 +122,7 @@ TEST_F(MemoSourceTest, ASearchThatFindsNothingLeavesTheCursorAtTheBindersStart) 
 TEST_F(MemoSourceTest, AnEmptySectionHasNoFirst) {
   BinderBytes bytes = TwoSections();
   bytes.sections.push_back({"Empty", 9});
-  PutBinder(bytes);
+  Put(bytes);
   category.Location = "C:\\Data\\Notes;Empty";
   ASSERT_EQ(source->Open(0), 0);
   EXPECT_EQ(source->FirstRecord(), 1);
@@ -142,11 +138,11 @@ TEST_F(MemoSourceTest, AnEmptySectionHasNoFirst) {
 TEST_F(MemoSourceTest, WhatIsMissingIsNoSource) {
   platform.windows.Add("Wingmate_95");
   for (const char* extension : {".WMWrite", ".WMNoteHeader", ".WMContent"}) {
-    PutBinder(TwoSections());
+    Put(TwoSections());
     platform.files.Delete(std::string(kStem) + extension);
     EXPECT_EQ(source->Open(0), 7) << extension;
   }
-  PutBinder(TwoSections());
+  Put(TwoSections());
   for (const char* location : {"", "Notes", "C:\\Data\\Notes", "C:\\Data\\Other;Work"}) {
     category.Location = location;
     EXPECT_EQ(source->Open(0), 7) << location;

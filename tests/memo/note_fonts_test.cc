@@ -36,45 +36,34 @@ class NoteFontsTest : public testing::Test {
   pw::TestPlatform platform;
 };
 
-TEST_F(NoteFontsTest, AreThoseOfTheRegistryIfAllIsThere) {
+// A subject's name is its last one, as the organiser leaves it alone, or the writer's own.
+TEST_F(NoteFontsTest, AreThoseOfTheRegistryOrFallBackTogether) {
+  EXPECT_EQ(Written(), "0 Arial, 20; 0 Arial, 20");
+  const std::string longest(255, 'c');
   const struct {
     const char* what;
     std::string content;
     std::uint32_t contentSize;
-    std::string subject;
+    const char* subject;
     std::uint32_t subjectSize;
     std::string written;
   } cases[] = {
       {"all is there", "Courier New", 12, "Verdana", 14, "0 Verdana, 29; 0 Courier New, 24"},
+      {"sizes that no font has", "Courier", 0, "V", 0xFFFFFFFF, "0 V, 20; 0 Courier, 20"},
+      {"the largest name", longest, 10, "V", 10, "0 V, 20; 0 " + longest + ", 20"},
       {"of one length", "Courier", 8, "Verdana", 9, "0 Verdana, 18; 0 Courier, 17"},
-      {"sizes that no font has", "Courier", 0, "Verdana", 0xFFFFFFFF,
-       "0 Verdana, 20; 0 Courier, 20"},
-      {"the largest name", std::string(255, 'c'), 10, "V", 10,
-       "0 V, 20; 0 " + std::string(255, 'c') + ", 20"},
+      {"the subject's name is longer", "Courier", 8, "Verdana 2", 9, "0 Verdana, 20; 0 Arial, 20"},
+      {"no names", "", 12, "", 12, "0 Verdana, 20; 0 Arial, 20"},
+      {"no subject's name", "Courier", 12, "", 12, "0 Verdana, 20; 0 Arial, 20"},
+      {"beyond the largest name", longest + "c", 12, "Verdana", 12, "0 Verdana, 20; 0 Arial, 20"},
   };
   for (const auto& each : cases) {
     PutFonts(each.content, each.contentSize, each.subject, each.subjectSize);
     EXPECT_EQ(Written(), each.written) << each.what;
   }
-}
-
-// A subject's name is its last one, as the organiser leaves it alone, or the writer's own.
-TEST_F(NoteFontsTest, FallBackTogether) {
-  EXPECT_EQ(Written(), "0 Arial, 20; 0 Arial, 20");
-  PutFonts("Courier", 12, "Verdana", 12);
-  EXPECT_EQ(Written(), "0 Verdana, 24; 0 Courier, 24");
-  const char* fallback = "0 Verdana, 20; 0 Arial, 20";
-  PutFonts("Courier", 12, "Verdana 2", 12);
-  EXPECT_EQ(Written(), fallback) << "the subject's name is longer";
-  PutFonts("", 12, "", 12);
-  EXPECT_EQ(Written(), fallback);
-  PutFonts("Courier", 12, "", 12);
-  EXPECT_EQ(Written(), fallback);
-  PutFonts(std::string(256, 'c'), 12, "Verdana", 12);
-  EXPECT_EQ(Written(), fallback);
   PutFonts("Courier", 12, "Verdana", 12);
   platform.registry.Set(kKey, "DefSubjectSize", pw::TextValue("12"));
-  EXPECT_EQ(Written(), fallback);
+  EXPECT_EQ(Written(), "0 Verdana, 20; 0 Arial, 20") << "a size that is no number";
 }
 
 TEST_F(NoteFontsTest, AreChosenByTheFirstNoteForAll) {

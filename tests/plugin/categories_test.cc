@@ -62,9 +62,8 @@ TEST_F(CategoriesTest, OneForEachSectionOfABinder) {
   platform.windows.Add("Wingmate_95");
   pw::test::BinderBytes binder = pw::test::TwoSections();
   binder.sections[1].name = "Notes";
-  platform.files.Put("C:\\Data\\Notes.wmwrite", binder.Sections());
-  platform.files.Put("C:\\Data\\Notes.WMNoteHeader", binder.Headers());
-  platform.files.Put("C:\\Data\\Notes.WMContent", binder.Contents());
+  platform.files.Put("C:\\Data\\Notes.wmwrite", "");  // which keeps its letter case
+  pw::test::PutBinder(platform.files, "C:\\Data\\Notes", binder);
   platform.files.Put("C:\\Data\\Alone.WMWrite", binder.Sections());
   PWSourceCategoryVector categories;
   EXPECT_EQ(manager.ListCategories("memo", categories), 0);

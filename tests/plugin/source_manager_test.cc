@@ -20,15 +20,6 @@ class SourceManagerTest : public testing::Test {
   WMSourceManager manager{0};
 };
 
-TEST_F(SourceManagerTest, AppendsTheFiveTypes) {
-  PWStringVector types;
-  types.AppendText("there before");
-  manager.GetTypes(types);
-  ASSERT_EQ(types.Count(), 6U);
-  const char* expected[] = {"there before", "contact", "calendar", "todo", "memo", "timezone"};
-  for (std::uint32_t i = 0; i < 6; ++i) EXPECT_STREQ(*types.At(i), expected[i]);
-}
-
 TEST_F(SourceManagerTest, MakesASourceOfAnExactNameOnly) {
   const std::unique_ptr<PWSource> first(manager.CreateSource("contact"));
   const std::unique_ptr<PWSource> second(manager.CreateSource("contact"));
@@ -51,14 +42,6 @@ TEST_F(SourceManagerTest, CalendarAndTodoHaveOneCategoryAndShareIt) {
     EXPECT_EQ(manager.IsSharedCategory(c.type), c.shared) << c.type;
     EXPECT_EQ(manager.CategoryLimit(c.type), c.shared ? 1 : -1) << c.type;
   }
-}
-
-TEST_F(SourceManagerTest, AnswersWithItsConstants) {
-  EXPECT_TRUE(manager.IsAvailable());
-  EXPECT_EQ(manager.ReservedFlag(), 1U);
-  EXPECT_EQ(manager.ReservedActionA(3), 1U);
-  EXPECT_EQ(manager.ReservedTriple(1, 2, 3), 2);
-  EXPECT_TRUE(manager.CategoryHeaderName() == "file");
 }
 
 TEST_F(SourceManagerTest, ClearsTheNamesOfNewCardfiles) {

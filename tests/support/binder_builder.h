@@ -63,6 +63,14 @@ struct BinderBytes {
   }
 };
 
+// Puts the binder's three files under a stem, in memory or in a folder.
+template <class Files>
+void PutBinder(Files& files, const std::string& stem, const BinderBytes& binder) {
+  files.Put(stem + ".WMWrite", binder.Sections());
+  files.Put(stem + ".WMNoteHeader", binder.Headers());
+  files.Put(stem + ".WMContent", binder.Contents());
+}
+
 // The smallest rich text of a text.
 inline std::string RichOf(const std::string& text) {
   return "{\\rtf1 " + text + "}";
