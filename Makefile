@@ -2,7 +2,7 @@
 
 DEMO_FOLDER ?= build/demo
 
-.PHONY: demo test bench fuzz format lint sanitize setup clean
+.PHONY: demo test bench coverage fuzz format lint sanitize setup clean
 
 setup:
 	@scripts/setup.sh
@@ -25,10 +25,18 @@ sanitize: setup
 	@cmake --build --preset sanitize
 	@ctest --preset sanitize
 
+# Which lines and branches the suite runs through.
+coverage: setup
+	@cmake --preset coverage
+	@cmake --build --preset coverage
+	@scripts/coverage.sh
+
+# Each measure for BENCH_MIN_TIME seconds at least; about half a second by default.
+BENCH_MIN_TIME ?=
 bench: setup
 	@cmake --preset bench
 	@cmake --build --preset bench
-	@for program in build/bench/bin/*_bench; do $$program; done
+	@scripts/bench_table.py build/bench/bin $(BENCH_MIN_TIME)
 
 # Each target for FUZZ_SECONDS.
 FUZZ_SECONDS ?= 60

@@ -9,7 +9,7 @@ packages=(
   # To test and measure
   libgtest-dev libbenchmark-dev tzdata khal unrtf
   # To check
-  clang clang-format clang-tidy libclang-rt-14-dev python3
+  clang clang-format clang-tidy libclang-rt-14-dev llvm python3
 )
 
 missing=()
