@@ -319,6 +319,56 @@ TEST(Commands, NewAsksForATemplateByItsNumber) {
   EXPECT_TRUE(Has(sample.Run({"list", "contact", "Chess"}).out, "\tMember\tSince"));
 }
 
+TEST(Commands, WipeNamesWhatCannotBeRead) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  folder.Put("demo/data/Old.WMCard", "not a cardfile");
+  folder.Put("demo/data/Bad.WMWrite", "not a binder");
+  folder.Put("demo/data/AdaEVEN.WMW", folder.Get("demo/data/AdaEVEN.WMW").substr(0, 300));
+  const auto wipe = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"-p", demo, "wipe"});
+    return RunPairwise(words);
+  };
+  const Finished asked = wipe({"contact", "calendar", "memo"});
+  EXPECT_EQ(asked.code, 2);
+  EXPECT_TRUE(Has(asked.messages,
+                  "Delete all of contact (40 records; 'Old' can't be read whole), calendar (0 "
+                  "records; 'Calendar' can't be read whole), memo (6 records; 'Bad' can't be read "
+                  "whole)?"));
+  for (const char* file : {"Old.WMCard: damaged", "AdaEVEN.WMW: cut short", "Bad.WMWrite: the"}) {
+    EXPECT_TRUE(Has(asked.messages, file));
+  }
+  const Finished wiped = wipe({"contact", "calendar", "memo", "--yes"});
+  EXPECT_EQ(wiped.code, 4);
+  EXPECT_EQ(wiped.out,
+            "deleted; there is now contact (0 records; 'Old' can't be read whole), calendar (0 "
+            "records), memo (0 records; 'Bad' can't be read whole)\n");
+  EXPECT_EQ(folder.Get("demo/data/Old.WMCard"), "not a cardfile");
+  for (const char* ending : {"WMWrite", "WMNoteHeader", "WMContent"}) {
+    fs::remove(demo + "/data/Notebook." + ending);
+  }
+  const Finished nothing = wipe({"memo", "--yes"});
+  EXPECT_EQ(nothing.code, 4);
+  EXPECT_TRUE(Has(nothing.messages, "Bad.WMWrite: the binder can't be opened"));
+  EXPECT_TRUE(Has(nothing.messages, "there is nothing that can be deleted\n"));
+}
+
+// One calendar without its event file is in the way of those that come upon calendars.
+TEST(Commands, AnIncompleteCalendarIsNobodyElsesBusiness) {
+  const Sample sample;
+  sample.folder.Put("c/Data/BenData.wmw", "days");
+  for (const char* type : {"calendar", "todo"}) {
+    const Finished run = sample.Run({"new", type, "Ada"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(Has(run.messages, "BenEVEN.WMW: not there"));
+  }
+  EXPECT_EQ(sample.Run({"new", "memo", "Ada"}).code, 0);
+  EXPECT_EQ(sample.Run({"wipe", "memo", "--yes"}).code, 0);
+  EXPECT_EQ(sample.Run({"remove", "contact", "Friends", "--yes"}).code, 0);
+  EXPECT_EQ(sample.folder.Get("c/Data/BenData.wmw"), "days");
+}
+
 // A calendar shows when it was exported, where nobody knows when an entry was changed.
 std::string WithoutStamps(const std::string& out) {
   return std::regex_replace(out, std::regex("DTSTAMP:[0-9TZ]*"), "DTSTAMP");

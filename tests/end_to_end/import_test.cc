@@ -223,7 +223,9 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
       {{"remove", "memo", "Notebook"}, 2, "only a contact category can be removed"},
       {{"wipe", "memo"}, 2, "Delete all of memo (6 records)?"},
       {{"wipe", "timezone", "--yes"}, 2, "the clocks stay eight"},
-      {{"wipe", "nothing", "--yes"}, 1, "there is no type 'nothing'"},
+      {{"wipe", "nothing", "--yes"}, 2, "nothing not in"},
+      {{"remove", "nothing", "x"}, 2, "nothing not in"},
+      {{"remove", "timezone", "x"}, 2, "the clocks stay eight"},
   };
   const auto files = [] {
     std::vector<std::string> names;
