@@ -1,6 +1,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -219,6 +220,18 @@ TEST(Drive, SaysWhichFileCouldNotBeOpenedAgainOrDeleted) {
                       {R"({"op":"prepareimport","type":"contact","fields":["a"]})", kOk}});
   EXPECT_EQ(run.code, 0);
   EXPECT_EQ(WithoutBackupLines(run.messages), "");
+}
+
+// Beside its own folders a profile may not touch this machine.
+TEST(Drive, WritesNowhereButOnTheDrives) {
+  const Sample sample;
+  std::string path = sample.Folder() + "/Outside.WMCard";
+  std::replace(path.begin(), path.end(), '/', '\\');
+  std::string json;
+  for (const char c : path) json += c == '\\' ? "\\\\" : std::string(1, c);
+  Talked(sample, {{R"({"op":"importpath","path":")" + json + "\"}", kOk},
+                  {R"({"op":"prepareimport","type":"contact","fields":["a"]})", kOk}});
+  EXPECT_FALSE(std::filesystem::exists(sample.Folder() + "/Outside.WMCard"));
 }
 
 TEST(Drive, KeepsASecondWriterAwayButNoReader) {
