@@ -42,8 +42,9 @@ _pairwise_formats() {
 # "@backups". Nothing where it is a name of the person's own.
 _pairwise_argument() {
   case $1:$2 in
-    categories:1 | list:1 | show:1 | export:1 | import:1 | new:1 | remove:1) echo "$_pairwise_types" ;;
-    wipe:*) echo "$_pairwise_types" ;;
+    categories:1 | list:1 | show:1 | export:1 | import:1) echo "$_pairwise_types" ;;
+    new:1 | wipe:*) echo contact calendar todo memo ;;
+    remove:1) echo contact ;;
     import:2 | cities:1) echo @files ;;
     check:1 | demo:1) echo @folders ;;
     restore:1) echo @backups ;;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string_view>
 
@@ -34,6 +35,17 @@ BinderLook LookAtBinder(const std::string& location) {
   FileCheck check;
   CheckBinder({sections, headers, contentSize}, check);
   return {!check.findings.empty(), DoNotesShareTexts(headers, contentSize)};
+}
+
+std::optional<std::vector<std::string>> SectionNames(const std::string& stem) {
+  const auto sections = memo::DecodeSections(Read(stem + memo::kSectionFile));
+  const std::string headers = Read(stem + memo::kHeaderFile);
+  const bool isWhole = sections && !headers.empty() && memo::DecodeNoteHeaders(headers) &&
+                       CurrentPlatform().files->Exists(stem + memo::kContentFile);
+  if (!isWhole) return std::nullopt;
+  std::vector<std::string> names;
+  for (const memo::Section& section : *sections) names.push_back(section.name);
+  return names;
 }
 
 std::vector<std::string> RichBodies(const std::string& location) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,10 @@ struct BinderLook {
 
 // Of the binder of a memo category's location. A file that can't be read counts as empty.
 BinderLook LookAtBinder(const std::string& location);
+
+// The names of a binder's sections, of the three files with that stem. Nothing where one of them is
+// missing or can't be read.
+std::optional<std::vector<std::string>> SectionNames(const std::string& stem);
 
 // The bodies of a section's notes, in their order, as rich text; none where they can't be read.
 std::vector<std::string> RichBodies(const std::string& location);

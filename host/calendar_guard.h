@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "host/calendar_stems.h"
 #include "host/engine_run.h"
@@ -12,9 +14,15 @@ namespace pw {
 // empty one and overwrites what is there.
 bool LacksEventFile(const CalendarStem& stem);
 
-// Why a run that writes must not start on the profile's data folder: a file of a calendar that
-// can't be opened for reading and writing, which the module takes for a missing one; or, unless
-// `force`, a missing event file.
+// The first file of the profile's calendars that can't be opened for reading and writing, which the
+// module takes for a missing one.
+std::optional<Failure> ClosedCalendarFile(EngineRun& run);
+
+// Why a run that writes must not start on the profile's data folder: such a file, or a missing
+// event file. With `force` nothing of the calendars is in its way.
 std::optional<Failure> CalendarInTheWay(EngineRun& run, bool force);
+
+// Whether a command that writes records of these types comes upon the files of calendars.
+bool AnyNeedsCalendars(const std::vector<std::string>& types);
 
 }  // namespace pw

@@ -75,6 +75,7 @@ const Drive::Call Drive::kCalls[] = {
     {"findfield", &Drive::FindField, Needs::kSource},
     {"getfield", &Drive::GetField, Needs::kSource},
     {"setfield", &Drive::SetField, Needs::kSource},
+    {"generatecrc", &Drive::GenerateCrc, Needs::kSource},
     {"sourcereserved", &Drive::SourceReserved, Needs::kSource},
 };
 
@@ -90,7 +91,10 @@ const Drive::Call* Drive::FindCall(std::string_view name) {
 std::string Drive::Answer(std::string_view line) {
   Json answer = Json::object();
   std::string problem;
-  if (IsTooDeep(line)) {
+  if (line.find('\0') != std::string_view::npos) {
+    // The parser would take it for the end of the line.
+    problem = "a zero byte in the line";
+  } else if (IsTooDeep(line)) {
     problem = "nested too deeply";
   } else {
     const JsonInput parsed = JsonInput::parse(line, nullptr, false);
@@ -231,8 +235,16 @@ void Drive::FieldNames(JsonFields& line, Json& answer) {
 }
 
 void Drive::ImportPath(JsonFields& line, Json& answer) {
-  const std::string path = line.Text("path");
-  if (!line.Failed()) answer[kResult] = objects.importManager.SetImportPath(path.c_str());
+  if (line.Has("path")) {
+    const std::string path = line.Text("path");
+    if (!line.Failed()) answer[kResult] = objects.importManager.SetImportPath(path.c_str());
+    return;
+  }
+  const std::string type = line.Has(kType) ? line.Text(kType) : std::string();
+  if (line.Failed()) return;
+  PWString path;
+  answer[kResult] = objects.importManager.GetImportPath(type.c_str(), path);
+  answer["path"] = JsonText(path.View());
 }
 
 void Drive::PrepareImport(JsonFields& line, Json& answer) {

@@ -86,6 +86,7 @@ class Drive {
   void FindField(JsonFields& line, Json& answer);
   void GetField(JsonFields& line, Json& answer);
   void SetField(JsonFields& line, Json& answer);
+  void GenerateCrc(JsonFields& line, Json& answer);
   void SourceReserved(JsonFields& line, Json& answer);
 
   // The form of the open source's records; null, and the line failed, where they have none.

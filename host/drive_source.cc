@@ -119,6 +119,24 @@ void Drive::SetField(JsonFields& line, Json& answer) {
   if (!line.Failed()) answer[kResult] = source->SetField(index, field);
 }
 
+// By the first of the three kinds of data that the line has.
+void Drive::GenerateCrc(JsonFields& line, Json& answer) {
+  const std::uint32_t crc = line.Unsigned("crc");
+  if (line.Has("stamp")) {
+    const PWDateTimeStamp stamp = line.Stamp("stamp");
+    if (!line.Failed()) answer["crc"] = source->GenerateCRC(crc, stamp);
+    return;
+  }
+  if (line.Has("text")) {
+    const PWString text(line.Text("text"));
+    if (!line.Failed()) answer["crc"] = source->GenerateCRC(crc, text);
+    return;
+  }
+  const std::string bytes = line.Bytes("bytes");
+  if (line.Failed()) return;
+  answer["crc"] = source->GenerateCRC(crc, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+}
+
 const RecordForm* Drive::Form(JsonFields& line) const {
   const RecordForm* form = FindRecordForm(sourceType);
   if (form == nullptr) line.Fail("records of type \"" + sourceType + "\" can't be passed");

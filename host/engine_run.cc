@@ -50,11 +50,13 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
   moduleFile = *found;
   options.modulePath = moduleFile;
   options.currentFolder = profile.folder;
-  options.mounts = Mounts(profile, mode != RunMode::kWriting);
+  // Beside the profile's drives this machine can be looked at but not changed, by whatever path.
+  options.mounts = {{"\\", "/", true}};
+  for (Mount& mount : Mounts(profile, mode != RunMode::kWriting)) {
+    options.mounts.push_back(std::move(mount));
+  }
   options.moduleVersion = kVersion;
   options.somebodyThere = false;
-  // The rest of this machine can be looked at but not changed, by whatever path.
-  if (mode != RunMode::kWriting) options.mounts.push_back({"\\", "/", true});
   if (mode != RunMode::kReading) {
     if (lock) return {};
     auto taken = ProfileLock::Take(profile);

@@ -82,6 +82,24 @@ std::vector<std::string> JsonFields::Texts(const char* name) {
   return texts;
 }
 
+std::string JsonFields::Bytes(const char* name) {
+  const JsonInput* value = Member(name);
+  if (value == nullptr) return {};
+  const bool areBytes =
+      value->is_array() && std::all_of(value->begin(), value->end(), [](const JsonInput& item) {
+        return item.is_number_unsigned() && item.get<std::uint64_t>() <= 0xFF;
+      });
+  if (!areBytes) {
+    Fail(Quoted(name) + " must be an array of numbers from 0 to 255");
+    return {};
+  }
+  std::string bytes;
+  for (const JsonInput& item : *value) {
+    bytes += static_cast<char>(static_cast<unsigned char>(item.get<std::uint64_t>()));
+  }
+  return bytes;
+}
+
 bool JsonFields::Bool(const char* name) {
   const JsonInput* value = Member(name);
   if (value == nullptr) return false;

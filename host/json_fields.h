@@ -31,6 +31,10 @@ class JsonFields {
   std::string Text(const char* name);
   std::vector<std::string> Texts(const char* name);
   bool Bool(const char* name);
+
+  // An array of numbers from 0 to 255.
+  std::string Bytes(const char* name);
+
   std::int32_t Signed(const char* name);
 
   // A whole number within these bounds.

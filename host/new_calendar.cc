@@ -39,11 +39,12 @@ Outcome<Done> MakeCalendar(EngineRun& run, const std::string& location) {
   const Failure failure{run.NativePathOf(location + std::string(kEventFile)) +
                         ": could not be made; a calendar needs the cities of the organiser "
                         "(`pairwise cities`)"};
-  if (source->Open(0) != kResultOk) return failure;
+  if (source->Open(0) != kResultOk) return TakeLoggedFailure(run).value_or(failure);
   PWRecord record = PassingEvent();
   const bool isMade = source->AddRecord(record) == kResultOk && source->RecordCount() == 1 &&
-                      source->DeleteRecord() == kResultOk && source->CloseSource() == kResultOk;
-  if (!isMade || CalendarFilesAt(run, location).empty()) return failure;
+                      source->DeleteRecord() == kResultOk;
+  const bool isSaved = source->CloseSource() == kResultOk;
+  if (!isMade || !isSaved || CalendarFilesAt(run, location).empty()) return failure;
   return Done{};
 }
 

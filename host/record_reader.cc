@@ -131,6 +131,14 @@ Failure WhyNotOpened(EngineRun& run, const std::string& location, PWRESULT resul
 
 }  // namespace
 
+std::optional<Failure> TakeLoggedFailure(EngineRun& run) {
+  std::vector<LogLine>& log = run.Objects().log;
+  if (log.empty() || log.back().image != kLogFailure) return std::nullopt;
+  Failure failure{CodePageToUtf8(log.back().text)};
+  log.pop_back();
+  return failure;
+}
+
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category) {
   OpenedSource opened;
@@ -148,6 +156,7 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
     LookAtFiles(run, type, opened);
     return opened;
   }
+  if (auto said = TakeLoggedFailure(run)) return *said;
   if (!HasCategories(type)) {
     return Failure{run.NativePathOf(OrganiserFolder(run)) +
                    ": CLOCKS.DAT is missing or cut, or names a city that cityinfo.dat lacks"};

@@ -20,7 +20,8 @@ inline constexpr const char* kTodoType = "todo";
 inline constexpr const char* kCalendarType = "calendar";
 inline constexpr const char* kMemoType = "memo";
 
-// A source with its category, for reading. It is never closed, as that would save it.
+// A source with its category, for reading. A run that reads never closes it; one that writes has
+// to, for the organiser to hear that its files are free again.
 struct OpenedSource {
   std::unique_ptr<PWSourceCategory> category;  // must outlive the source
   std::unique_ptr<PWSource> source;
@@ -31,6 +32,10 @@ struct OpenedSource {
 };
 Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
                                      const PWSourceCategory& category);
+
+// Why a source wasn't opened, as the module has said last; it is taken off the log. Nothing where
+// the module said nothing of a failure.
+std::optional<Failure> TakeLoggedFailure(EngineRun& run);
 
 // The names of a category's columns, in their order; a name may stand for several. Those of a
 // cardfile are its own, those of other types the same for all.

@@ -22,8 +22,9 @@ BoxAnswer UnattendedDialogs::ShowMessage(WindowId /*parent*/, const std::string&
 }
 
 SheetAnswer UnattendedDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
+  isDeclined = false;
   if (ChooseIn(sheet)) return SheetAnswer::kOk;
-  Say(sheet.Title(), "Cancel");
+  if (!isDeclined) Say(sheet.Title(), "Cancel");
   return SheetAnswer::kCancel;
 }
 
@@ -46,6 +47,7 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
     });
     if (list == controls.end()) continue;
     const auto entry = chooser(list->items);
+    isDeclined = !entry;
     if (!entry || *entry >= list->items.size()) return false;
     list->text = list->items[*entry];
     return page->Next();

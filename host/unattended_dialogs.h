@@ -23,7 +23,7 @@ class UnattendedDialogs : public DialogsWrapper {
 
   // Who chooses from the first list of any sheet from here on: gets the entries, in the organiser's
   // code page, and gives the place of one, counted from 0. A place that the list doesn't have, or
-  // none, cancels the sheet, as does having nobody to choose.
+  // none, cancels the sheet, as does having nobody to choose. Who gives none says why.
   using Chooser = std::function<std::optional<std::size_t>(const std::vector<std::string>&)>;
   void ChooseFromLists(Chooser choose) { chooser = std::move(choose); }
 
@@ -40,6 +40,7 @@ class UnattendedDialogs : public DialogsWrapper {
 
   std::ostream& messages;
   Chooser chooser;
+  bool isDeclined = false;  // nothing was chosen from the last list
 };
 
 }  // namespace pw

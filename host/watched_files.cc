@@ -4,7 +4,19 @@
 #include <string_view>
 #include <utility>
 
+#include "base/codepage.h"
+
 namespace pw {
+namespace {
+
+std::string AsKnown(std::string path) {
+  std::transform(path.begin(), path.end(), path.begin(), [](char c) {
+    return static_cast<char>(CodePageLower(static_cast<unsigned char>(c)));
+  });
+  return path;
+}
+
+}  // namespace
 
 class WatchedFiles::WatchedFile : public FileWrapper {
  public:
@@ -26,9 +38,37 @@ class WatchedFiles::WatchedFile : public FileWrapper {
 
 std::unique_ptr<File> WatchedFiles::Open(const std::string& path, OpenMode mode, Sharing sharing) {
   auto file = FilesWrapper::Open(path, mode, sharing);
-  if (file != nullptr) return std::make_unique<WatchedFile>(std::move(file), *this, path);
-  if (mode == OpenMode::kCreateAlways || mode == OpenMode::kOpenAlways) Remember(path);
+  if (file != nullptr) {
+    known.insert(AsKnown(path));
+    return std::make_unique<WatchedFile>(std::move(file), *this, path);
+  }
+  const bool makes = mode == OpenMode::kCreateAlways || mode == OpenMode::kOpenAlways;
+  // A store is loaded from a file that is there, and a save opens it anew.
+  const bool saves = mode == OpenMode::kReadWriteExisting && known.contains(AsKnown(path));
+  if (makes || saves) Remember(path);
   return nullptr;
+}
+
+// One that isn't there needn't go.
+bool WatchedFiles::Delete(const std::string& path) {
+  if (FilesWrapper::Delete(path)) {
+    known.erase(AsKnown(path));
+    return true;
+  }
+  if (IsFile(path)) Remember(path);
+  return false;
+}
+
+// What isn't there can't be copied, and what is there already stays: neither is a loss.
+bool WatchedFiles::CopyWithoutOverwriting(const std::string& from, const std::string& to) {
+  if (FilesWrapper::CopyWithoutOverwriting(from, to)) return true;
+  if (IsFile(from) && !Exists(to)) Remember(to);
+  return false;
+}
+
+bool WatchedFiles::IsFile(const std::string& path) {
+  const std::vector<FoundFile> found = Find(path);
+  return std::any_of(found.begin(), found.end(), [](const FoundFile& f) { return !f.isFolder; });
 }
 
 void WatchedFiles::Remember(const std::string& path) {

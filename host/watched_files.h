@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,15 +16,21 @@ class WatchedFiles : public FilesWrapper {
   explicit WatchedFiles(Files& target) : FilesWrapper(target) {}
 
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode, Sharing sharing) override;
+  bool Delete(const std::string& path) override;
+  bool CopyWithoutOverwriting(const std::string& from, const std::string& to) override;
 
-  // The organiser's paths of files that could not be made, or not be written whole; each once.
+  // The organiser's paths of files that could not be made, or not be written whole; each once. Also
+  // of those that were opened before and then could not be opened for writing, and of those that
+  // stayed where they were to go.
   const std::vector<std::string>& Unwritten() const { return unwritten; }
 
  private:
   class WatchedFile;
 
   void Remember(const std::string& path);
+  bool IsFile(const std::string& path);
 
+  std::set<std::string> known;  // paths that were opened, in lower case, and not deleted since
   std::vector<std::string> unwritten;
 };
 

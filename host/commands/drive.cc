@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/calendar_guard.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/native_file.h"
@@ -30,6 +31,8 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
         return console.Fail(SystemFailure("standard input", errno));
       }
       return WithWritingRun(line, *force, [&](EngineRun& run) {
+        const auto closed = ClosedCalendarFile(run);
+        if (closed) return console.Fail(*closed);
         const int code = RunDrive(run.Objects(), console.in, console.out);
         // Nor is one that fails half-way an input that ended.
         if (&console.in == &std::cin && std::ferror(stdin) != 0) {

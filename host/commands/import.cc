@@ -11,6 +11,7 @@
 
 #include "base/codepage.h"
 #include "base/text.h"
+#include "host/calendar_guard.h"
 #include "host/catalogue.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
@@ -148,8 +149,10 @@ int RunImport(const CommandLine& line, const ImportOptions& options) {
   if (!complaint.empty()) return console.FailUsage(complaint);
   const auto text = ReadNativeFile(options.file, kLargestImport);
   if (!text) return console.Fail(text.Why());
-  return WithWritingRun(line, false,
-                        [&](EngineRun& run) { return Import(run, console, options, *text); });
+  return WithWritingRun(line, !AnyNeedsCalendars({options.type}), [&](EngineRun& run) {
+    run.Objects().setWindowChain(true);
+    return Import(run, console, options, *text);
+  });
 }
 
 }  // namespace

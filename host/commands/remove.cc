@@ -42,7 +42,10 @@ void AddRemoveCommand(CLI::App& app, CommandLine& line) {
   command->footer(
       "Sections of a binder, calendars and to-do lists can't be removed; `wipe` empties them.");
   auto options = std::make_shared<RemoveOptions>();
-  command->add_option("type", options->type, "Data type: contact")->required()->type_name("TYPE");
+  command->add_option("type", options->type, "Data type: contact")
+      ->required()
+      ->check(CLI::IsMember({"contact", "calendar", "todo", "memo", "timezone"}))
+      ->type_name("TYPE");
   command->add_option("category", options->category, "Name or location of the cardfile")
       ->required()
       ->type_name("CATEGORY");
@@ -50,11 +53,15 @@ void AddRemoveCommand(CLI::App& app, CommandLine& line) {
   command->callback([&line, options] {
     line.chosen = [&line, options] {
       const Console& console = line.console;
+      if (options->type == "timezone") {
+        return console.FailUsage("the clocks stay eight; none can be removed");
+      }
       if (options->type != "contact") {
         return console.FailUsage("only a contact category can be removed; `pairwise wipe " +
-                                 options->type + "` empties those of another type");
+                                 options->type + "` empties those of its type");
       }
-      return WithWritingRun(line, false,
+      // Whatever there is of calendars.
+      return WithWritingRun(line, true,
                             [&](EngineRun& run) { return Remove(run, console, *options); });
     };
   });

@@ -93,7 +93,11 @@ Outcome<Done> Importer::Into(const PWSourceCategory& category,
     damage = DamageOfCardfile(category.Location.Str());
     if (!damage.empty()) damage = run.NativePathOf(category.Location.Str()) + ": " + damage;
   }
-  if (!damage.empty()) return Failure{damage + "; nothing is written to a damaged file"};
+  if (!damage.empty()) {
+    // Without a change it saves nothing, but the organiser gets its files back.
+    opened->source->CloseSource();
+    return Failure{damage + "; nothing is written to a damaged file"};
+  }
   PWSource& source = *opened->source;
   if (type == kContactType) WalkCards(source);
   arrived.clear();
@@ -147,6 +151,7 @@ void Importer::Compare(const PWSourceCategory& category) {
   const auto opened = OpenForReading(run, type, category);
   if (!opened) return;
   for (const Arrived& each : arrived) CompareOne(*opened->source, each);
+  opened->source->CloseSource();
 }
 
 void Importer::CompareOne(PWSource& source, const Arrived& each) {

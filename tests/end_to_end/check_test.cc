@@ -61,7 +61,9 @@ TEST(Check, NoRunThatWritesStartsOnACalendarThatItCannotSee) {
         refused.messages,
         "pairwise: " + data +
             "AdaEVEN.WMW: not there, so that a save would overwrite the calendar's other files; "
-            "--force goes on all the same\n")
+            "`pairwise restore` brings a backup back, `pairwise check` tells of the others, and "
+            "only "
+            "`pairwise drive --force` goes on all the same\n")
         << file;
   }
   EXPECT_EQ(sample.Run({"drive", "--force"}, calls).code, 0);

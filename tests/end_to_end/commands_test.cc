@@ -14,6 +14,7 @@
 #include "platform/posix/descriptor.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
+#include "tests/end_to_end/terminal.h"
 
 namespace pw {
 namespace {
@@ -235,6 +236,137 @@ TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
                    "--registry", sample.Folder() + "/old.reg"});
   EXPECT_EQ(other.code, 1);
   EXPECT_FALSE(fs::exists(made + "2"));
+}
+
+// The files of the data folder.
+std::map<std::string, std::string> DataOf(const Sample& sample) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::directory_iterator(sample.Folder() + "/c/Data")) {
+    const std::string name = entry.path().filename().string();
+    files[name] = sample.folder.Get("c/Data/" + name);
+  }
+  return files;
+}
+
+// What is there is looked for by the name that the files will get.
+TEST(Commands, NewLeavesWhatIsThereAndTakesOnlyNamesThatStayWhole) {
+  const Sample sample;
+  ASSERT_EQ(sample.Run({"new", "memo", "Whole"}).code, 0);
+  sample.folder.Put("c/Data/AdaEVEN.WMW", "events");
+  sample.folder.Put("c/Data/Rest.WMContent", "texts");
+  for (const char* ending : {".WMWrite", ".WMNoteHeader", ".WMContent"}) {
+    sample.folder.Put(std::string("c/Data/Bad") + ending, "what is left of it");
+  }
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    std::string message;
+  } cases[] = {
+      {{"todo", " Ada "}, 1, "AdaEVEN.WMW: is there already"},
+      {{"calendar", "Ada "}, 1, "AdaEVEN.WMW: is there already"},
+      {{"contact", "  Friends", "--field", "x"}, 1, "Friends.WMCard: is there already"},
+      {{"memo", " Whole"}, 1, "Whole;Whole: is there already"},
+      {{"memo", "Rest"}, 1, "Rest.WMContent: is there already"},
+      {{"memo", "Bad"}, 1, "Bad.WMWrite: is there already"},
+      {{"contact", "日本", "--field", "A"}, 2, "'日本' has characters that the organiser lacks"},
+      {{"contact", "A", "--field", "日本"}, 2, "'日本' has characters that the organiser lacks"},
+      {{"contact", "A", "--field", "a\tb"}, 2, "control character"},
+      {{"contact", "A", "--field", ""}, 2, "a field needs a name"},
+      {{"memo", "a\nb"}, 2, "control character"},
+      {{"memo", "a\u0081"}, 2, "control character"},
+      {{"memo", "a;b"}, 2, "holds no ;"},
+      {{"memo", "The fifth book of the year"}, 2, "room for 24 characters"},
+      {{"todo", "  "}, 2, "isn't empty"},
+  };
+  const auto before = DataOf(sample);
+  for (const auto& each : cases) {
+    std::vector<std::string> words = each.words;
+    words.insert(words.begin(), "new");
+    const Finished run = sample.Run(words);
+    EXPECT_EQ(run.code, each.code) << each.message;
+    EXPECT_TRUE(Has(run.messages, each.message));
+    EXPECT_EQ(run.out, "");
+  }
+  EXPECT_EQ(DataOf(sample), before);
+  EXPECT_EQ(sample.Run({"new", "contact", " Müller & Co ", "--field", "Größe"}).code, 0);
+  EXPECT_TRUE(Has(sample.Run({"list", "contact", "Müller & Co"}).out, "\tGröße\t"));
+}
+
+TEST(Commands, NewTellsWhichFieldsHadNoRoom) {
+  const Sample sample;
+  const std::string a(40'000, 'a');
+  const std::string b(40'000, 'b');
+  const Finished run = sample.Run({"new", "contact", "Long", "--field", a, "--field", b});
+  EXPECT_EQ(run.code, 4);
+  EXPECT_TRUE(Has(run.messages, "Long.WMCard: the last 1 field was left out"));
+  EXPECT_EQ(sample.Run({"new", "contact", "Short", "--field", a}).code, 0);
+}
+
+TEST(Commands, NewAsksForATemplateByItsNumber) {
+  const Sample sample;
+  const std::string profile = sample.folder.Get("profile.toml");
+  sample.folder.Put("profile.toml", profile + "3 = 'C:'\n");
+  sample.folder.Put("c/Data/crdstyle.dat", "[Plain]Name\r\n[Club]Member\tSince\r\n");
+  const std::vector<std::string> words = {"-p", sample.Folder(), "new", "contact", "Chess"};
+  for (const char* typed : {"1x\n", "3\n", "0\n", "-1\n", "4294967297\n"}) {
+    const Finished run = RunAtTerminal(words, typed);
+    EXPECT_EQ(run.code, 1) << typed;
+    EXPECT_TRUE(Has(run.out, "is none of 1 to 2; nothing was made\n"));
+    EXPECT_FALSE(fs::exists(sample.Folder() + "/c/Data/Chess.WMCard"));
+  }
+  const Finished run = RunAtTerminal(words, "2\n");
+  EXPECT_EQ(run.code, 0) << run.out;
+  EXPECT_TRUE(Has(sample.Run({"list", "contact", "Chess"}).out, "\tMember\tSince"));
+}
+
+TEST(Commands, WipeNamesWhatCannotBeRead) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  folder.Put("demo/data/Old.WMCard", "not a cardfile");
+  folder.Put("demo/data/Bad.WMWrite", "not a binder");
+  folder.Put("demo/data/AdaEVEN.WMW", folder.Get("demo/data/AdaEVEN.WMW").substr(0, 300));
+  const auto wipe = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"-p", demo, "wipe"});
+    return RunPairwise(words);
+  };
+  const Finished asked = wipe({"contact", "calendar", "memo"});
+  EXPECT_EQ(asked.code, 2);
+  EXPECT_TRUE(Has(asked.messages,
+                  "Delete all of contact (40 records; 'Old' can't be read whole), calendar (0 "
+                  "records; 'Calendar' can't be read whole), memo (6 records; 'Bad' can't be read "
+                  "whole)?"));
+  for (const char* file : {"Old.WMCard: damaged", "AdaEVEN.WMW: cut short", "Bad.WMWrite: the"}) {
+    EXPECT_TRUE(Has(asked.messages, file));
+  }
+  const Finished wiped = wipe({"contact", "calendar", "memo", "--yes"});
+  EXPECT_EQ(wiped.code, 4);
+  EXPECT_EQ(wiped.out,
+            "deleted; there is now contact (0 records; 'Old' can't be read whole), calendar (0 "
+            "records), memo (0 records; 'Bad' can't be read whole)\n");
+  EXPECT_EQ(folder.Get("demo/data/Old.WMCard"), "not a cardfile");
+  for (const char* ending : {"WMWrite", "WMNoteHeader", "WMContent"}) {
+    fs::remove(demo + "/data/Notebook." + ending);
+  }
+  const Finished nothing = wipe({"memo", "--yes"});
+  EXPECT_EQ(nothing.code, 4);
+  EXPECT_TRUE(Has(nothing.messages, "Bad.WMWrite: the binder can't be opened"));
+  EXPECT_TRUE(Has(nothing.messages, "there is nothing that can be deleted\n"));
+}
+
+// One calendar without its event file is in the way of those that come upon calendars.
+TEST(Commands, AnIncompleteCalendarIsNobodyElsesBusiness) {
+  const Sample sample;
+  sample.folder.Put("c/Data/BenData.wmw", "days");
+  for (const char* type : {"calendar", "todo"}) {
+    const Finished run = sample.Run({"new", type, "Ada"});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(Has(run.messages, "BenEVEN.WMW: not there"));
+  }
+  EXPECT_EQ(sample.Run({"new", "memo", "Ada"}).code, 0);
+  EXPECT_EQ(sample.Run({"wipe", "memo", "--yes"}).code, 0);
+  EXPECT_EQ(sample.Run({"remove", "contact", "Friends", "--yes"}).code, 0);
+  EXPECT_EQ(sample.folder.Get("c/Data/BenData.wmw"), "days");
 }
 
 // A calendar shows when it was exported, where nobody knows when an entry was changed.

@@ -112,6 +112,9 @@ TEST(CompletionTest, BashOffersWhatFits) {
   EXPECT_EQ(offered("import contact --format r"), Words{});
   EXPECT_EQ(offered("init --product o"), Words{"orb"});
   EXPECT_EQ(offered("restore --k"), Words{"--keep"});
+  EXPECT_EQ(offered("remove \"\""), Words{"contact"});
+  EXPECT_EQ(offered("new t"), Words{"todo"}) << "clocks can't be made";
+  EXPECT_EQ(offered("wipe contact t"), Words{"todo"}) << "nor emptied";
 }
 
 }  // namespace

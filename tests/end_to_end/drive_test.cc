@@ -1,6 +1,8 @@
 #include <signal.h>
 #include <sys/resource.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -186,6 +188,50 @@ TEST(Drive, SaysWhichFileCouldNotBeWrittenWhole) {
   const std::string backup = run.messages.substr(name, run.messages.find('`', name) - name);
   EXPECT_EQ(sample.Run({"restore", backup}).code, 0);
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before);
+}
+
+TEST(Drive, SaysWhichFileCouldNotBeOpenedAgainOrDeleted) {
+  const Sample sample;
+  {
+    Process process({"--profile", sample.Folder(), "drive"});
+    const auto call = [&](const std::string& line) {
+      process.Write(line + "\n");
+      EXPECT_EQ(process.ReadLine(), kOk);
+    };
+    call(kOpen);
+    call(R"({"op":"first"})");
+    call(R"({"op":"update","record":{"fields":[["Company","x"]]}})");
+    std::filesystem::rename(sample.Cardfile(), sample.Folder() + "/away");
+    call(R"({"op":"close"})");
+    const Finished run = process.Finish();
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(Has(run.messages, "Friends.WMCard: could not be written whole\n"));
+    std::filesystem::rename(sample.Folder() + "/away", sample.Cardfile());
+  }
+  // What is removed on purpose, or was never there, is no loss.
+  const Finished run =
+      Talked(sample, {{kOpen, kOk},
+                      {R"({"op":"close"})", kOk},
+                      {R"({"op":"deletecategory","type":"contact","location":)"
+                       R"("C:\\Data\\friends.WMCard"})",
+                       kOk},
+                      {kOpen, R"({"result":7})"},
+                      {R"({"op":"importpath","path":"C:\\Data\\New.WMCard"})", kOk},
+                      {R"({"op":"prepareimport","type":"contact","fields":["a"]})", kOk}});
+  EXPECT_EQ(run.code, 0);
+  EXPECT_EQ(WithoutBackupLines(run.messages), "");
+}
+
+// Beside its own folders a profile may not touch this machine.
+TEST(Drive, WritesNowhereButOnTheDrives) {
+  const Sample sample;
+  std::string path = sample.Folder() + "/Outside.WMCard";
+  std::replace(path.begin(), path.end(), '/', '\\');
+  std::string json;
+  for (const char c : path) json += c == '\\' ? "\\\\" : std::string(1, c);
+  Talked(sample, {{R"({"op":"importpath","path":")" + json + "\"}", kOk},
+                  {R"({"op":"prepareimport","type":"contact","fields":["a"]})", kOk}});
+  EXPECT_FALSE(std::filesystem::exists(sample.Folder() + "/Outside.WMCard"));
 }
 
 TEST(Drive, KeepsASecondWriterAwayButNoReader) {

@@ -210,8 +210,10 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
       {{"import", "contact", "/nowhere.json"}, 1, "/nowhere.json: No such file"},
       {{"new", "contact", "A/B"}, 2, "a name holds none of"},
       {{"new", "contact", "Friends", "--field", "x"}, 1, "is there already"},
-      {{"new", "contact", "Unmade"}, 1, "which template? Give one as --template NAME"},
-      {{"new", "contact", "Unmade", "--template", "Cats"}, 1, "there is no template 'Cats'"},
+      {{"new", "contact", "Unmade"}, 2, "which template? Give one as --template NAME"},
+      {{"new", "contact", "Unmade", "--template", "Cats"},
+       1,
+       "there is no template 'Cats'; there is 'People', 'Club', 'Suppliers'\n"},
       {{"new", "calendar", "Ada"}, 1, "is there already"},
       {{"new", "todo", "Ada"}, 1, "is there already"},
       {{"new", "memo", "Notebook"}, 1, "is there already"},
@@ -221,7 +223,9 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
       {{"remove", "memo", "Notebook"}, 2, "only a contact category can be removed"},
       {{"wipe", "memo"}, 2, "Delete all of memo (6 records)?"},
       {{"wipe", "timezone", "--yes"}, 2, "the clocks stay eight"},
-      {{"wipe", "nothing", "--yes"}, 1, "there is no type 'nothing'"},
+      {{"wipe", "nothing", "--yes"}, 2, "nothing not in"},
+      {{"remove", "nothing", "x"}, 2, "nothing not in"},
+      {{"remove", "timezone", "x"}, 2, "the clocks stay eight"},
   };
   const auto files = [] {
     std::vector<std::string> names;

@@ -77,6 +77,63 @@ TEST_F(OrganiserTest, ThatIsDisabledMakesTheSourceWait) {
   EXPECT_EQ(open(), kOrganiserOther);
 }
 
+// Of a source that was let go without an end it would wait for its files for ever.
+TEST_F(OrganiserTest, HearsTheEndOfEachCommandThatWrites) {
+  const std::string demo = sample.Folder() + "/demo";
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  sample.folder.Put("demo/data/Old.WMCard", "not a cardfile");
+  const std::string csv = sample.Folder() + "/memos.csv";
+  ASSERT_EQ(RunPairwise({"-p", demo, "export", "memo", "--format", "csv", "-o", csv}).code, 0);
+  const std::vector<std::string> commands[] = {{"wipe", "calendar", "todo", "memo", "--yes"},
+                                               {"wipe", "contact", "--yes"},
+                                               {"wipe", "todo"},
+                                               {"new", "calendar", "Ben"},
+                                               {"import", "memo", csv}};
+  for (std::vector<std::string> words : commands) {
+    const auto organiser = Start({});
+    words.insert(words.begin(), {"-p", demo});
+    RunPairwise(words);
+    organiser->Signal(SIGINT);
+    const std::string heard = organiser->Finish().out;
+    const auto count = [&](const char* step) {
+      std::size_t found = 0;
+      for (std::size_t at = 0; (at = heard.find(step, at)) != std::string::npos; ++at) ++found;
+      return found;
+    };
+    EXPECT_EQ(count(", step 0:"), count(", step 2:") + count(", step 3:")) << words[2] << heard;
+    EXPECT_EQ(heard.empty(), words == std::vector<std::string>({"-p", demo, "wipe", "todo"}));
+  }
+}
+
+TEST_F(OrganiserTest, ThatIsDisabledStopsCommandsThatWrite) {
+  const std::string demo = sample.Folder() + "/demo";
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  const std::string csv = sample.Folder() + "/todos.csv";
+  ASSERT_EQ(RunPairwise({"-p", demo, "export", "todo", "--format", "csv", "-o", csv}).code, 0);
+  const auto organiser = Start({"--disabled"});
+  const struct {
+    std::vector<std::string> words;
+    int code;
+    const char* out;
+  } cases[] = {
+      {{"wipe", "contact", "memo", "--yes"},
+       1,
+       "stopped; there is still contact (40 records), memo (6 records)\n"},
+      {{"new", "calendar", "Ben"}, 1, ""},
+      {{"import", "todo", csv}, 4, "0 records added\n"},
+  };
+  for (const auto& each : cases) {
+    std::vector<std::string> words = each.words;
+    words.insert(words.begin(), {"-p", demo});
+    const Finished run = RunPairwise(words);
+    EXPECT_EQ(run.code, each.code) << run.messages;
+    EXPECT_EQ(run.out, each.out);
+    EXPECT_TRUE(Has(run.messages, "PWDesktop-E0001: All dialogs in PairWise Desktop must be"));
+  }
+  organiser->Signal(SIGINT);
+  organiser->Finish();
+}
+
 TEST_F(OrganiserTest, HearsNothingOfARunThatReads) {
   const auto organiser = Start({});
   const std::string registry = sample.folder.Get("registry.reg");

@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/crc32.h"
 #include "base/process_wide.h"
+#include "framework/crc.h"
 #include "framework/engine_context.h"
 #include "platform/testing/fake_clock.h"
 #include "platform/testing/scripted_dialogs.h"
@@ -208,6 +210,8 @@ TEST_F(DriveTest, AnswersForTheManager) {
       {R"({"op":"deletecategory","type":"contact","location":"x"})", R"({"result":1})"},
       {R"({"op":"fieldnames","type":"contact","location":"x"})", R"({"result":1,"names":[]})"},
       {R"({"op":"importpath","path":"C:\\x"})", R"({"result":0})"},
+      {R"({"op":"importpath","type":"contact"})", R"({"result":0,"path":"C:\\x"})"},
+      {R"({"op":"importpath"})", R"({"result":0,"path":"C:\\x"})"},
       {R"({"op":"prepareimport","type":"contact","fields":["a","b"]})", R"({"result":0})"},
       {R"({"op":"window","chain":true})", "{}"},
       {R"({"op":"now","seconds":-5})", "{}"},
@@ -292,6 +296,22 @@ TEST_F(DriveTest, WalksAndChangesASource) {
   EXPECT_EQ(manager.done, (std::vector<std::string>{"open C:\\x", "set \x81", "close", "gone"}));
 }
 
+TEST_F(DriveTest, GeneratesCrcsOfTextsStampsAndBytes) {
+  const auto crc = [](std::uint32_t value) { return "{\"crc\":" + std::to_string(value) + "}"; };
+  const PWDateTimeStamp stamp(1999, 1, 2, 3, 4, 5);
+  Expect({
+      {R"({"op":"open","type":"contact","location":"x"})", R"({"result":0})"},
+      {R"({"op":"generatecrc","crc":0,"bytes":[49,50,51,52,53,54,55,56,57]})", crc(0xCBF43926)},
+      {R"({"op":"generatecrc","crc":7,"bytes":[]})", crc(7)},
+      {R"({"op":"generatecrc","crc":0,"bytes":[0,255]})",
+       crc(Crc32(0, std::string_view("\0\xFF", 2)))},
+      {R"({"op":"generatecrc","crc":4294967295,"text":"ü"})", crc(FoldText(0xFFFFFFFF, "\xFC"))},
+      {R"({"op":"generatecrc","crc":1,"stamp":"1999-01-02T03:04:05"})", crc(FoldStamp(1, stamp))},
+      {R"({"op":"close"})", R"({"result":0})"},
+      {R"({"op":"generatecrc","crc":0,"text":""})", R"({"error":"no source is open"})"},
+  });
+}
+
 TEST_F(DriveTest, HasOneSourceOrNone) {
   Expect({
       {R"({"op":"open","type":"contact","location":"missing"})", R"({"result":7})"},
@@ -321,6 +341,11 @@ TEST_F(DriveTest, SaysWhatIsWrongWithALineAndDoesNothing) {
       "{\"op\":\"fly\"}",
       "{\"op\":\"name\"} {\"op\":\"name\"}",
       "{\"op\":\"\xFF\"}",
+      std::string("{\"op\":\"close\"}\0x", 15),
+      R"({"op":"generatecrc","crc":0})",
+      R"({"op":"generatecrc","crc":0,"bytes":[256]})",
+      R"({"op":"generatecrc","crc":0,"bytes":"x"})",
+      R"({"op":"generatecrc","text":"x"})",
       R"({"op":"now"})",
       R"({"op":"now","seconds":2147483648})",
       R"({"op":"now","seconds":1.5})",
