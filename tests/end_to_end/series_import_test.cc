@@ -1,0 +1,52 @@
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/end_to_end/process.h"
+#include "tests/platform/temp_folder.h"
+
+namespace pw {
+namespace {
+
+// A calendar of so many series, one each day.
+std::string Calendar(int count, const std::string& subject) {
+  std::string text = "BEGIN:VCALENDAR\r\n";
+  for (int i = 0; i < count; ++i) {
+    text += "BEGIN:VEVENT\r\nUID:" + subject + std::to_string(i) + "\r\nSUMMARY:" + subject +
+            std::to_string(i) + "\r\nDTSTART:199803" + std::to_string(10 + i) +
+            "T080000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;COUNT=2\r\nEND:VEVENT\r\n";
+  }
+  return text + "END:VCALENDAR\r\n";
+}
+
+// A run gives series the seconds from its beginning on as their keys, which reach into the next
+// run.
+TEST(SeriesImport, GivesSeriesOfRunsInARowKeysOfTheirOwn) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  const auto run = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"-p", demo});
+    return RunPairwise(words);
+  };
+  ASSERT_EQ(run({"wipe", "calendar", "--yes"}).code, 0);
+  for (const char* subject : {"a", "b"}) {
+    folder.Put("series.ics", Calendar(20, subject));
+    const Finished done = run({"import", "calendar", (folder.Path() / "series.ics").string()});
+    EXPECT_EQ(done.out, "20 records added\n");
+    EXPECT_EQ(WithoutBackupLines(done.messages), "");
+  }
+  std::set<std::string> ids;
+  std::set<std::string> subjects;
+  for (const auto& each : nlohmann::json::parse(run({"export", "calendar"}).out)) {
+    ids.insert(each["id"].get<std::string>());
+    subjects.insert(each["record"]["Subject"].get<std::string>());
+  }
+  EXPECT_EQ(ids.size(), 40U);
+  EXPECT_EQ(subjects.size(), 40U);
+}
+
+}  // namespace
+}  // namespace pw
