@@ -3,6 +3,7 @@
 #include <libical/ical.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "base/text.h"
@@ -97,13 +98,36 @@ bool IsOfDays(icalrecurrencetype_frequency frequency) {
          frequency == ICAL_MONTHLY_RECURRENCE || frequency == ICAL_YEARLY_RECURRENCE;
 }
 
+// Takes away what the rule says of the time of its dates, where that is the time of the first one,
+// "19980304T100000". Whether it is.
+bool TakeOwnTime(icalrecurrencetype& recur, std::string_view start) {
+  constexpr std::size_t kHourAt = 9;
+  const struct {
+    short* numbers;
+    std::size_t most;
+  } parts[] = {{recur.by_hour, ICAL_BY_HOUR_SIZE},
+               {recur.by_minute, ICAL_BY_MINUTE_SIZE},
+               {recur.by_second, ICAL_BY_SECOND_SIZE}};
+  for (std::size_t i = 0; i < std::size(parts); ++i) {
+    const std::vector<short> numbers = Numbers(parts[i].numbers, parts[i].most);
+    if (numbers.empty()) continue;
+    const std::size_t at = kHourAt + 2 * i;
+    const bool isOwn = numbers.size() == 1 && start.size() >= at + 2 &&
+                       numbers.front() == ParseLong(start.substr(at, 2));
+    if (!isOwn) return false;
+    parts[i].numbers[0] = ICAL_RECURRENCE_ARRAY_MAX;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<RuleDates> WorkOutRule(const std::string& value, chrono::sys_days first,
-                                     std::optional<chrono::sys_days> last) {
+                                     std::optional<chrono::sys_days> last, std::string_view start) {
   if (value.size() > kLongestRule) return std::nullopt;
   icalrecurrencetype recur = icalrecurrencetype_from_string(value.c_str());
   if (!IsOfDays(recur.freq) || recur.interval < 1 || recur.interval > kMostInterval) return {};
+  if (!TakeOwnTime(recur, start)) return std::nullopt;
   RuleDates worked;
   worked.isOpen = !last && recur.count == 0;
   // By our own clocks, not by what the library makes of the moment.
@@ -113,18 +137,25 @@ std::optional<RuleDates> WorkOutRule(const std::string& value, chrono::sys_days 
   const std::unique_ptr<icalrecur_iterator, FreeIterator> iterator(
       icalrecur_iterator_new(recur, TimeOf(first)));
   if (iterator == nullptr) return std::nullopt;
+  bool isWhole = false;
   for (std::size_t i = 0;; ++i) {
     const icaltimetype next = icalrecur_iterator_next(iterator.get());
-    if (icaltime_is_null_time(next) != 0) break;
+    if (icaltime_is_null_time(next) != 0) {
+      isWhole = true;
+      break;
+    }
     const chrono::sys_days date = DateOf(next);
     if (date > behind) break;
     if (i == kMostDates) return std::nullopt;
     if (date >= first) worked.dates.push_back(date);
   }
+  const bool isCounted = recur.count > 0 && isWhole && !worked.dates.empty();
+  if (isCounted && worked.dates.front() != first) worked.dates.pop_back();
   if (worked.dates.empty()) return worked;
   const auto rule = Candidate(recur, first);
   const chrono::sys_days checked = worked.isOpen ? end : worked.dates.back();
-  if (rule && DatesOfRule(*rule, first, checked, worked.dates.size() + 1) == worked.dates) {
+  if (rule &&
+      DatesOfRule(*rule, worked.dates.front(), checked, worked.dates.size() + 1) == worked.dates) {
     worked.rule = rule;
   }
   return worked;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "base/text.h"
 #include "tests/end_to_end/process.h"
 #include "tests/platform/temp_folder.h"
 
@@ -11,12 +12,12 @@ namespace pw {
 namespace {
 
 // A calendar of so many series, one each day.
-std::string Calendar(int count, const std::string& subject) {
+std::string Calendar(int count, const char* subject) {
   std::string text = "BEGIN:VCALENDAR\r\n";
   for (int i = 0; i < count; ++i) {
-    text += "BEGIN:VEVENT\r\nUID:" + subject + std::to_string(i) + "\r\nSUMMARY:" + subject +
-            std::to_string(i) + "\r\nDTSTART:199803" + std::to_string(10 + i) +
-            "T080000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;COUNT=2\r\nEND:VEVENT\r\n";
+    text += Format("BEGIN:VEVENT\r\nUID:%s%d\r\nSUMMARY:%s%d\r\nDTSTART:199803%dT080000\r\n",
+                   subject, i, subject, i, 10 + i);
+    text += "DURATION:PT1H\r\nRRULE:FREQ=DAILY;COUNT=2\r\nEND:VEVENT\r\n";
   }
   return text + "END:VCALENDAR\r\n";
 }
