@@ -17,6 +17,7 @@ using Unit = CalendarRule::Unit;
 
 constexpr std::size_t kLongestRule = 2048;
 constexpr int kMostInterval = 1000;
+constexpr std::int32_t kMonthsOfYear = 12;
 
 struct FreeIterator {
   void operator()(icalrecur_iterator* iterator) const { icalrecur_iterator_free(iterator); }
@@ -69,7 +70,9 @@ std::optional<CalendarRule> Candidate(const icalrecurrencetype& recur, chrono::s
     std::sort(rule.weekdays.begin(), rule.weekdays.end());
     return rule;
   }
-  rule.unit = recur.freq == ICAL_YEARLY_RECURRENCE ? Unit::kYear : Unit::kMonth;
+  const bool isEachYear = recur.freq == ICAL_MONTHLY_RECURRENCE && recur.interval == kMonthsOfYear;
+  if (isEachYear) rule.interval = 1;
+  rule.unit = isEachYear || recur.freq == ICAL_YEARLY_RECURRENCE ? Unit::kYear : Unit::kMonth;
   if (rule.unit == Unit::kYear) {
     if (rule.interval != 1) return std::nullopt;
     rule.month = static_cast<std::uint8_t>(months.empty() ? static_cast<unsigned>(start.month())
@@ -91,6 +94,15 @@ std::optional<CalendarRule> Candidate(const icalrecurrencetype& recur, chrono::s
   if (rule.monthDays.size() > 1 && rule.unit == Unit::kYear) return std::nullopt;
   if (rule.monthDays.front() < -1 || rule.monthDays.back() < -1) return std::nullopt;
   return rule;
+}
+
+// Whether the organiser gives dates at such an interval, and keeps it: it reads one of years in
+// months as that of each year.
+bool IsKept(const CalendarRule& rule) {
+  if (rule.unit == Unit::kDay) return rule.interval <= 366;
+  if (rule.unit == Unit::kWeek) return rule.interval <= 52;
+  if (rule.unit == Unit::kYear) return rule.interval == 1;
+  return rule.interval % kMonthsOfYear != 0 && (rule.week == 0 || rule.interval < kMonthsOfYear);
 }
 
 bool IsOfDays(icalrecurrencetype_frequency frequency) {
@@ -154,7 +166,7 @@ std::optional<RuleDates> WorkOutRule(const std::string& value, chrono::sys_days 
   if (worked.dates.empty()) return worked;
   const auto rule = Candidate(recur, first);
   const chrono::sys_days checked = worked.isOpen ? end : worked.dates.back();
-  if (rule &&
+  if (rule && IsKept(*rule) &&
       DatesOfRule(*rule, worked.dates.front(), checked, worked.dates.size() + 1) == worked.dates) {
     worked.rule = rule;
   }

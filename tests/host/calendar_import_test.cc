@@ -90,6 +90,7 @@ TEST(CalendarImport, BringsASeriesInByTheOrganisersOwnRuleOrByItsDates) {
       {"FREQ=MONTHLY;BYDAY=WE;BYSETPOS=1", "every month on the 1st Wed"},
       {"FREQ=MONTHLY;BYMONTHDAY=4,-1;COUNT=2", "every month on 4, last day until 1998-03-31"},
       {"FREQ=YEARLY", "every year on 4 Mar"},
+      {"FREQ=MONTHLY;INTERVAL=12", "every year on 4 Mar"},
       {"FREQ=DAILY;BYHOUR=10;BYMINUTE=0;COUNT=3", "every day until 1998-03-06"},
       {"FREQ=WEEKLY;UNTIL=99991231T000000Z", "every week on Wed until 9999-12-31"},
       {"FREQ=YEARLY;BYDAY=1WE;BYMONTH=3", "every year on the 1st Wed of Mar"},
@@ -103,6 +104,11 @@ TEST(CalendarImport, BringsASeriesInByTheOrganisersOwnRuleOrByItsDates) {
   EXPECT_EQ(Brought(Event(at + "FREQ=YEARLY;INTERVAL=2;COUNT=2\nDURATION:PT1H")),
             (std::vector<std::string>{"|1998-03-04 10:00|1998-03-04 11:00" + remark,
                                       "|2000-03-04 10:00|2000-03-04 11:00"}));
+  // Intervals at which the organiser gives no dates, or which it reads as another.
+  for (const char* interval : {"DAILY;INTERVAL=367", "WEEKLY;INTERVAL=53", "MONTHLY;INTERVAL=24",
+                               "MONTHLY;BYDAY=1WE;INTERVAL=13"}) {
+    EXPECT_EQ(Brought(Event(at + "FREQ=" + interval + ";COUNT=2")).size(), 2U) << interval;
+  }
   for (const char* refused : {"FREQ=YEARLY;INTERVAL=2", "FREQ=HOURLY", "nonsense",
                               "FREQ=DAILY;INTERVAL=0", "FREQ=DAILY;BYHOUR=10,15;COUNT=4",
                               "FREQ=DAILY;BYMINUTE=30;COUNT=4", "FREQ=DAILY;UNTIL=nonsense"}) {
