@@ -94,4 +94,11 @@ std::int32_t UtcSeconds(const WMCityRecord* city, const PWDateTimeStamp& local) 
   return city == nullptr ? seconds : LocalToUtc(*city, seconds);
 }
 
+std::optional<std::int32_t> UtcWithin(const WMCityRecord* city, const PWDateTimeStamp& local) {
+  if (local.year < kFirstYearOfSeconds || local.year > kLastYearOfSeconds) return std::nullopt;
+  const std::int32_t seconds = UtcSeconds(city, local);
+  if (seconds < 0) return std::nullopt;
+  return seconds;
+}
+
 }  // namespace pw

@@ -51,4 +51,7 @@ class CityClocks {
 PWDateTimeStamp LocalStamp(const WMCityRecord* city, const PWDateTimeStamp& utc);
 std::int32_t UtcSeconds(const WMCityRecord* city, const PWDateTimeStamp& local);
 
+// The seconds, which are cut to 32 bits, where they hold them: in the years 1970 to 2037.
+std::optional<std::int32_t> UtcWithin(const WMCityRecord* city, const PWDateTimeStamp& local);
+
 }  // namespace pw

@@ -50,12 +50,13 @@ class ClockWrapper : public Clock {
 };
 
 // A clock whose time and ticks can be made to stand still, for runs that must give the same result
-// whenever they are made.
+// whenever they are made; `RunOn` has it tell the time again.
 class SettableClock : public ClockWrapper {
  public:
   using ClockWrapper::ClockWrapper;
 
   void FixNow(std::int64_t seconds) { now = seconds; }
+  void RunOn() { now.reset(); }
   void FixTicks(std::uint32_t value) { ticks = value; }
 
   std::int64_t Now() override { return now ? *now : ClockWrapper::Now(); }

@@ -191,8 +191,16 @@ FileCheck CheckSeries(std::string_view bytes) {
     check.Add(damage.offset, Expected(damage.expected));
   }
   if (!frame.hasHeader) return check;
+  const bool haveKeys = frame.version == recurring::FormatVersion::k50;
+  std::unordered_set<std::int32_t> keys;
   for (const recurring::StoredRecord& stored : frame.records) {
     const recurring::DecodedRecord decoded = recurring::DecodeRecord(frame.version, stored.bytes);
+    const bool isRead = haveKeys && !recurring::IsNoRecord(stored.bytes);
+    if (isRead && !keys.insert(decoded.record.key).second) {
+      check.Add(stored.offset,
+                "a series with a key of its own was expected here; one before it has the same, "
+                "and which dates are whose can't be told");
+    }
     if (decoded.damage) {
       // Such a record is read as a new one.
       const bool isEmptied = recurring::IsNoRecord(stored.bytes);

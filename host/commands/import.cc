@@ -71,7 +71,8 @@ Incoming Read(EngineRun& run, const ImportOptions& options, std::string_view tex
   const CityClocks cities = options.type == kCalendarType ? CityClocks::Of(run) : CityClocks();
   if (format == "csv") return ReadTypedCsv(text, options.type, cities);
   const CalendarFile file = ReadCalendarFile(text);
-  return options.type == kTodoType ? TodosOfCalendar(file) : EventsOfCalendar(file, cities);
+  return options.type == kTodoType ? TodosOfCalendar(file)
+                                   : EventsOfCalendar(file, cities, options.update);
 }
 
 // Where each record goes: into the category named on the command line, or else into the one that it

@@ -20,12 +20,16 @@ struct ReadEvent {
   std::size_t line = 0;  // where it begins
   Event event;
   std::optional<std::int32_t> duration;  // seconds, where it has no end
+  bool isCancelled = false;
+  std::vector<std::string> remarks;  // for a person, what of it has no place here
 };
 
 // A VTODO; `changed` stays empty.
 struct ReadTodo {
   std::size_t line = 0;
   Todo todo;
+  bool isCancelled = false;
+  std::vector<std::string> remarks;
 };
 
 // A VTIMEZONE: its offsets from Greenwich in minutes, east positive, as its last blocks tell them.
@@ -42,8 +46,9 @@ struct CalendarFile {
   LineErrors errors;
 };
 
-// Reads all components of a file; those of other kinds, and properties that no record has a place
-// for, are passed over. A property of our own that has a text exactly is taken before the one
+// Reads all components of a file; those of other kinds are passed over. Properties and alarms that
+// no record has a place for are remarked. A value that isn't UTF-8 is taken as the organiser's code
+// page. A property of our own that has a text exactly is taken before the one
 // beside it. A damaged line is reported and the rest of its component kept; an event without a
 // start, or a component that doesn't end, is reported and left out. Components deeper than four in
 // each other are passed over.

@@ -22,6 +22,9 @@ class LineErrors {
   const std::vector<std::string>& Texts() const { return texts; }
   std::size_t Count() const { return count; }
 
+  // The texts, and behind them how many more there were.
+  std::vector<std::string> Told() const;
+
  private:
   std::vector<std::string> texts;
   std::size_t count = 0;

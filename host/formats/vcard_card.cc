@@ -16,13 +16,6 @@ namespace {
 
 constexpr std::string_view kNoBase64 = "a value that isn't the base64 that it is said to be";
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    if (!TakeUtf8(text)) return false;
-  }
-  return true;
-}
-
 bool Equals(const std::string& text, std::string_view word) {
   return EqualIgnoringCase(text, word);
 }

@@ -1,70 +1,50 @@
-#include <algorithm>
 #include <map>
-#include <memory>
 #include <optional>
 #include <set>
 #include <unordered_map>
 #include <utility>
 
-#include "base/text.h"
 #include "framework/event_record.h"
 #include "host/counted.h"
 #include "host/formats/record_uid.h"
 #include "host/import/calendar_moments.h"
 #include "host/import/calendar_records.h"
+#include "host/import/event_group.h"
+#include "host/import/record_limits.h"
 #include "host/import/rule_dates.h"
-#include "host/series_events.h"
-#include "timeplace/date.h"
-#include "timeplace/engine_zone.h"
+#include "host/import/series_record.h"
+#include "host/record_reader.h"
 
 namespace pw {
 namespace {
 
 namespace chrono = std::chrono;
 
-constexpr std::string_view kOwnUid = "pairwise-";
-
-PWDateTimeStamp StampOfDate(chrono::sys_days date) {
-  const chrono::year_month_day day(date);
-  return {static_cast<std::uint16_t>(static_cast<int>(day.year())),
-          static_cast<std::uint8_t>(static_cast<unsigned>(day.month())),
-          static_cast<std::uint8_t>(static_cast<unsigned>(day.day())),
-          0,
-          0,
-          0};
-}
-
-PWDateTimeStamp StampOfUtc(std::int32_t seconds) {
-  return StampOf(BrokenTimeOf(seconds));
-}
-
-// When an event takes place: UTC seconds, or dates of which the last one counts.
-struct Span {
-  bool isAllDay = false;
-  PWDateTimeStamp start;
-  PWDateTimeStamp end;
-};
-
 EPWEventRecordSensitivity SensitivityOf(const std::optional<EventAccess>& access) {
   if (access == EventAccess::kPersonal) return kSensitivityPersonal;
   return access == EventAccess::kPrivate ? kSensitivityPrivate : kSensitivityNormal;
 }
 
-// A series and its changed occurrences, or an event alone.
-struct Group {
-  const ReadEvent* series = nullptr;
-  std::vector<const ReadEvent*> changed;
-};
+// Whether the organiser gives the date by itself to a series of its own that we exported: of a last
+// weekday the fourth one, in a month that the series ends in before the fifth.
+bool IsGivenByItself(chrono::sys_days date, const RuleDates& worked) {
+  const CalendarRule& rule = *worked.rule;
+  if (rule.week != -1 || date <= worked.dates.back()) return false;
+  const chrono::year_month_day day(date);
+  const chrono::year_month_day next(date + chrono::weeks(1));
+  return chrono::weekday(date).c_encoding() == rule.weekdays.front() && day.month() == next.month();
+}
 
 class EventImport {
  public:
-  EventImport(const CalendarFile& file, const CityClocks& cities) : moments(file, cities) {
-    incoming.problems = file.errors.Texts();
+  EventImport(const CalendarFile& file, const CityClocks& cities, bool update)
+      : moments(file, cities), home(cities.Home()), update(update) {
+    incoming.problems = file.errors.Told();
     for (const ReadEvent& read : file.events) TakeIntoGroup(read);
   }
 
   Incoming Finish() {
-    for (const Group& group : groups) AddGroup(group);
+    for (const EventGroup& group : groups) AddGroup(group);
     for (const std::string& zone : moments.UnknownZones()) {
       incoming.problems.push_back("zone \"" + zone +
                                   "\": no city has it, so that its times are those of the home "
@@ -78,22 +58,28 @@ class EventImport {
     const std::string& uid = read.event.uid;
     // Events without a name have nothing to do with each other.
     if (uid.empty()) {
-      groups.push_back({&read, {}});
+      groups.push_back({&read, {}, {}});
       return;
     }
     const auto [known, isNew] = groupOf.emplace(uid, groups.size());
     if (isNew) groups.emplace_back();
-    Group& group = groups[known->second];
-    if (read.event.replaced) {
+    EventGroup& group = groups[known->second];
+    if (read.event.replaced && !CalendarMoments::IsTime(*read.event.replaced)) {
+      AddSingle(read,
+                "the date of its series that it takes the place of can't be read, and it is "
+                "an event of its own now");
+    } else if (read.event.replaced && read.isCancelled) {
+      group.cancelled.push_back(*read.event.replaced);
+    } else if (read.event.replaced) {
       group.changed.push_back(&read);
     } else if (group.series == nullptr) {
       group.series = &read;
     } else {
-      groups.push_back({&read, {}});
+      groups.push_back({&read, {}, {}});
     }
   }
 
-  void AddGroup(const Group& group) {
+  void AddGroup(const EventGroup& group) {
     if (group.series == nullptr) {
       for (const ReadEvent* each : group.changed) {
         AddSingle(*each, "an occurrence whose series isn't there, now an event of its own");
@@ -101,25 +87,29 @@ class EventImport {
       return;
     }
     const Event& event = group.series->event;
-    if (event.rule.empty() && event.dates.empty() && event.deleted.empty()) {
-      AddSingle(*group.series, "");
-      for (const ReadEvent* each : group.changed) AddSingle(*each, "");
-    } else if (event.rule.empty()) {
-      AddDates(group, AllDates(group, {}), "its dates follow no rule");
-    } else {
-      AddSeries(group);
-    }
+    if (group.series->isCancelled) return LeaveOut(*group.series, "it was cancelled");
+    const bool isAlone = event.rule.empty() && event.dates.empty() && event.deleted.empty() &&
+                         group.cancelled.empty();
+    if (!isAlone) return AddSeries(group);
+    AddSingle(*group.series, "");
+    for (const ReadEvent* each : group.changed) AddSingle(*each, "");
+  }
+
+  void LeaveOut(const ReadEvent& read, const std::string& why) {
+    incoming.problems.push_back("line " + std::to_string(read.line) + ": " + why +
+                                ", and it is left out");
+  }
+
+  // Whether a record of the organiser's is to be changed by it.
+  bool IsUpdate(const ReadEvent& read) const {
+    return update && !IdOfRecordUid(read.event.uid).empty();
   }
 
   // --- Events alone ---
 
-  IncomingRecord& NewRecord(const ReadEvent& read) {
-    IncomingRecord& record = incoming.records.emplace_back();
+  void Fill(const ReadEvent& read, const EventSpan& span, IncomingRecord& record) {
     record.where = "line " + std::to_string(read.line);
-    return record;
-  }
-
-  void Fill(const ReadEvent& read, const Span& span, IncomingRecord& record) {
+    record.remarks.insert(record.remarks.end(), read.remarks.begin(), read.remarks.end());
     PWEventRecord event(&record.record);
     event.Subject(Incorporated(read.event.subject, "Subject", record).c_str());
     event.Location(Incorporated(read.event.location, "Location", record).c_str());
@@ -132,219 +122,173 @@ class EventImport {
     event.Sensitivity(SensitivityOf(read.event.access));
   }
 
-  // Nothing where a time isn't one, which is told.
-  std::optional<Span> SpanOf(const ReadEvent& read) {
-    const Event& event = read.event;
-    const auto start = moments.UtcOf(event.start);
-    const auto end = event.end ? moments.UtcOf(*event.end) : start;
-    if (!start || !end) {
-      incoming.problems.push_back("line " + std::to_string(read.line) +
-                                  ": its times can't be read, and it is left out");
-      return std::nullopt;
+  // The organiser would take one of no length without a word, and not keep it.
+  void Lengthen(EventSpan& span, IncomingRecord& record) const {
+    if (pw::Lengthen(span, home)) {
+      record.remarks.emplace_back("it has no length, and is a minute long now");
     }
-    if (CalendarMoments::IsDate(event.start)) return DaysOf(read);
-    const std::int32_t last = event.end ? *end : WrappingSum(*start, read.duration.value_or(0));
-    return Span{false, StampOfUtc(*start), StampOfUtc(std::max(*start, last))};
-  }
-
-  Span DaysOf(const ReadEvent& read) {
-    const Event& event = read.event;
-    const chrono::sys_days start = *moments.DateBy(nullptr, event.start);
-    chrono::sys_days last = start;
-    if (event.end) last = *moments.DateBy(moments.CityOf(*event.end), *event.end) - chrono::days(1);
-    if (read.duration) last = start + chrono::days(*read.duration / kSecondsPerDay - 1);
-    return {true, StampOfDate(start), StampOfDate(std::max(start, last))};
   }
 
   void AddSingle(const ReadEvent& read, const char* remark) {
-    const auto span = SpanOf(read);
-    if (!span) return;
-    IncomingRecord& record = NewRecord(read);
-    record.id = IdOfRecordUid(read.event.uid);
+    if (read.isCancelled) return LeaveOut(read, "it was cancelled");
+    const bool isOccurrence = read.event.replaced.has_value();
+    if (isOccurrence && IsUpdate(read)) {
+      return LeaveOut(read, "it is a date of a series that the file doesn't hold as one");
+    }
+    auto span = SpanOf(read, moments);
+    if (!span) return LeaveOut(read, span.Why().message);
+    IncomingRecord& record = incoming.records.emplace_back();
+    // A series isn't replaced by one of its dates.
+    if (!isOccurrence) record.id = IdOfRecordUid(read.event.uid);
     if (*remark != '\0') record.remarks.emplace_back(remark);
+    Lengthen(*span, record);
     Fill(read, *span, record);
   }
 
   // --- Series ---
 
-  // All dates, by the series' clocks, that it takes place on as it says itself: those given, or
-  // else its own and the ones beside; without those deleted or otherwise.
-  std::set<chrono::sys_days> AllDates(const Group& group, std::vector<chrono::sys_days> ofRule) {
-    const Event& event = group.series->event;
-    const WMCityRecord* city = moments.CityOf(event.start);
-    std::set<chrono::sys_days> dates(ofRule.begin(), ofRule.end());
-    const auto start = moments.DateBy(city, event.start);
-    if (start && event.rule.empty()) dates.insert(*start);
-    for (const CalendarTime& time : event.dates) {
-      if (const auto date = moments.DateBy(city, time)) dates.insert(*date);
+  void AddSeries(const EventGroup& group) {
+    const ReadEvent& series = *group.series;
+    const auto span = SpanOf(series, moments);
+    if (!span) return LeaveOut(series, span.Why().message);
+    const SeriesDates dates = DatesOf(group, moments);
+    if (series.event.rule.empty()) {
+      return AddDates(group, *span, dates, {}, "its dates follow no rule");
     }
-    for (const CalendarTime& time : event.deleted) {
-      if (const auto date = moments.DateBy(city, time)) dates.erase(*date);
-    }
-    for (const ReadEvent* each : group.changed) {
-      if (const auto date = moments.DateBy(city, *each->event.replaced)) dates.erase(*date);
-    }
-    return dates;
-  }
-
-  // The span of the series on another of its dates, at the same times by the clock.
-  Span OnDate(const ReadEvent& series, const Span& span, chrono::sys_days date) {
     const WMCityRecord* city = moments.CityOf(series.event.start);
-    const chrono::days shift = date - *moments.DateBy(city, series.event.start);
-    if (span.isAllDay) {
-      return {true, StampOfDate(DateOf(span.start) + shift), StampOfDate(DateOf(span.end) + shift)};
+    const CalendarTime until{UntilOf(series.event.rule), series.event.start.zone};
+    const auto last = moments.DateBy(city, until);
+    const auto worked = WorkOutRule(series.event.rule, *moments.DateBy(city, series.event.start),
+                                    last, series.event.start.text);
+    if (!worked || (!last && !until.text.empty())) {
+      return LeaveOut(series, "its rule can't be followed");
     }
-    const auto shifted = [&](const PWDateTimeStamp& stamp) {
-      PWDateTimeStamp local = LocalStamp(city, stamp);
-      const PWDateTimeStamp day = StampOfDate(DateOf(local) + shift);
-      local.year = day.year;
-      local.month = day.month;
-      local.day = day.day;
-      return StampOfUtc(UtcSeconds(city, local));
-    };
-    return {false, shifted(span.start), shifted(span.end)};
+    if (worked->dates.empty()) {
+      return AddDates(group, *span, dates, {}, "its rule gives no date but the first");
+    }
+    const LocalStart first{worked->dates.front(),
+                           moments.LocalBy(city, series.event.start)->second};
+    const auto firstSpan = SpanFrom(first, series, *span, moments);
+    if (!firstSpan) return LeaveOut(series, "it lies outside of the years that the organiser has");
+    const std::string why = WhyNoSeries(group, *firstSpan, *worked, home, moments);
+    if (!why.empty() && worked->isOpen) return LeaveOut(series, why + ", and it has no end");
+    if (!why.empty()) return AddDates(group, *span, dates, worked->dates, why);
+    IncomingRecord& record = incoming.records.emplace_back();
+    record.id = IdOfRecordUid(series.event.uid);
+    record.remarks = dates.remarks;
+    Fill(series, *firstSpan, record);
+    SetPattern(group, *span, dates, *worked, last, moments, record);
+    AddBeside(group, *span, dates, *worked);
   }
 
   // An event for each of the dates, and for each occurrence that is otherwise.
-  void AddDates(const Group& group, const std::set<chrono::sys_days>& dates, const char* why) {
-    const auto span = SpanOf(*group.series);
-    if (!span) return;
-    bool isFirst = true;
-    for (const chrono::sys_days date : dates) {
-      IncomingRecord& record = NewRecord(*group.series);
-      if (std::exchange(isFirst, false)) {
-        record.remarks.push_back(std::string(why) + ", and each is an event of its own");
-      }
-      Fill(*group.series, OnDate(*group.series, *span, date), record);
+  void AddDates(const EventGroup& group, const EventSpan& span, const SeriesDates& dates,
+                const std::vector<chrono::sys_days>& ofRule, const std::string& why) {
+    const ReadEvent& series = *group.series;
+    if (IsUpdate(series)) {
+      return LeaveOut(series, why + ", so that it can't take the place of the one that is there");
     }
+    const std::set<LocalStart> starts = StartsOf(group, dates, ofRule, moments);
+    if (starts.empty() && group.changed.empty()) {
+      return LeaveOut(series, "all its dates are deleted");
+    }
+    std::vector<std::string> remarks = dates.remarks;
+    remarks.insert(remarks.begin(), why + ", and each date is an event of its own");
+    AddEach(series, span, starts, std::move(remarks));
     for (const ReadEvent* each : group.changed) AddSingle(*each, "");
   }
 
-  void AddSeries(const Group& group) {
+  // Dates that the rule doesn't give.
+  void AddBeside(const EventGroup& group, const EventSpan& span, const SeriesDates& dates,
+                 const RuleDates& worked) {
     const ReadEvent& series = *group.series;
-    const auto span = SpanOf(series);
-    if (!span) return;
-    const WMCityRecord* city = moments.CityOf(series.event.start);
-    const chrono::sys_days first = *moments.DateBy(city, series.event.start);
-    const auto worked = WorkOutRule(series.event.rule, first, LastDate(series.event, city));
-    const std::string where = "line " + std::to_string(series.line) + ": ";
-    if (!worked || worked->dates.empty()) {
-      incoming.problems.push_back(where + "its rule can't be followed, and it is left out");
+    const bool isOwn = !IdOfRecordUid(series.event.uid).empty();
+    std::set<LocalStart> beside = StartsOf(group, dates, {}, moments);
+    const auto own = StartOf(series.event.start, series, moments);
+    for (const chrono::sys_days date : worked.dates) beside.erase({date, own->second});
+    for (auto each = beside.begin(); isOwn && each != beside.end();) {
+      each = IsGivenByItself(each->first, worked) ? beside.erase(each) : std::next(each);
+    }
+    if (beside.empty()) return;
+    if (IsUpdate(series)) {
+      incoming.records.back().remarks.push_back(Counted(beside.size(), "date", "dates") +
+                                                " beside its rule can't come along, left out");
       return;
     }
-    if (!worked->rule && worked->isOpen) {
-      incoming.problems.push_back(where +
-                                  "the organiser hasn't got its rule, which has no end, "
-                                  "and it is left out");
-      return;
+    AddEach(series, span, beside,
+            {"the rule of its series doesn't give its date, and it is an event of its own now"});
+  }
+
+  // An event for each of the starts. The first one has the remarks on all of them.
+  void AddEach(const ReadEvent& series, const EventSpan& span, const std::set<LocalStart>& starts,
+               std::vector<std::string> remarks) {
+    IncomingRecord event;
+    event.remarks = std::move(remarks);
+    Fill(series, span, event);
+    const std::string tooMany = WhyTooMany(series.event, starts.size());
+    const std::string tooLong = WhyTooLong(event.record, kCalendarType);
+    if (!tooMany.empty()) return LeaveOut(series, tooMany);
+    if (!tooLong.empty()) return LeaveOut(series, tooLong);
+    EventSpan first = span;
+    Lengthen(first, event);
+    std::size_t outside = 0;
+    for (const LocalStart& start : starts) {
+      auto own = SpanFrom(start, series, span, moments);
+      if (!own) {
+        ++outside;
+        continue;
+      }
+      pw::Lengthen(*own, home);
+      PWEventRecord record(&event.record);
+      record.StartDate(own->start);
+      record.EndDate(own->end);
+      incoming.records.push_back(event);
+      event.remarks.clear();
     }
-    if (!worked->rule) {
-      return AddDates(group, AllDates(group, worked->dates), "the organiser hasn't got its rule");
+    if (outside > 0) {
+      LeaveOut(series, Counted(outside, "of its dates lies", "of its dates lie") +
+                           " outside of the years that the organiser has");
     }
-    AddRule(group, *span, *worked);
   }
 
-  // The last date that the rule names by a moment; nothing where it names none.
-  std::optional<chrono::sys_days> LastDate(const Event& event, const WMCityRecord* city) {
-    const CalendarTime until{UntilOf(event.rule), event.start.zone};
-    if (until.text.empty()) return std::nullopt;
-    return moments.DateBy(city, until);
-  }
-
-  void AddRule(const Group& group, const Span& span, const RuleDates& worked) {
-    const ReadEvent& series = *group.series;
-    const WMCityRecord* city = moments.CityOf(series.event.start);
-    IncomingRecord& record = NewRecord(series);
-    record.id = IdOfRecordUid(series.event.uid);
-    Fill(series, OnDate(series, span, worked.dates.front()), record);
-    PWEventRecord event(&record.record);
-    SetRule(event, *worked.rule);
-    PWRecurrancePattern& pattern = *event.RecurrancePattern();
-    pattern.Options.Bit(PWRecurrancePattern::kNeverEnds, worked.isOpen);
-    if (!worked.isOpen) pattern.EndDate = EndOf(series.event, city, worked);
-    if (city != nullptr && !span.isAllDay) {
-      pattern.TimeZone = PWTimeZone(EngineZoneOf(*city, PWDateTimeStamp::CurrentTime().year));
+  // Each date has all texts, so that a small file could fill the memory. Empty where they are few
+  // enough, which are then counted.
+  std::string WhyTooMany(const Event& event, std::size_t count) {
+    constexpr std::size_t kBytesOfRecord = 1024;
+    if (count > kMostDatesAlone) {
+      return Counted(count, "date", "dates") + " of it would be an event each, and " +
+             std::to_string(kMostDatesAlone) + " are the most";
     }
-    for (const CalendarTime& time : series.event.deleted) {
-      if (const auto date = moments.DateBy(city, time)) AddDeleted(pattern, *date);
+    const std::size_t texts =
+        event.subject.size() + event.location.size() + event.notes.size() + kBytesOfRecord;
+    if (count * texts > kMostBytesOfDates - bytesOfDates) {
+      return "its dates would be an event each, of which the file has too many already";
     }
-    for (const ReadEvent* each : group.changed) AddChanged(pattern, group, *each);
-    AddBeside(group, span, worked);
-  }
-
-  // The organiser's own series keeps the end that it had, which may lie behind its last date.
-  PWDateTimeStamp EndOf(const Event& event, const WMCityRecord* city, const RuleDates& worked) {
-    return StampOfDate(LastDate(event, city).value_or(worked.dates.back()));
-  }
-
-  static void AddDeleted(PWRecurrancePattern& pattern, chrono::sys_days date) {
-    auto exception = std::make_unique<PWRecurranceException>();
-    exception->Date = StampOfDate(date);
-    exception->Changes.Bit(PWRecurranceException::kDeleted, true);
-    pattern.AddException(exception.release());
-  }
-
-  // An occurrence that is the same by the clock is none that was changed: only its length differs,
-  // where the clocks change within it.
-  void AddChanged(PWRecurrancePattern& pattern, const Group& group, const ReadEvent& changed) {
-    const ReadEvent& series = *group.series;
-    const WMCityRecord* city = moments.CityOf(series.event.start);
-    const auto date = moments.DateBy(city, *changed.event.replaced);
-    const auto span = SpanOf(changed);
-    const auto own = SpanOf(series);
-    if (!date || !span || !own) return;
-    const Span expected = OnDate(series, *own, *date);
-    const bool isSame = span->start == expected.start && span->end == expected.end &&
-                        changed.event.subject == series.event.subject &&
-                        changed.event.location == series.event.location &&
-                        changed.event.notes == series.event.notes &&
-                        changed.event.alarmLead == series.event.alarmLead;
-    if (isSame) return;
-    auto exception = std::make_unique<PWRecurranceException>();
-    exception->Date = StampOfDate(*date);
-    exception->StartDate = span->start;
-    exception->EndDate = span->end;
-    SetTexts(*exception, changed.event);
-    pattern.AddException(exception.release());
-  }
-
-  // A changed occurrence is told whole, and so all of it counts as changed.
-  void SetTexts(PWRecurranceException& exception, const Event& changed) {
-    IncomingRecord& record = incoming.records.back();
-    PWBitField& changes = exception.Changes;
-    changes.Bit(PWRecurranceException::kHasAlarm, changed.alarmLead.has_value());
-    exception.AlarmAdvance.value = changed.alarmLead.value_or(0);
-    changes.Bit(PWRecurranceException::kSubjectChanged, true);
-    exception.Subject = Incorporated(changed.subject, "Subject", record);
-    changes.Bit(PWRecurranceException::kLocationChanged, true);
-    exception.Location = Incorporated(changed.location, "Location", record);
-    changes.Bit(PWRecurranceException::kNotesChanged, true);
-    exception.Notes = Incorporated(changed.notes, "Notes", record);
-  }
-
-  // Dates beside the rule. Those of our own files the organiser gives by itself.
-  void AddBeside(const Group& group, const Span& span, const RuleDates& worked) {
-    const ReadEvent& series = *group.series;
-    if (series.event.uid.rfind(kOwnUid, 0) == 0) return;
-    std::set<chrono::sys_days> beside = AllDates(group, {});
-    for (const chrono::sys_days date : worked.dates) beside.erase(date);
-    for (const chrono::sys_days date : beside) {
-      IncomingRecord& record = NewRecord(series);
-      record.remarks.emplace_back("a date beside the rule of its series, now an event of its own");
-      Fill(series, OnDate(series, span, date), record);
-    }
+    bytesOfDates += count * texts;
+    return "";
   }
 
   CalendarMoments moments;
-  std::vector<Group> groups;
+  const WMCityRecord* home;
+  bool update;
+  std::vector<EventGroup> groups;
   std::unordered_map<std::string, std::size_t> groupOf;
+  std::size_t bytesOfDates = 0;
   Incoming incoming;
 };
 
 }  // namespace
 
-Incoming EventsOfCalendar(const CalendarFile& file, const CityClocks& cities) {
-  return EventImport(file, cities).Finish();
+Incoming EventsOfCalendar(const CalendarFile& file, const CityClocks& cities, bool update) {
+  Incoming incoming = EventImport(file, cities, update).Finish();
+  if (file.events.empty()) {
+    incoming.problems.push_back(
+        "the file holds no events" +
+        (file.todos.empty() ? ""
+                            : ", but " + Counted(file.todos.size(), "to-do item", "to-do items") +
+                                  ": import it as todo"));
+  }
+  return incoming;
 }
 
 }  // namespace pw

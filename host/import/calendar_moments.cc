@@ -10,6 +10,8 @@
 namespace pw {
 namespace {
 
+namespace chrono = std::chrono;
+
 constexpr std::size_t kDateLength = 8;
 
 std::int32_t Number(const std::string& text, std::size_t at, std::size_t length) {
@@ -42,6 +44,11 @@ bool IsUtc(const CalendarTime& time) {
 
 }  // namespace
 
+LocalStart LocalOf(const PWDateTimeStamp& stamp) {
+  return {DateOf(stamp), chrono::hours(stamp.hour) + chrono::minutes(stamp.minute) +
+                             chrono::seconds(stamp.second)};
+}
+
 CalendarMoments::CalendarMoments(const CalendarFile& file, const CityClocks& cities)
     : file(file), cities(cities) {}
 
@@ -71,19 +78,32 @@ const WMCityRecord* CalendarMoments::CityOf(const CalendarTime& time) {
   return place->second;
 }
 
+bool CalendarMoments::IsTime(const CalendarTime& time) {
+  return FieldsOf(time.text).has_value();
+}
+
 std::optional<std::int32_t> CalendarMoments::UtcOf(const CalendarTime& time) {
   const auto fields = FieldsOf(time.text);
   if (!fields) return std::nullopt;
-  return UtcSeconds(IsUtc(time) ? nullptr : CityOf(time), *fields);
+  return UtcWithin(IsUtc(time) ? nullptr : CityOf(time), *fields);
 }
 
-std::optional<std::chrono::sys_days> CalendarMoments::DateBy(const WMCityRecord* city,
-                                                             const CalendarTime& time) {
-  const auto fields = FieldsOf(time.text);
+std::optional<LocalStart> CalendarMoments::LocalBy(const WMCityRecord* city,
+                                                   const CalendarTime& time) {
+  auto fields = FieldsOf(time.text);
   if (!fields) return std::nullopt;
   // A time by the same clocks needs no way there and back.
   const bool isLocal = IsDate(time) || (!IsUtc(time) && CityOf(time) == city);
-  return DateOf(isLocal ? *fields : LocalStamp(city, StampOf(BrokenTimeOf(*UtcOf(time)))));
+  const auto utc = isLocal ? std::nullopt : UtcOf(time);
+  if (utc) fields = LocalStamp(city, StampOf(BrokenTimeOf(*utc)));
+  return LocalOf(*fields);
+}
+
+std::optional<chrono::sys_days> CalendarMoments::DateBy(const WMCityRecord* city,
+                                                        const CalendarTime& time) {
+  const auto local = LocalBy(city, time);
+  if (!local) return std::nullopt;
+  return local->first;
 }
 
 }  // namespace pw

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <ostream>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "host/catalogue.h"
 #include "host/check/card_check.h"
 #include "host/import/record_limits.h"
+#include "host/import/series_keys.h"
 #include "host/text_table.h"
 #include "platform/whole_file.h"
 
@@ -100,6 +102,8 @@ Outcome<Done> Importer::Into(const PWSourceCategory& category,
   }
   PWSource& source = *opened->source;
   if (type == kContactType) WalkCards(source);
+  std::optional<SeriesKeys> keys;
+  if (type == kCalendarType) keys.emplace(source, records, run.Objects().clock);
   arrived.clear();
   for (std::size_t i = 0; i < records.size(); ++i) {
     Bring(source, records[i]);

@@ -3,6 +3,7 @@
 #include <libical/ical.h>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "base/text.h"
@@ -16,6 +17,7 @@ using Unit = CalendarRule::Unit;
 
 constexpr std::size_t kLongestRule = 2048;
 constexpr int kMostInterval = 1000;
+constexpr std::int32_t kMonthsOfYear = 12;
 
 struct FreeIterator {
   void operator()(icalrecur_iterator* iterator) const { icalrecur_iterator_free(iterator); }
@@ -68,7 +70,9 @@ std::optional<CalendarRule> Candidate(const icalrecurrencetype& recur, chrono::s
     std::sort(rule.weekdays.begin(), rule.weekdays.end());
     return rule;
   }
-  rule.unit = recur.freq == ICAL_YEARLY_RECURRENCE ? Unit::kYear : Unit::kMonth;
+  const bool isEachYear = recur.freq == ICAL_MONTHLY_RECURRENCE && recur.interval == kMonthsOfYear;
+  if (isEachYear) rule.interval = 1;
+  rule.unit = isEachYear || recur.freq == ICAL_YEARLY_RECURRENCE ? Unit::kYear : Unit::kMonth;
   if (rule.unit == Unit::kYear) {
     if (rule.interval != 1) return std::nullopt;
     rule.month = static_cast<std::uint8_t>(months.empty() ? static_cast<unsigned>(start.month())
@@ -92,18 +96,50 @@ std::optional<CalendarRule> Candidate(const icalrecurrencetype& recur, chrono::s
   return rule;
 }
 
+// Whether the organiser gives dates at such an interval, and keeps it: it reads one of years in
+// months as that of each year.
+bool IsKept(const CalendarRule& rule) {
+  if (rule.unit == Unit::kDay) return rule.interval <= 366;
+  if (rule.unit == Unit::kWeek) return rule.interval <= 52;
+  if (rule.unit == Unit::kYear) return rule.interval == 1;
+  return rule.interval % kMonthsOfYear != 0 && (rule.week == 0 || rule.interval < kMonthsOfYear);
+}
+
 bool IsOfDays(icalrecurrencetype_frequency frequency) {
   return frequency == ICAL_DAILY_RECURRENCE || frequency == ICAL_WEEKLY_RECURRENCE ||
          frequency == ICAL_MONTHLY_RECURRENCE || frequency == ICAL_YEARLY_RECURRENCE;
 }
 
+// Takes away what the rule says of the time of its dates, where that is the time of the first one,
+// "19980304T100000". Whether it is.
+bool TakeOwnTime(icalrecurrencetype& recur, std::string_view start) {
+  constexpr std::size_t kHourAt = 9;
+  const struct {
+    short* numbers;
+    std::size_t most;
+  } parts[] = {{recur.by_hour, ICAL_BY_HOUR_SIZE},
+               {recur.by_minute, ICAL_BY_MINUTE_SIZE},
+               {recur.by_second, ICAL_BY_SECOND_SIZE}};
+  for (std::size_t i = 0; i < std::size(parts); ++i) {
+    const std::vector<short> numbers = Numbers(parts[i].numbers, parts[i].most);
+    if (numbers.empty()) continue;
+    const std::size_t at = kHourAt + 2 * i;
+    const bool isOwn = numbers.size() == 1 && start.size() >= at + 2 &&
+                       numbers.front() == ParseLong(start.substr(at, 2));
+    if (!isOwn) return false;
+    parts[i].numbers[0] = ICAL_RECURRENCE_ARRAY_MAX;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<RuleDates> WorkOutRule(const std::string& value, chrono::sys_days first,
-                                     std::optional<chrono::sys_days> last) {
+                                     std::optional<chrono::sys_days> last, std::string_view start) {
   if (value.size() > kLongestRule) return std::nullopt;
   icalrecurrencetype recur = icalrecurrencetype_from_string(value.c_str());
   if (!IsOfDays(recur.freq) || recur.interval < 1 || recur.interval > kMostInterval) return {};
+  if (!TakeOwnTime(recur, start)) return std::nullopt;
   RuleDates worked;
   worked.isOpen = !last && recur.count == 0;
   // By our own clocks, not by what the library makes of the moment.
@@ -113,18 +149,25 @@ std::optional<RuleDates> WorkOutRule(const std::string& value, chrono::sys_days 
   const std::unique_ptr<icalrecur_iterator, FreeIterator> iterator(
       icalrecur_iterator_new(recur, TimeOf(first)));
   if (iterator == nullptr) return std::nullopt;
+  bool isWhole = false;
   for (std::size_t i = 0;; ++i) {
     const icaltimetype next = icalrecur_iterator_next(iterator.get());
-    if (icaltime_is_null_time(next) != 0) break;
+    if (icaltime_is_null_time(next) != 0) {
+      isWhole = true;
+      break;
+    }
     const chrono::sys_days date = DateOf(next);
     if (date > behind) break;
     if (i == kMostDates) return std::nullopt;
     if (date >= first) worked.dates.push_back(date);
   }
+  const bool isCounted = recur.count > 0 && isWhole && !worked.dates.empty();
+  if (isCounted && worked.dates.front() != first) worked.dates.pop_back();
   if (worked.dates.empty()) return worked;
   const auto rule = Candidate(recur, first);
   const chrono::sys_days checked = worked.isOpen ? end : worked.dates.back();
-  if (rule && DatesOfRule(*rule, first, checked, worked.dates.size() + 1) == worked.dates) {
+  if (rule && IsKept(*rule) &&
+      DatesOfRule(*rule, worked.dates.front(), checked, worked.dates.size() + 1) == worked.dates) {
     worked.rule = rule;
   }
   return worked;

@@ -121,8 +121,10 @@ std::string FillEvent(const Contact& row, const CityClocks& cities, IncomingReco
   const auto start = StampIn(startText);
   const auto end = StampIn(Cell(row, "End"));
   if (!start || !end) return "it has no times";
+  const bool areHeld = UtcWithin(nullptr, *start) && UtcWithin(nullptr, *end);
   PWEventRecord event(&record.record);
   event.AllDay(IsDate(startText));
+  if (!event.AllDay() && !areHeld) return "it lies outside of the years that the organiser has";
   const auto inUtc = [&](const PWDateTimeStamp& stamp) {
     return event.AllDay() ? stamp : StampOf(BrokenTimeOf(UtcSeconds(cities.Home(), stamp)));
   };

@@ -173,6 +173,11 @@ TEST(CheckTest, SeriesAndAllDayEntries) {
   const test::RecurringFileBytes series = test::SomeSeries(true);
   EXPECT_EQ(CheckSeries(series.Build()).holds, "4 series of version 50");
   EXPECT_EQ(Texts(CheckSeries(series.Build())), Lines());
+  test::RecurringFileBytes doubled = series;
+  doubled.records.push_back(series.records[0]);
+  ASSERT_EQ(CheckSeries(doubled.Build()).findings.size(), 1U);
+  EXPECT_TRUE(CheckSeries(doubled.Build()).findings[0].text.find("key of its own") !=
+              std::string::npos);
   test::RecurringFileBytes tagged = series;
   tagged.tags = {0x32C8};
   ASSERT_EQ(CheckSeries(tagged.Build()).findings.size(), 2U);

@@ -96,6 +96,7 @@ inline RecurringFileBytes SomeSeries(bool is50) {
   byWeekday.subject = "a\x10z";
   byWeekday.notes = std::string(2000, 'n') + "\r\n\xE4";
   byWeekday.modified = 0x35957F4A;
+  byWeekday.key = 8;
   RecurringFileBytes file;
   if (!is50) file.magic = "XQXREC30";
   file.behindMagic = std::string("\0carried bytes 17.", 18);
