@@ -79,6 +79,9 @@ TEST_F(CreateCardfileTest, ItsCardsAreKnownByNameAndCompanyAndThenByTheFirstFiel
       {{"First Name"}, "First Name"},
       {{"last name", "b"}, "last name, b"},
       {{"Company", "Company"}, "Company, Company"},
+      {{"Name", "", "Phone"}, "Name, , Phone"},
+      {{"", "b"}, ", b"},
+      {{"Last Name", ""}, "Last Name, "},
       {{}, ""},
   };
   for (const auto& [names, line] : cases) EXPECT_EQ(KeyLineOf(names), line);
