@@ -53,6 +53,11 @@ TEST(CardTemplatesTest, AreALineEach) {
   // As long as the text, whatever it holds.
   EXPECT_EQ(TemplatesOf("\n" + std::string(1 << 20, '[')).size(), 1U);
   EXPECT_EQ(pw::cardfile::ReadTemplates(std::string(1 << 20, '[') + "\n.").size(), 1U << 19);
+  const std::string manyAndFar = std::string(1 << 20, '[') + std::string(1 << 20, '\n') + "[B]z";
+  const auto templates = pw::cardfile::ReadTemplates(manyAndFar);
+  ASSERT_EQ(templates.size(), (1U << 19) + 1);
+  EXPECT_EQ(templates.front().fields.size(), (1U << 20) - 2);
+  EXPECT_EQ(templates.back().fields, "z");
   EXPECT_EQ(pw::cardfile::FieldsOf("\ta\t\tb c\t"), (Names{"a", "b c"}));
 }
 
