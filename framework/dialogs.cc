@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "framework/application.h"
 #include "platform/path.h"
 #include "platform/platform.h"
 
@@ -58,6 +59,11 @@ bool PWBrowseFolder::DoModal() {
   if (!chosen) return false;
   if (*chosen != folder.View()) folder = pw::PlainPath(*chosen);
   return true;
+}
+
+pw::WindowId MainWindowId() {
+  const PWWindow* window = PWApplication::MainWindow();
+  return window == nullptr ? pw::kNoWindow : window->Id();
 }
 
 void CPropertyPage::Show(pw::WindowId shownIn) {

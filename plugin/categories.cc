@@ -8,6 +8,7 @@
 #include "cardfile/format.h"
 #include "framework/application.h"
 #include "memo/binder.h"
+#include "framework/dialogs.h"
 #include "platform/platform.h"
 #include "plugin/discovery.h"
 #include "plugin/handshake.h"
@@ -60,7 +61,7 @@ void ReportBusyBinder(WMSourceManager& manager) {
     return;
   }
   pw::CurrentPlatform().dialogs->ShowMessage(
-      pw::kNoWindow, LoadString(strings::kWarning).Str(),
+      MainWindowId(), LoadString(strings::kWarning).Str(),
       FormatString(strings::kOrganiserCannotConnect, manager.Name()), pw::kBoxWarning);
 }
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "framework/application.h"
+#include "framework/engine_context.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
 #include "tests/support/binder_builder.h"
@@ -107,6 +107,7 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
     return categories.At(0)->Location.Str();
   };
   const auto location = [&] {
+  EXPECT_EQ(platform.dialogs.boxes[0].parent, pw::Engine().mainWindow->Id());
     std::string found = locationOf("calendar", "Calendar");
     EXPECT_EQ(locationOf("todo", "Task"), found);
     return found;
