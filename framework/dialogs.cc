@@ -78,7 +78,7 @@ void CPropertyPage::Help() {
 }
 
 void CPropertyPage::Add(std::int32_t number, pw::ControlKind kind, const std::string& text) {
-  controls.push_back({number, kind, text, {}, false});
+  controls.push_back({number, kind, text, {}, false, {}});
 }
 
 pw::DialogControl* CPropertyPage::Control(std::int32_t number) {

@@ -47,7 +47,8 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
     if (list == controls.end()) continue;
     const auto entry = chooser(list->items);
     if (!entry || *entry >= list->items.size()) return false;
-    list->text = list->items[*entry];
+    list->selected = *entry;
+    page->Press(list->number);
     return page->Next();
   }
   return false;
