@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -7,8 +8,8 @@
 #include "cardfile/card_file.h"
 #include "cardfile/format.h"
 #include "framework/application.h"
-#include "memo/binder.h"
 #include "framework/dialogs.h"
+#include "memo/binder.h"
 #include "platform/platform.h"
 #include "plugin/discovery.h"
 #include "plugin/handshake.h"
@@ -107,12 +108,13 @@ PWRESULT ListStem(WMSourceManager& manager, std::uint32_t displayName,
   return kResultOk;
 }
 
-// Appends the names that `out` doesn't hold yet.
+// Appends the names that `out` doesn't hold yet. A name ends at its first zero byte.
 void AppendNewNames(const std::vector<std::string>& names, PWStringVector& out) {
   std::unordered_set<std::string> known;
   for (std::uint32_t i = 0; i < out.Count(); ++i) known.insert(out.At(i)->Str());
   for (const std::string& name : names) {
-    if (known.insert(name).second) out.AppendText(name);
+    const std::string_view text = pw::UpToZero(name);
+    if (known.emplace(text).second) out.AppendText(text);
   }
 }
 

@@ -126,7 +126,8 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
 
 TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
   pw::test::CardFileBytes bytes = pw::test::ThreeCards();
-  bytes.names = "Phone\r\nCity\r\nPhone\r\n";
+  bytes.names = "Phone\r\nCity\r\nPhone\r\nCity";
+  bytes.names += std::string("\0 with a zero byte\r\n", 20);
   platform.files.Put(kPath, bytes.Build());
   using Names = std::vector<std::string>;
   EXPECT_EQ(FieldNames(), (Names{"Phone", "City", "Contact Log"}));
