@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace pw {
 
@@ -82,14 +83,20 @@ bool FoldLineBreaks(std::string& text) {
   return true;
 }
 
-std::string JoinNonEmpty(const std::vector<std::string>& texts, std::string_view separator) {
+std::string Join(const std::vector<std::string>& texts, std::string_view separator) {
   std::string joined;
-  for (const std::string& text : texts) {
-    if (text.empty()) continue;
-    if (!joined.empty()) joined += separator;
-    joined += text;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    if (i > 0) joined += separator;
+    joined += texts[i];
   }
   return joined;
+}
+
+std::string JoinNonEmpty(const std::vector<std::string>& texts, std::string_view separator) {
+  std::vector<std::string> present;
+  std::copy_if(texts.begin(), texts.end(), std::back_inserter(present),
+               [](const std::string& text) { return !text.empty(); });
+  return Join(present, separator);
 }
 
 std::string Format(const char* format, ...) {

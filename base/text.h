@@ -46,7 +46,8 @@ std::string FormatLong(std::int32_t value);
 // Replaces each "\r\n" by one blank. Whether there was one to replace.
 bool FoldLineBreaks(std::string& text);
 
-// The texts that aren't empty, with the separator between them.
+// The texts with the separator between them; and the same of those that aren't empty.
+std::string Join(const std::vector<std::string>& texts, std::string_view separator);
 std::string JoinNonEmpty(const std::vector<std::string>& texts, std::string_view separator);
 
 // A text from across the border, where null is the empty text.

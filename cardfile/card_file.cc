@@ -329,7 +329,8 @@ std::optional<std::string> WMCardFile::Encode() const {
   cardfile::EncodeNamePointer(out, newPointer);
   cardfile::EncodeLayout(out, newLayout);
   for (const SavedCard& card : saved) cardfile::EncodeIndexEntry(out, card.index);
-  cardfile::EncodeKeyLine(out, {sortKeys.begin(), sortKeys.end()});
+  cardfile::EncodeKeyLine(
+      out, pw::JoinNonEmpty({sortKeys.begin(), sortKeys.end()}, cardfile::kKeySeparator));
   out.U16(Low16(names.size()));
   out.Bytes(names);
 

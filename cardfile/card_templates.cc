@@ -17,16 +17,20 @@ std::size_t FindOrEnd(std::string_view text, std::string_view any, std::size_t f
 
 std::vector<CardTemplate> ReadTemplates(std::string_view text) {
   std::vector<CardTemplate> templates;
-  std::size_t lineEnd = 0;  // of the line that was looked at last
+  std::size_t lineEnd = 0;   // of the line that was looked at last
+  std::size_t nextLine = 0;  // behind its line ends
   std::size_t at = 0;
   for (;;) {
     const std::size_t open = FindOrEnd(text, kBrackets, at);
     if (open == text.size()) return templates;
     const std::size_t close = FindOrEnd(text, kBrackets, open + 1);
     at = std::min(close + 1, text.size());
-    if (lineEnd < at) lineEnd = FindOrEnd(text, kLineEnds, at);
+    if (lineEnd < at) {
+      lineEnd = FindOrEnd(text, kLineEnds, at);
+      nextLine = std::min(text.find_first_not_of(kLineEnds, lineEnd), text.size());
+    }
     templates.push_back({text.substr(open + 1, close - open - 1), text.substr(at, lineEnd - at)});
-    if (text.find_first_not_of(kLineEnds, lineEnd) == std::string_view::npos) return templates;
+    if (nextLine == text.size()) return templates;
   }
 }
 

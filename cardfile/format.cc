@@ -114,8 +114,8 @@ std::array<std::string, kSortKeys> DecodeKeyLine(std::string_view line) {
   return keys;
 }
 
-void EncodeKeyLine(ByteWriter& out, const std::vector<std::string>& keys) {
-  out.Padded(JoinNonEmpty(keys, ", "), kKeyLineSize);
+void EncodeKeyLine(ByteWriter& out, std::string_view line) {
+  out.Padded(line, kKeyLineSize);
 }
 
 std::vector<std::string> DecodeFieldNames(std::string_view block) {

@@ -122,9 +122,11 @@ std::array<char, kTitleSize> MakeTitle(std::string_view text);
 //   key-line := name (", " name)*
 //
 // Read, a comma and any white space behind it part the names, of which the third is all the rest.
+// Written, a longer line is cut.
 inline constexpr std::size_t kKeyLineSize = 128;
+inline constexpr std::string_view kKeySeparator = ", ";
 std::array<std::string, kSortKeys> DecodeKeyLine(std::string_view line);
-void EncodeKeyLine(ByteWriter& out, const std::vector<std::string>& keys);
+void EncodeKeyLine(ByteWriter& out, std::string_view line);
 
 // Field names.
 //

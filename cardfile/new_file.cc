@@ -1,5 +1,6 @@
 #include "cardfile/new_file.h"
 
+#include "base/text.h"
 #include "cardfile/format.h"
 
 namespace pw {
@@ -23,7 +24,8 @@ std::string NewCardFileOfBlock(std::string_view fieldBlock,
   cardfile::EncodeNamePointer(out, {cardfile::NamesOffset(kBlankCards), 0});
   cardfile::EncodeLayout(out, layout);
   cardfile::EncodeIndexEntry(out, cardfile::IndexEntry());
-  cardfile::EncodeKeyLine(out, sortKeys);
+  // Unlike a save, which leaves empty names out, with the separators around those.
+  cardfile::EncodeKeyLine(out, Join(sortKeys, cardfile::kKeySeparator));
   out.U16(static_cast<std::uint16_t>(fieldBlock.size()));
   out.Bytes(fieldBlock);
   return out.Release();

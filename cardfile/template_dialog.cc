@@ -1,6 +1,6 @@
 #include "cardfile/template_dialog.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -32,10 +32,11 @@ WMTemplatePage::WMTemplatePage(const std::string& fileName, std::string_view lis
   if (!names.empty()) {
     names.front() = FormatString(strings::kDefaultTemplate, names.front().c_str());
   }
-  const std::string first = names.empty() ? "" : names.front();
   Add(kNewCardfile, pw::ControlKind::kLabel, NewCardfileLine(fileName));
-  Add(kTemplates, pw::ControlKind::kList, first);
+  Add(kTemplates, pw::ControlKind::kList, "");
+  if (!names.empty()) Control(kTemplates)->selected = 0;
   Control(kTemplates)->items = std::move(names);
+  Add(kFieldsLabel, pw::ControlKind::kLabel, "Field Names:");
   Add(kFields, pw::ControlKind::kList, "");
   ShowFields();
 }
@@ -48,21 +49,13 @@ void WMTemplatePage::Press(std::int32_t control) {
   if (control == kTemplates) ShowFields();
 }
 
-bool WMTemplatePage::Leave() {
-  ShowFields();
-  return true;
-}
-
 void WMTemplatePage::ShowFields() {
   Control(kFields)->items = cardfile::FieldsOf(ChosenFields());
 }
 
-// Of several templates with one name the first is meant.
-std::string_view WMTemplatePage::ChosenFields() const {
-  const pw::DialogControl& list = controls[1];
-  const auto chosen = std::find(list.items.begin(), list.items.end(), list.text);
-  if (chosen == list.items.end()) return {};
-  return templates[static_cast<std::size_t>(chosen - list.items.begin())].fields;
+std::string_view WMTemplatePage::ChosenFields() {
+  const std::optional<std::size_t> chosen = Control(kTemplates)->selected;
+  return chosen ? templates[*chosen].fields : std::string_view();
 }
 
 std::optional<std::string> ChooseTemplate(pw::WindowId parent, const std::string& fileName,
@@ -70,7 +63,7 @@ std::optional<std::string> ChooseTemplate(pw::WindowId parent, const std::string
   const std::string list = pw::ReadWholeFile(listPath, kLargestList).value_or("");
   if (list.empty()) return std::nullopt;
   auto page = std::make_unique<WMTemplatePage>(fileName, list);
-  const WMTemplatePage& shown = *page;
+  WMTemplatePage& shown = *page;
   CPropertySheet sheet(kCaption);
   sheet.AddPage(std::move(page));
   if (sheet.DoModal(parent) != pw::SheetAnswer::kOk) return std::nullopt;

@@ -16,6 +16,7 @@ class WMTemplatePage : public CPropertyPage {
   static constexpr std::int32_t kNewCardfile = 1000;  // the line that names the file
   static constexpr std::int32_t kTemplates = 1001;    // the templates, of which one is chosen
   static constexpr std::int32_t kFields = 1002;       // the fields of that one
+  static constexpr std::int32_t kFieldsLabel = 1003;
 
   // The list's text must outlive the page.
   WMTemplatePage(const std::string& fileName, std::string_view list);
@@ -24,10 +25,9 @@ class WMTemplatePage : public CPropertyPage {
 
   // Choosing another template is told by its list's number.
   void Press(std::int32_t control) override;
-  bool Leave() override;
 
   // The field list of the chosen template; empty where there is none to choose.
-  std::string_view ChosenFields() const;
+  std::string_view ChosenFields();
 
  private:
   void ShowFields();

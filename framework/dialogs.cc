@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.h"
+#include "framework/application.h"
 #include "platform/path.h"
 #include "platform/platform.h"
 
@@ -60,6 +61,11 @@ bool PWBrowseFolder::DoModal() {
   return true;
 }
 
+pw::WindowId MainWindowId() {
+  const PWWindow* window = PWApplication::MainWindow();
+  return window == nullptr ? pw::kNoWindow : window->Id();
+}
+
 void CPropertyPage::Show(pw::WindowId shownIn) {
   window = shownIn;
   if (started) return;
@@ -72,7 +78,7 @@ void CPropertyPage::Help() {
 }
 
 void CPropertyPage::Add(std::int32_t number, pw::ControlKind kind, const std::string& text) {
-  controls.push_back({number, kind, text, {}, false});
+  controls.push_back({number, kind, text, {}, false, {}});
 }
 
 pw::DialogControl* CPropertyPage::Control(std::int32_t number) {

@@ -42,6 +42,9 @@ class PWBrowseFolder {
   std::vector<std::string> required;
 };
 
+// The engine's main window as the parent of a dialog; none where it has none.
+pw::WindowId MainWindowId();
+
 // A page of controls, without a look: its logic, which a dialog or a test drives.
 class CPropertyPage : public pw::PageModel {
  public:

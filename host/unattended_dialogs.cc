@@ -49,7 +49,8 @@ bool UnattendedDialogs::ChooseIn(SheetModel& sheet) {
     const auto entry = chooser(list->items);
     isDeclined = !entry;
     if (!entry || *entry >= list->items.size()) return false;
-    list->text = list->items[*entry];
+    list->selected = *entry;
+    page->Press(list->number);
     return page->Next();
   }
   return false;

@@ -46,14 +46,15 @@ enum class ControlKind {
   kButton,
 };
 
-// A numbered control of a page. What it holds is the page's; the dialogs show it and change `text`
-// or `chosen` as the person says.
+// A numbered control of a page. What it holds is the page's; the dialogs show it and change `text`,
+// `chosen` or `selected` as the person says.
 struct DialogControl {
   std::int32_t number = 0;
   ControlKind kind = ControlKind::kLabel;
-  std::string text;                // a label's text, a text field's content
-  std::vector<std::string> items;  // of a list or a combo
-  bool chosen = false;             // of one choice in a group
+  std::string text;                     // a label's text, a text field's or a combo's content
+  std::vector<std::string> items;       // of a list or a combo; several may be equal
+  bool chosen = false;                  // of one choice in a group
+  std::optional<std::size_t> selected;  // of a list: the place of its chosen item, from 0
 };
 
 // Chooses one choice of its group, and with that none of the others there.
@@ -82,7 +83,9 @@ class PageModel {
   // before the person can do anything on it.
   virtual void Show(WindowId /*window*/) {}
   virtual std::vector<DialogControl>& Controls() = 0;
-  virtual void Press(std::int32_t control) = 0;  // a button
+
+  // A button was pressed, or an item of a list was chosen.
+  virtual void Press(std::int32_t control) = 0;
 
   // The person goes to another page or says OK. False: the page stays open.
   virtual bool Leave() = 0;

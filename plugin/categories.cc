@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include "cardfile/card_file.h"
 #include "cardfile/format.h"
 #include "framework/application.h"
+#include "framework/dialogs.h"
 #include "memo/binder.h"
 #include "platform/platform.h"
 #include "plugin/discovery.h"
@@ -60,7 +62,7 @@ void ReportBusyBinder(WMSourceManager& manager) {
     return;
   }
   pw::CurrentPlatform().dialogs->ShowMessage(
-      pw::kNoWindow, LoadString(strings::kWarning).Str(),
+      MainWindowId(), LoadString(strings::kWarning).Str(),
       FormatString(strings::kOrganiserCannotConnect, manager.Name()), pw::kBoxWarning);
 }
 
@@ -106,12 +108,13 @@ PWRESULT ListStem(WMSourceManager& manager, std::uint32_t displayName,
   return kResultOk;
 }
 
-// Appends the names that `out` doesn't hold yet.
+// Appends the names that `out` doesn't hold yet. A name ends at its first zero byte.
 void AppendNewNames(const std::vector<std::string>& names, PWStringVector& out) {
   std::unordered_set<std::string> known;
   for (std::uint32_t i = 0; i < out.Count(); ++i) known.insert(out.At(i)->Str());
   for (const std::string& name : names) {
-    if (known.insert(name).second) out.AppendText(name);
+    const std::string_view text = pw::UpToZero(name);
+    if (known.emplace(text).second) out.AppendText(text);
   }
 }
 

@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/text.h"
 #include "calendar/calendar_store.h"
@@ -12,7 +11,7 @@
 #include "cardfile/create_cardfile.h"
 #include "cardfile/format.h"
 #include "cardfile/template_dialog.h"
-#include "framework/application.h"
+#include "framework/dialogs.h"
 #include "framework/registry.h"
 #include "memo/memo_sections.h"
 #include "options/option_page.h"
@@ -49,21 +48,13 @@ void RememberName(const std::string& name) {
   registry.Close();
 }
 
-std::vector<std::string> NamesOfTemplate(std::string_view fields) {
-  std::vector<std::string> names = pw::cardfile::FieldsOf(fields);
-  std::erase_if(names, [](const std::string& name) { return name.front() == '\r'; });
-  return names;
-}
-
 PWRESULT NewCardfile(const std::string& path, const std::string& fileName,
                      const std::string& installFolder) {
   if (pw::CurrentPlatform().files->Exists(path)) return kResultFailed;
   const PWHelp help(pw::options::kHelpContext, false);
-  const PWWindow* window = PWApplication::MainWindow();
-  const auto fields = ChooseTemplate(window == nullptr ? pw::kNoWindow : window->Id(), fileName,
-                                     installFolder + kTemplateList);
+  const auto fields = ChooseTemplate(MainWindowId(), fileName, installFolder + kTemplateList);
   if (!fields) return kResultFailed;
-  return CreateCardfile(path, NamesOfTemplate(*fields)) == 0 ? kResultOk : kResultFailed;
+  return CreateCardfile(path, pw::cardfile::FieldsOf(*fields)) == 0 ? kResultOk : kResultFailed;
 }
 
 // The organiser's odd order: where the calendar's files could be made anew no task or call file is

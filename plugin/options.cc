@@ -1,7 +1,6 @@
 #include <memory>
 #include <utility>
 
-#include "framework/application.h"
 #include "framework/dialogs.h"
 #include "options/folder_page.h"
 #include "options/product_texts.h"
@@ -21,12 +20,8 @@ bool WMSourceManager::ShowOptions(PWConfig* config) {
   folderPage.Load(*config);
   sheet.AddPage(std::move(owned));
 
-  const PWWindow* mainWindow = PWApplication::MainWindow();
   const PWHelp help(options::kHelpContext, false);
-  if (sheet.DoModal(mainWindow == nullptr ? pw::kNoWindow : mainWindow->Id()) !=
-      pw::SheetAnswer::kOk) {
-    return true;
-  }
+  if (sheet.DoModal(MainWindowId()) != pw::SheetAnswer::kOk) return true;
   folderPage.Apply(*config);
   return false;
 }

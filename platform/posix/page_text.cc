@@ -44,9 +44,10 @@ std::string Describe(const DialogControl& control) {
     case ControlKind::kChoice:
       return Mark(control.chosen) + WithoutKeyMarks(control.text);
     case ControlKind::kText:
-    case ControlKind::kList:
     case ControlKind::kCombo:
       return ShownText(control.text);
+    case ControlKind::kList:
+      return ShownText(control.selected ? control.items[*control.selected] : "");
     case ControlKind::kButton:
       return "<" + WithoutKeyMarks(control.text) + ">";
   }
@@ -118,12 +119,13 @@ std::string PageText(PageModel& page, std::size_t width) {
 }
 
 std::string ItemsText(const DialogControl& control) {
+  const bool isList = control.kind == ControlKind::kList;
   std::string text;
   const std::size_t widest = std::to_string(control.items.size()).size();
   for (std::size_t i = 0; i < control.items.size(); ++i) {
     const std::string& item = control.items[i];
-    text += kGap + RightAligned(i + 1, widest) + kGap + Mark(item == control.text) +
-            ShownText(item) + "\n";
+    const bool present = isList ? control.selected == i : control.text == item;
+    text += kGap + RightAligned(i + 1, widest) + kGap + Mark(present) + ShownText(item) + "\n";
   }
   return text;
 }

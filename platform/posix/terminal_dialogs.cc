@@ -248,7 +248,7 @@ void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
     case ControlKind::kText:
       return EditText(controls[*index]);
     case ControlKind::kList:
-      return PickItem(controls[*index]);
+      return PickItem(page, controls[*index]);
     case ControlKind::kCombo:
       return FillCombo(controls[*index]);
     case ControlKind::kButton:
@@ -271,11 +271,13 @@ void TerminalDialogs::FillCombo(DialogControl& control) {
   control.text = place == 0 ? TypedText(*line) : control.items[place - 1];
 }
 
-void TerminalDialogs::PickItem(DialogControl& control) {
-  out << Printable(ItemsText(control));
+void TerminalDialogs::PickItem(PageModel& page, DialogControl& list) {
+  out << Printable(ItemsText(list));
   const auto line = Ask("Number to choose (Enter keeps it): ");
-  const std::size_t place = line ? PlaceIn(*line, control.items.size()) : 0;
-  if (place != 0) control.text = control.items[place - 1];
+  const std::size_t place = line ? PlaceIn(*line, list.items.size()) : 0;
+  if (place == 0) return;
+  list.selected = place - 1;
+  page.Press(list.number);
 }
 
 std::optional<std::string> TerminalDialogs::ChooseFolder(WindowId /*parent*/,

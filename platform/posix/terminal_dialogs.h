@@ -32,9 +32,10 @@ class TerminalDialogs : public Dialogs {
                         std::uint32_t flags) override;
 
   // Goes through the pages in order. A control is worked by its place on the page, counted from 1:
-  // choices that stand side by side are one group, of which one is chosen; a list's chosen item
-  // becomes its text, and of a combo also what is typed. Where a text is asked for, "=" before it
-  // has it taken as it is, be it a number, "?" or none.
+  // choices that stand side by side are one group, of which one is chosen; a combo's chosen item
+  // becomes its text, as does what is typed there; the page is told when an item of a list was
+  // chosen. Where a text is asked for, "=" before it has it taken as it is, be it a number, "?" or
+  // none.
   SheetAnswer ShowSheet(WindowId parent, SheetModel& sheet) override;
 
   std::optional<std::string> ChooseFolder(WindowId parent, const std::string& title,
@@ -62,7 +63,7 @@ class TerminalDialogs : public Dialogs {
   Turn ShowPage(PageModel& page, bool first, bool last);
   void WorkControl(PageModel& page, std::size_t place);
   void EditText(DialogControl& control);
-  void PickItem(DialogControl& control);
+  void PickItem(PageModel& page, DialogControl& list);
   void FillCombo(DialogControl& control);
 
   std::istream& in;

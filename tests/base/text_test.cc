@@ -56,6 +56,8 @@ TEST(TextTest, FoldsOnlyWholeLineBreaks) {
 }
 
 TEST(TextTest, JoinsAndFormats) {
+  EXPECT_EQ(Join({"", "a", "", "b", ""}, ", "), ", a, , b, ");
+  EXPECT_EQ(Join({}, ", "), "");
   EXPECT_EQ(JoinNonEmpty({"", "a", "", "b", ""}, ", "), "a, b");
   EXPECT_EQ(JoinNonEmpty({"", ""}, ", "), "");
   const std::string longText(5000, 'x');

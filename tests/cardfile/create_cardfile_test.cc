@@ -11,6 +11,7 @@
 #include "cardfile/template_dialog.h"
 #include "platform/testing/test_platform.h"
 #include "tests/support/bytes.h"
+#include "tests/support/dialog_controls.h"
 
 namespace {
 
@@ -53,6 +54,11 @@ TEST(CardTemplatesTest, AreALineEach) {
   // As long as the text, whatever it holds.
   EXPECT_EQ(TemplatesOf("\n" + std::string(1 << 20, '[')).size(), 1U);
   EXPECT_EQ(pw::cardfile::ReadTemplates(std::string(1 << 20, '[') + "\n.").size(), 1U << 19);
+  const std::string manyAndFar = std::string(1 << 20, '[') + std::string(1 << 20, '\n') + "[B]z";
+  const auto templates = pw::cardfile::ReadTemplates(manyAndFar);
+  ASSERT_EQ(templates.size(), (1U << 19) + 1);
+  EXPECT_EQ(templates.front().fields.size(), (1U << 20) - 2);
+  EXPECT_EQ(templates.back().fields, "z");
   EXPECT_EQ(pw::cardfile::FieldsOf("\ta\t\tb c\t"), (Names{"a", "b c"}));
 }
 
@@ -79,6 +85,9 @@ TEST_F(CreateCardfileTest, ItsCardsAreKnownByNameAndCompanyAndThenByTheFirstFiel
       {{"First Name"}, "First Name"},
       {{"last name", "b"}, "last name, b"},
       {{"Company", "Company"}, "Company, Company"},
+      {{"Name", "", "Phone"}, "Name, , Phone"},
+      {{"", "b"}, ", b"},
+      {{"Last Name", ""}, "Last Name, "},
       {{}, ""},
   };
   for (const auto& [names, line] : cases) EXPECT_EQ(KeyLineOf(names), line);
@@ -106,22 +115,27 @@ TEST_F(CreateCardfileTest, NamesThatTheSizeCannotCountAreLeftOut) {
 }
 
 TEST_F(CreateCardfileTest, ThePersonChoosesATemplate) {
-  platform.files.Put(kList, "[Business]Company\tPhone\r\n[Friends]First Name\tLast Name\r\n");
+  platform.files.Put(kList, "[Business]Company\tPhone\r\n[Same]a\r\n[Same]b\tc\r\n");
   Names shown;
   platform.dialogs.sheetAnswers.push_back([&](pw::SheetModel& sheet) {
     pw::PageModel& page = *sheet.Pages().front();
-    std::vector<pw::DialogControl>& controls = page.Controls();
-    shown = controls[1].items;
-    shown.push_back(controls[0].text);
-    shown.insert(shown.end(), controls[2].items.begin(), controls[2].items.end());
-    controls[1].text = "Friends";
+    const auto show = [&](std::int32_t number) {
+      const pw::DialogControl& control = pw::test::ControlOf(page, number);
+      if (!control.text.empty()) shown.push_back(control.text);
+      shown.insert(shown.end(), control.items.begin(), control.items.end());
+    };
+    for (const std::int32_t number : {WMTemplatePage::kNewCardfile, WMTemplatePage::kTemplates,
+                                      WMTemplatePage::kFieldsLabel, WMTemplatePage::kFields}) {
+      show(number);
+    }
+    pw::test::ControlOf(page, WMTemplatePage::kTemplates).selected = 2;
     page.Press(WMTemplatePage::kTemplates);
-    shown.insert(shown.end(), controls[2].items.begin(), controls[2].items.end());
+    show(WMTemplatePage::kFields);
     return page.Leave() ? pw::SheetAnswer::kOk : pw::SheetAnswer::kCancel;
   });
-  EXPECT_EQ(ChooseTemplate(pw::kNoWindow, "New.WMCard", kList), "First Name\tLast Name");
-  EXPECT_EQ(shown, (Names{"[Business default]", "Friends", "New cardfile: New.WMCard", "Company",
-                          "Phone", "First Name", "Last Name"}));
+  EXPECT_EQ(ChooseTemplate(pw::kNoWindow, "New.WMCard", kList), "b\tc") << "not its namesake";
+  EXPECT_EQ(shown, (Names{"New cardfile: New.WMCard", "[Business default]", "Same", "Same",
+                          "Field Names:", "Company", "Phone", "b", "c"}));
   platform.dialogs.sheetAnswers.push_back([](pw::SheetModel&) { return pw::SheetAnswer::kOk; });
   EXPECT_EQ(ChooseTemplate(pw::kNoWindow, "x", kList), "Company\tPhone") << "the first as it is";
   EXPECT_EQ(ChooseTemplate(pw::kNoWindow, "x", kList), std::nullopt) << "nobody answers";

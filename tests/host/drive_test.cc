@@ -91,9 +91,15 @@ class FakeSource : public PWSource {
 // A sheet with one list, as a source manager may show it.
 class ListPage : public CPropertyPage {
  public:
-  ListPage() { controls = {{1, ControlKind::kList, "", {"zero", "one"}, false}}; }
+  ListPage() { controls = {{7, ControlKind::kList, "", {"same", "same"}, false, {}}}; }
   std::string Caption() override { return "Pick"; }
-  std::string Chosen() { return Control(1)->text; }
+  void Press(std::int32_t control) override {
+    chosen = std::to_string(*Control(control)->selected) + " of " + std::to_string(control);
+  }
+  std::string Chosen() { return chosen; }
+
+ private:
+  std::string chosen;  // as the page was told
 };
 
 class FakeManager : public PWSourceManager {
@@ -237,7 +243,7 @@ TEST_F(DriveTest, TakesTheSafeAnswerAndGivesTheLogOnce) {
 TEST_F(DriveTest, ChoosesTheTemplateThatTheLineNames) {
   const std::string call = R"({"op":"newcategory","type":"contact","name":"x")";
   Expect({
-      {call + R"(,"template":1})", R"({"result":0,"location":"one"})"},
+      {call + R"(,"template":1})", R"({"result":0,"location":"1 of 7"})"},
       {call + R"(,"template":2})", R"({"result":1,"location":"cancelled"})"},
       {call + R"(,"template":-1})", R"({"result":1,"location":"cancelled"})"},
       {call + "}", R"({"result":1,"location":"cancelled"})"},

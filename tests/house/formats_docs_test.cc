@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/text.h"
 #include "calendar/data_format.h"
 #include "calendar/event_days.h"
 #include "calendar/event_format.h"
@@ -53,7 +54,7 @@ TEST(FormatsDocsTest, Cardfile) {
   const auto entry = cardfile::DecodeIndexEntry(in);
   cardfile::EncodeIndexEntry(out, entry);
   const auto keys = cardfile::DecodeKeyLine(in.Take(cardfile::kKeyLineSize));
-  cardfile::EncodeKeyLine(out, {keys.begin(), keys.end()});
+  cardfile::EncodeKeyLine(out, JoinNonEmpty({keys.begin(), keys.end()}, cardfile::kKeySeparator));
   const auto names = cardfile::DecodeFieldNames(in.Take(in.U16()));
   const std::string block = cardfile::EncodeFieldNames(names);
   out.U16(static_cast<std::uint16_t>(block.size()));

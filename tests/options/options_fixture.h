@@ -9,15 +9,9 @@
 #include "framework/application.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
+#include "tests/support/dialog_controls.h"
 
 namespace pw::test {
-
-inline DialogControl& ControlOf(PageModel& page, std::int32_t number) {
-  for (DialogControl& control : page.Controls()) {
-    if (control.number == number) return control;
-  }
-  throw std::out_of_range("the page has no control " + std::to_string(number));
-}
 
 // Chooses one of a page's choices, as the person would.
 inline void Choose(PageModel& page, std::int32_t number) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "framework/application.h"
+#include "framework/engine_context.h"
 #include "platform/testing/test_platform.h"
 #include "plugin/source_manager.h"
 #include "tests/support/binder_builder.h"
@@ -107,6 +107,7 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
     return categories.At(0)->Location.Str();
   };
   const auto location = [&] {
+  EXPECT_EQ(platform.dialogs.boxes[0].parent, pw::Engine().mainWindow->Id());
     std::string found = locationOf("calendar", "Calendar");
     EXPECT_EQ(locationOf("todo", "Task"), found);
     return found;
@@ -125,7 +126,8 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
 
 TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
   pw::test::CardFileBytes bytes = pw::test::ThreeCards();
-  bytes.names = "Phone\r\nCity\r\nPhone\r\n";
+  bytes.names = "Phone\r\nCity\r\nPhone\r\nCity";
+  bytes.names += std::string("\0 with a zero byte\r\n", 20);
   platform.files.Put(kPath, bytes.Build());
   using Names = std::vector<std::string>;
   EXPECT_EQ(FieldNames(), (Names{"Phone", "City", "Contact Log"}));

@@ -18,7 +18,7 @@ class NewCategoryTest : public testing::Test {
     config.String(PWConfig::kInstallFolder, "C:\\Program");
     platform.files.PutFolder("C:\\Data");
     platform.files.Put("C:\\Program\\Data\\crdstyle.dat",
-                       "[Plain]Name\t\t\rodd\tPhone\r\n[B]b\r\n");
+                       "[Plain]Name\t\t\rlost\tPhone\r\n[B]b\r\n");
     platform.registry.Set(kMain, "SyncCatNames", pw::TextValue(""));
     platform.registry.Set(kMain, "Version", pw::NumberValue(50));
   }
