@@ -90,6 +90,7 @@ TEST_F(CategoriesTest, ABinderOfABusyOrganiserHasNone) {
             "PairWise cannot connect to PairWise Desktop because it is busy.\n\nPlease close any "
             "open dialogs and try this operation again.");
   EXPECT_EQ(platform.dialogs.boxes[0].flags, 0x30U);
+  EXPECT_EQ(platform.dialogs.boxes[0].parent, pw::Engine().mainWindow->Id());
   auto* log = new pw::test::TestLog;  // the manager's
   manager.Log = log;
   EXPECT_EQ(manager.ListCategories("memo", categories), 0);
@@ -107,7 +108,6 @@ TEST_F(CategoriesTest, ToDoItemsAndCalendarHaveOneUnderTheirStem) {
     return categories.At(0)->Location.Str();
   };
   const auto location = [&] {
-  EXPECT_EQ(platform.dialogs.boxes[0].parent, pw::Engine().mainWindow->Id());
     std::string found = locationOf("calendar", "Calendar");
     EXPECT_EQ(locationOf("todo", "Task"), found);
     return found;
