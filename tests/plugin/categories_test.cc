@@ -10,6 +10,8 @@
 
 namespace {
 
+using Names = std::vector<std::string>;
+
 constexpr const char* kPath = "C:\\Data\\Friends.WMCard";
 
 class CategoriesTest : public testing::Test {
@@ -24,13 +26,24 @@ class CategoriesTest : public testing::Test {
   void SetProduct(std::uint32_t product) {
     platform.registry.Set("SOFTWARE\\Main", "PRODUCT", pw::NumberValue(product));
   }
-  std::vector<std::string> FieldNames(const char* first = nullptr) {
+  Names FieldNames(const char* first = nullptr) {
     PWStringVector names;
     if (first != nullptr) names.AppendText(first);
     EXPECT_EQ(manager.CategoryFieldNames("contact", kPath, names), 0);
-    std::vector<std::string> texts;
+    Names texts;
     for (std::uint32_t i = 0; i < names.Count(); ++i) texts.push_back(names.At(i)->Str());
     return texts;
+  }
+
+  // The names of a type's categories.
+  Names NamesOf(const char* type) {
+    PWSourceCategoryVector categories;
+    EXPECT_EQ(manager.ListCategories(type, categories), 0);
+    Names names;
+    for (std::uint32_t i = 0; i < categories.Count(); ++i) {
+      names.push_back(categories.At(i)->Name.Str());
+    }
+    return names;
   }
 
   pw::TestPlatform platform;
@@ -53,6 +66,8 @@ TEST_F(CategoriesTest, OneForEachCardfileInTheOrderOfTheirNames) {
   EXPECT_STREQ(categories.At(1)->Name(), "work");
   EXPECT_STREQ(categories.At(1)->Location, "C:\\Data\\work.wmcard");
   EXPECT_EQ(categories.At(0)->AppID, 0U);
+  platform.files.PutFolder("C:\\Data\\Old.WMCard");
+  EXPECT_EQ(NamesOf("contact"), (Names{"Friends", "Old", "work"})) << "a folder is one as well";
   EXPECT_EQ(manager.ListCategories("no such type", categories), 1);
   EXPECT_EQ(manager.ListCategories(nullptr, categories), 1);
 }
@@ -62,6 +77,7 @@ TEST_F(CategoriesTest, OneForEachSectionOfABinder) {
   platform.windows.Add("Wingmate_95");
   pw::test::BinderBytes binder = pw::test::TwoSections();
   binder.sections[1].name = "Notes";
+  binder.sections.push_back({"notes", 3});
   platform.files.Put("C:\\Data\\Notes.wmwrite", "");  // which keeps its letter case
   pw::test::PutBinder(platform.files, "C:\\Data\\Notes", binder);
   platform.files.Put("C:\\Data\\Alone.WMWrite", binder.Sections());
@@ -71,8 +87,9 @@ TEST_F(CategoriesTest, OneForEachSectionOfABinder) {
   for (std::uint32_t i = 0; i < categories.Count(); ++i) {
     texts.push_back(categories.At(i)->Name.Str() + " at " + categories.At(i)->Location.Str());
   }
-  EXPECT_EQ(texts, (std::vector<std::string>{"Work - Notes at C:\\Data\\Notes;Work",
-                                             "Notes at C:\\Data\\Notes;Notes"}));
+  EXPECT_EQ(texts, (Names{"Work - Notes at C:\\Data\\Notes;Work", "Notes at C:\\Data\\Notes;Notes",
+                          "notes - Notes at C:\\Data\\Notes;notes"}))
+      << "the binder's own name is told by its letter case too";
   EXPECT_EQ(pw::test::SentSteps(platform), (pw::test::Steps{0, 1, 2, 0, 1, 2}))
       << "also around one that can't be opened";
 }
@@ -129,7 +146,6 @@ TEST_F(CategoriesTest, FieldNamesAreThoseOfTheCardfileEachOnce) {
   bytes.names = "Phone\r\nCity\r\nPhone\r\nCity";
   bytes.names += std::string("\0 with a zero byte\r\n", 20);
   platform.files.Put(kPath, bytes.Build());
-  using Names = std::vector<std::string>;
   EXPECT_EQ(FieldNames(), (Names{"Phone", "City", "Contact Log"}));
   EXPECT_EQ(FieldNames("City"), (Names{"City", "Phone", "Contact Log"}));
 }
@@ -143,9 +159,13 @@ TEST_F(CategoriesTest, TheInformationManagerReportsOneNameLess) {
   }
   SetProduct(0);
   manager.Product = -1;
-  EXPECT_EQ(FieldNames(), (std::vector<std::string>{"First Name", "Last Name", "Company"}));
+  EXPECT_EQ(FieldNames(), (Names{"First Name", "Last Name", "Company"}));
   platform.files.Put(kPath, "");
   EXPECT_TRUE(FieldNames().empty()) << "a file of no fields at all";
+  platform.files.Put(kPath, pw::test::ThreeCards().Build());
+  config.String(PWConfig::kProductKey, "SOFTWARE\\None");
+  manager.Product = -1;
+  EXPECT_EQ(FieldNames().size(), 4U) << "which edition it is can't be told";
 }
 
 TEST_F(CategoriesTest, FieldNamesOfOtherTypesAndOfNoFile) {
@@ -185,7 +205,7 @@ TEST_F(CategoriesTest, AMissingCardfileIsMadeFirst) {
   PWStringVector names;
   EXPECT_EQ(recording.CategoryFieldNames("contact", kPath, names), 11);
   EXPECT_EQ(names.Count(), 0U);
-  EXPECT_EQ(recording.made, (std::vector<std::string>{"contact Fresh"}));
+  EXPECT_EQ(recording.made, (Names{"contact Fresh"}));
   EXPECT_EQ(recording.CategoryFieldNames("contact", kPath, names), 0);
   EXPECT_EQ(recording.made.size(), 1U);
 }

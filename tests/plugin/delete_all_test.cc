@@ -1,9 +1,11 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "cardfile/card_file.h"
+#include "cardfile/new_file.h"
 #include "framework/engine_context.h"
 #include "memo/binder.h"
 #include "plugin/file_object.h"
@@ -88,6 +90,52 @@ TEST_F(DeleteAllTest, EachTypeIsEmptiedInItsOwnWay) {
   EXPECT_EQ(log->lines, Lines());
 }
 
+TEST_F(DeleteAllTest, ACategoryWithoutANumberOrALocationIsPassedOver) {
+  platform.windows.Add("Wingmate_95");
+  platform.files.Put(kCards, ThreeCards().Build());
+  PutBinder(platform.files, "C:\\Data\\Notes", TwoSections());
+  Pair("contact", kCards, 0);
+  Pair("todo", "");
+  Pair("memo", "C:\\Data\\Notes;Work");
+  EXPECT_EQ(manager.DeleteAllData(), 0);
+  EXPECT_EQ(SentSteps(platform), (Steps{0, 1, 3})) << "of the memos";
+  EXPECT_EQ(Saved(kCards), ThreeCards().Build());
+}
+
+TEST_F(DeleteAllTest, ACardfileWithoutCardsStaysSoAndTakesOthers) {
+  CardFileBytes none = ThreeCards();
+  none.cards.clear();
+  const std::string blank = NewCardFile({"First Name", "Last Name", "Company"}, {"Last Name"});
+  Pair("contact", kCards);
+  platform.files.Put(kCards, none.Build());
+  EXPECT_EQ(manager.DeleteAllData(), 0);
+  EXPECT_EQ(Saved(kCards), none.Build());
+  for (const std::string& before : {none.Build(), blank}) {
+    platform.files.Put(kCards, before);
+    EXPECT_EQ(manager.DeleteAllData(), 0);
+    {
+      WMCardFile file;
+      ASSERT_EQ(file.Load(kCards), 0);
+      EXPECT_EQ(file.CardCount(), 0U);
+      std::vector<std::string> values = {"Ann", "Abel", "Acme", "met in May"};
+      file.AddCard(values);
+      file.Save();
+    }
+    WMCardFile file;
+    ASSERT_EQ(file.Load(kCards), 0);
+    EXPECT_EQ(file.CardCount(), 1U);
+  }
+}
+
+TEST_F(DeleteAllTest, TheOrganiserIsToldOfAChangeWhereTheCallsCannotBeMade) {
+  platform.windows.Add("Wingmate_95");
+  platform.files.FailOpen("C:\\Data\\AdaCALL.WMW");
+  Pair("todo", "C:\\Data\\Ada");
+  EXPECT_EQ(manager.DeleteAllData(), 0);
+  EXPECT_EQ(SentSteps(platform), (Steps{0, 1, 2}));
+  EXPECT_EQ(Saved("C:\\Data\\AdaTASK.WMW").substr(0, 9), "WMWTASK50");
+}
+
 TEST_F(DeleteAllTest, WhatIsMissingOrDamagedIsPassedOver) {
   platform.windows.Add("Wingmate_95");
   Pair("contact", kCards);
@@ -120,6 +168,27 @@ TEST_F(DeleteAllTest, ABusyOrganiserEndsItWhereItIs) {
   delete manager.Log;
   manager.Log = nullptr;
   EXPECT_EQ(manager.DeleteAllData(), 1) << "also without a log";
+}
+
+TEST_F(DeleteAllTest, WhatWasEmptiedBeforeTheOrganiserIsBusyStaysSo) {
+  platform.files.Put(kCards, ThreeCards().Build());
+  PutBinder(platform.files, "C:\\Data\\Notes", TwoSections());
+  MakeOrganiserBusy(platform);
+  const WindowId organiser = platform.windows.Find("Wingmate_95");
+  platform.windows.SetEnabled(organiser, true);
+  platform.windows.SetAnswer(organiser, [&](const WindowMessage& message) {
+    constexpr std::uint32_t kGaveUp = 3;
+    if (message.wParam == kGaveUp) platform.windows.SetEnabled(organiser, false);
+    return 0;
+  });
+  Pair("contact", kCards);
+  Pair("memo", "C:\\Data\\Notes;Work");
+  EXPECT_EQ(manager.DeleteAllData(), 1);
+  EXPECT_EQ(SentSteps(platform), (Steps{0, 1, 3}));
+  WMCardFile cards;
+  ASSERT_EQ(cards.Load(kCards), 0);
+  EXPECT_EQ(cards.CardCount(), 0U);
+  EXPECT_EQ(Saved("C:\\Data\\Notes.WMNoteHeader"), TwoSections().Headers());
 }
 
 TEST_F(DeleteAllTest, AnUnknownTypeOrOneWithoutCategoriesEndsItAll) {

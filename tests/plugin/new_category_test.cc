@@ -1,4 +1,6 @@
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -7,6 +9,8 @@
 #include "plugin/source_manager.h"
 
 namespace {
+
+using Names = std::vector<std::string>;
 
 constexpr const char* kMain = "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main";
 
@@ -27,35 +31,83 @@ class NewCategoryTest : public testing::Test {
     return manager.NewCategory(name, type, &location);
   }
   void AnswerOk() {
-    platform.dialogs.sheetAnswers.push_back([](pw::SheetModel&) { return pw::SheetAnswer::kOk; });
+    platform.dialogs.sheetAnswers.push_back([this](pw::SheetModel& sheet) {
+      firstLine = sheet.Pages().front()->Controls().front().text;
+      return pw::SheetAnswer::kOk;
+    });
   }
-  std::string Names() { return platform.registry.Get(kMain, "SyncCatNames")->data; }
+  // Of the cardfile that was made last.
+  Names FieldNames() {
+    PWStringVector fields;
+    EXPECT_EQ(manager.CategoryFieldNames("contact", location, fields), 0);
+    Names names;
+    for (std::uint32_t i = 0; i < fields.Count(); ++i) names.push_back(fields.At(i)->Str());
+    return names;
+  }
+  std::string SyncNames() { return platform.registry.Get(kMain, "SyncCatNames")->data; }
 
   pw::TestPlatform platform;
   PWConfig config;
   WMSourceManager manager{0};
   PWString location;
+  std::string firstLine;  // of the dialog that was shown last
 };
 
 TEST_F(NewCategoryTest, ACardfileIsMadeOfATemplate) {
+  pw::Engine().mainWindow = PWWindow(platform.windows.Add("Engine"));
   AnswerOk();
   EXPECT_EQ(New("contact", " a/b:c "), 0);
   EXPECT_EQ(location.Str(), "C:\\Data\\a b c.WMCard");
   ASSERT_EQ(platform.dialogs.sheets.size(), 1U);
   EXPECT_EQ(platform.dialogs.sheets[0].help, "WMSource");
-  PWStringVector fields;
-  EXPECT_EQ(manager.CategoryFieldNames("contact", location, fields), 0);
-  ASSERT_EQ(fields.Count(), 2U) << "names, without the field list's odd piece";
-  EXPECT_TRUE(*fields.At(0) == "Name");
-  EXPECT_TRUE(*fields.At(1) == "Contact Log");
+  EXPECT_EQ(platform.dialogs.sheets[0].parent, pw::Engine().mainWindow->Id());
+  EXPECT_EQ(firstLine, "New cardfile: a b c.WMCard");
+  EXPECT_EQ(FieldNames(), (Names{"Name", "Contact Log"})) << "a carriage return ends the list";
   EXPECT_EQ(New("contact", "a b c"), 1) << "it is there";
   EXPECT_EQ(location.Str(), "C:\\Data\\a b c.WMCard");
   EXPECT_EQ(platform.dialogs.sheets.size(), 1U);
   EXPECT_EQ(New("contact", "<>"), 1) << "nobody chooses";
   EXPECT_EQ(platform.files.Get("C:\\Data\\.WMCard"), std::nullopt);
-  EXPECT_EQ(Names(), "a b c.WMCard\ta b c.WMCard\t.WMCard") << "made or not";
+  AnswerOk();
+  EXPECT_EQ(New("contact", "<>"), 0) << "of the extension alone";
+  EXPECT_EQ(FieldNames(), (Names{"Name", "Contact Log"}));
+  EXPECT_EQ(location.Str(), "C:\\Data\\.WMCard");
+  EXPECT_EQ(SyncNames(), "a b c.WMCard\ta b c.WMCard\t.WMCard\t.WMCard") << "made or not";
   AnswerOk();
   EXPECT_EQ(manager.NewCategory("d", "contact", nullptr), 0);
+}
+
+TEST_F(NewCategoryTest, AListThatNamesNoTemplateGivesNoFields) {
+  platform.files.Put("C:\\Program\\Data\\crdstyle.dat", "Name\tPhone\r\n");
+  AnswerOk();
+  EXPECT_EQ(New("contact", "a"), 0);
+  ASSERT_EQ(platform.dialogs.sheets.size(), 1U);
+  EXPECT_EQ(platform.dialogs.sheets[0].parent, pw::kNoWindow) << "the engine has none";
+  EXPECT_EQ(FieldNames(), (Names{"Contact Log"}));
+}
+
+TEST_F(NewCategoryTest, TheNamesOfNewCardfilesAreKeptInOnePlaceForAllEditions) {
+  for (std::int32_t product = -1; product <= 3; ++product) {
+    platform.registry.Set(kMain, "SyncCatNames", pw::TextValue("Old.WMCard"));
+    manager.Product = product;
+    EXPECT_EQ(New("contact", "a"), 1);
+    EXPECT_EQ(SyncNames(), "Old.WMCard\ta.WMCard") << product;
+  }
+}
+
+TEST_F(NewCategoryTest, WhatAFileCannotBeNamedByBecomesABlank) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"a\\b*c|d\"e", "a b c d e"},
+      {"?a<b>", "a b"},
+      {"\ta\t", "\ta\t"},
+      {" \ta ", "\ta"},
+      {"a;b", "a;b"},
+      {" | ", ""},
+  };
+  for (const auto& [name, clean] : cases) {
+    New("calendar", name);
+    EXPECT_EQ(location.Str(), std::string("C:\\Data\\") + clean);
+  }
 }
 
 TEST_F(NewCategoryTest, ACalendarIsMadeAnewAndNoOther) {
@@ -74,6 +126,16 @@ TEST_F(NewCategoryTest, ACalendarIsMadeAnewAndNoOther) {
   EXPECT_NE(platform.files.Get("C:\\Data\\BobCALL.WMW"), std::nullopt);
 }
 
+// The calls' file is the one that counts.
+TEST_F(NewCategoryTest, ATaskListIsMadeIfItsCallsCanBe) {
+  platform.files.FailOpen("C:\\Data\\AdaCALL.WMW");
+  EXPECT_EQ(New("todo", "Ada"), 1);
+  EXPECT_NE(platform.files.Get("C:\\Data\\AdaTASK.WMW"), std::nullopt);
+  platform.files.FailOpen("C:\\Data\\BobTASK.WMW");
+  EXPECT_EQ(New("todo", "Bob"), 0);
+  EXPECT_NE(platform.files.Get("C:\\Data\\BobCALL.WMW"), std::nullopt);
+}
+
 TEST_F(NewCategoryTest, ABinderHasTheCleanNameAndItsSectionTheOther) {
   EXPECT_EQ(New("memo", "a/b"), 0);
   EXPECT_EQ(location.Str(), "C:\\Data\\a b;a/b");
@@ -83,7 +145,7 @@ TEST_F(NewCategoryTest, ABinderHasTheCleanNameAndItsSectionTheOther) {
   EXPECT_EQ(New("timezone", "x"), 0);
   EXPECT_EQ(New("none", "x"), 1);
   EXPECT_EQ(location.Str(), "as before");
-  EXPECT_EQ(Names(), "");
+  EXPECT_EQ(SyncNames(), "");
 }
 
 TEST_F(NewCategoryTest, OnlyFilesAreDeleted) {
@@ -93,6 +155,9 @@ TEST_F(NewCategoryTest, OnlyFilesAreDeleted) {
   EXPECT_EQ(manager.DeleteCategory("contact", "C:\\Data\\a.WMCard"), 1);
   EXPECT_EQ(manager.DeleteCategory("contact", "C:\\Data"), 1) << "a folder";
   EXPECT_EQ(manager.DeleteCategory("memo", "C:\\Data\\a;b"), 1);
+  platform.files.Put("C:\\Data\\a;b", "");
+  EXPECT_EQ(manager.DeleteCategory("memo", "C:\\Data\\a;b"), 0) << "a file of that very name";
+  EXPECT_EQ(platform.files.Get("C:\\Data\\a;b"), std::nullopt);
   EXPECT_EQ(manager.DeleteCategory("calendar", "C:\\Data\\Ada"), 0);
   EXPECT_EQ(manager.DeleteCategory(nullptr, nullptr), 0);
 }
