@@ -114,6 +114,17 @@ std::string Utf8ToCodePageLossy(std::string_view text) {
   return out;
 }
 
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    if (!TakeUtf8(text)) return false;
+  }
+  return true;
+}
+
+std::string AsUtf8(std::string text) {
+  return IsUtf8(text) ? text : CodePageToUtf8(text);
+}
+
 unsigned char CodePageLower(unsigned char byte) {
   if (byte >= 'A' && byte <= 'Z') return static_cast<unsigned char>(byte + 0x20);
   if (byte >= 0xC0 && byte <= 0xDE && byte != 0xD7) return static_cast<unsigned char>(byte + 0x20);

@@ -22,6 +22,12 @@ std::optional<std::string> Utf8ToCodePage(std::string_view text);
 // The same, each character that the code page lacks and each malformed byte becoming "?".
 std::string Utf8ToCodePageLossy(std::string_view text);
 
+// Whether the text is well-formed UTF-8.
+bool IsUtf8(std::string_view text);
+
+// The text in UTF-8: as it is if it is well-formed, else taken as one of the code page.
+std::string AsUtf8(std::string text);
+
 // The next character of a UTF-8 text, taken off its front; nothing if it is malformed there (one
 // byte is taken off then). The text must not be empty.
 std::optional<char32_t> TakeUtf8(std::string_view& text);

@@ -19,7 +19,7 @@ void Require(bool holds) {
 void CheckJson(std::string_view text) {
   const pw::JsonContacts read = pw::ReadContactsJson(text);
   const pw::JsonContacts again = pw::ReadContactsJson(pw::WriteContactsJson(read.contacts));
-  Require(again.error.empty() && again.contacts == read.contacts);
+  Require(again.errors.Count() == 0 && again.contacts == read.contacts);
 }
 
 // Writing makes the headings unique and leaves nothing empty out, so that it settles.

@@ -7,6 +7,8 @@
 
 #include "base/text.h"
 #include "host/line_reader.h"
+#include "host/safe_stream.h"
+#include "host/text_table.h"
 #include "platform/posix/terminal_dialogs.h"
 
 namespace pw {
@@ -17,12 +19,14 @@ constexpr std::size_t kLongestAnswer = 1024;
 }  // namespace
 
 int Console::Fail(const Failure& failure) const {
-  messages << "pairwise: " << failure.message << "\n";
+  messages << "pairwise: " << OneLine(failure.message) << "\n";
   return kExitFailed;
 }
 
 bool Console::Warn(const std::vector<std::string>& problems) const {
-  for (const std::string& problem : problems) messages << "pairwise: " << problem << "\n";
+  for (const std::string& problem : problems) {
+    messages << "pairwise: " << OneLine(problem) << "\n";
+  }
   return !problems.empty();
 }
 
@@ -35,12 +39,19 @@ std::optional<std::string> Console::Ask(const std::string& question) const {
 }
 
 int Console::FailUsage(const std::string& what) const {
-  messages << "pairwise: " << what << "\n";
+  messages << "pairwise: " << OneLine(what) << "\n";
   return kExitUsage;
 }
 
+void Console::ShowProgress(std::size_t done, std::size_t all) const {
+  if (!isAsking || terminal == nullptr) return;
+  *terminal << "\r" << done << " of " << all << (done == all ? "\n" : "") << std::flush;
+}
+
 Console StandardConsole() {
-  Console console{std::cin, std::cout, std::cerr};
+  static SafeStream messages(std::cerr);
+  Console console{std::cin, std::cout, messages};
+  console.terminal = &std::cerr;
   winsize size{};
   console.isAsking = TerminalIsThere();
   console.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;

@@ -91,6 +91,10 @@ std::size_t DisplayWidth(std::string_view text) {
   return width;
 }
 
+bool IsControl(std::optional<char32_t> character) {
+  return !character || *character < 0x20 || (*character >= 0x7F && *character < 0xA0);
+}
+
 std::string OneLine(std::string_view text) {
   std::string out;
   while (!text.empty()) {
@@ -98,11 +102,9 @@ std::string OneLine(std::string_view text) {
     if (text.substr(0, 2) == "\r\n") text.remove_prefix(1);
     const auto character = TakeUtf8(text);
     const bool isBlank = character == U'\n' || character == U'\r' || character == U'\t';
-    const bool isControl =
-        !character || *character < 0x20 || (*character >= 0x7F && *character < 0xA0);
     if (isBlank) {
       out += ' ';
-    } else if (isControl) {
+    } else if (IsControl(character)) {
       out += '?';
     } else {
       AppendUtf8(out, *character);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@ namespace pw {
 // How many columns a text takes: each character one, those that stack on others none, the wide ones
 // of East Asia two.
 std::size_t DisplayWidth(std::string_view text);
+
+// Whether a character, or what is none, may steer a terminal instead of standing there.
+bool IsControl(std::optional<char32_t> character);
 
 // The text without control characters: line breaks and tabs become one blank each, others "?".
 std::string OneLine(std::string_view text);

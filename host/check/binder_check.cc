@@ -77,7 +77,7 @@ void CheckSections(const std::vector<memo::Section>& sections, FileCheck& check)
     const std::string text = "section \"" + CodePageToUtf8(section.name) + "\" ";
     const auto add = [&](const std::string& what) { check.Add(OffsetOfSection(i), text + what); };
     if (!names.insert(section.name).second) {
-      add("has the name of another one, and can't be reached");
+      check.AddNote(OffsetOfSection(i), text + "has the name of another one, and can't be reached");
     }
     if (section.name.size() > memo::kLongestName) {
       add("has a name of 25 bytes, of which the next save keeps 24");

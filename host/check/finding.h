@@ -14,6 +14,7 @@ struct Finding {
   std::optional<std::uint64_t> offset;  // in the file, where it is about one place
   std::string text;                     // what stands there or was expected, for a person
   std::size_t lost = 0;                 // records that the next save would drop or empty
+  bool isNote = false;                  // a save leaves it as it is, and loses nothing by it
 };
 
 struct FileCheck {
@@ -22,7 +23,10 @@ struct FileCheck {
   std::vector<Finding> findings;
 
   void Add(std::optional<std::uint64_t> offset, std::string text, std::size_t lost = 0) {
-    findings.push_back({offset, std::move(text), lost});
+    findings.push_back({offset, std::move(text), lost, false});
+  }
+  void AddNote(std::optional<std::uint64_t> offset, std::string text) {
+    findings.push_back({offset, std::move(text), 0, true});
   }
 };
 

@@ -16,12 +16,15 @@
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/counted.h"
+#include "host/formats/line_errors.h"
 #include "host/import/calendar_records.h"
 #include "host/import/contact_records.h"
+#include "host/import/damage.h"
 #include "host/import/importer.h"
 #include "host/import/typed_csv.h"
 #include "host/import/typed_json.h"
 #include "host/native_file.h"
+#include "host/run_mark.h"
 
 // `pairwise import`: records brought into the organiser's files.
 namespace pw {
@@ -76,7 +79,7 @@ Incoming Read(EngineRun& run, const ImportOptions& options, std::string_view tex
 }
 
 // Where each record goes: into the category named on the command line, or else into the one that it
-// was in, or the only one that there is. Those that have none are told and left out.
+// was in, or the only one that there is.
 struct Part {
   const PWSourceCategory* category = nullptr;
   std::vector<IncomingRecord> records;
@@ -92,15 +95,13 @@ const PWSourceCategory* CategoryOf(const IncomingRecord& record,
   return nullptr;
 }
 
-std::vector<Part> PartsOf(Incoming& incoming, const PWSourceCategoryVector& categories) {
+// Of the records those that have one.
+std::vector<Part> PartsOf(std::vector<IncomingRecord>& records,
+                          const PWSourceCategoryVector& categories) {
   std::vector<Part> parts;
-  for (IncomingRecord& record : incoming.records) {
+  for (IncomingRecord& record : records) {
     const PWSourceCategory* category = CategoryOf(record, categories);
-    if (category == nullptr) {
-      incoming.problems.push_back(record.where + ": there is no category '" + record.category +
-                                  "' for it; name one on the command line");
-      continue;
-    }
+    if (category == nullptr) continue;
     auto part = std::find_if(parts.begin(), parts.end(),
                              [&](const Part& each) { return each.category == category; });
     if (part == parts.end()) part = parts.insert(parts.end(), {category, {}});
@@ -109,39 +110,95 @@ std::vector<Part> PartsOf(Incoming& incoming, const PWSourceCategoryVector& cate
   return parts;
 }
 
+// Those that have no category are told.
+void LeaveOutStrays(Incoming& incoming, const PWSourceCategoryVector& categories) {
+  LineErrors strays;
+  std::erase_if(incoming.records, [&](const IncomingRecord& record) {
+    if (CategoryOf(record, categories) != nullptr) return false;
+    strays.Add(record.where + ": there is no category '" + record.category +
+               "' for it; name one on the command line");
+    return true;
+  });
+  const std::vector<std::string> told = strays.Told();
+  incoming.problems.insert(incoming.problems.end(), told.begin(), told.end());
+}
+
+Outcome<PWSourceCategoryVector> CategoriesFor(EngineRun& run, const ImportOptions& options) {
+  auto categories = ChooseCategories(run.Manager(), options.type, options.category);
+  if (categories && categories->Count() == 0) {
+    return Failure{"there is no " + options.type +
+                   " category to import into; `pairwise new` makes one"};
+  }
+  return categories;
+}
+
 int Summarise(const Console& console, const Importer::Counts& counts, bool anyProblem) {
   console.out << Counted(counts.added, "record", "records") << " added";
   if (counts.updated > 0) console.out << ", " << counts.updated << " updated";
   if (counts.changed > 0) console.out << ", " << counts.changed << " of them changed";
+  if (counts.missing > 0) console.out << ", " << counts.missing << " of them missing in the file";
   if (counts.refused > 0) console.out << ", " << counts.refused << " refused";
   console.out << "\n";
-  return anyProblem || counts.refused > 0 ? kExitSomeSkipped : kExitDone;
+  const bool isAll = !anyProblem && counts.refused == 0 && counts.missing == 0;
+  return isAll ? kExitDone : kExitSomeSkipped;
 }
 
-int Import(EngineRun& run, const Console& console, const ImportOptions& options,
-           std::string_view text) {
-  const auto categories = ChooseCategories(run.Manager(), options.type, options.category);
+// What the file holds for the organiser, and whether anything of it was told to be left out.
+struct Prepared {
+  std::vector<IncomingRecord> records;
+  bool anyProblem = false;
+};
+
+// Reads the file, and tells what of it can't come along. Gives the exit code if nothing can.
+std::optional<int> Prepare(EngineRun& run, const Console& console, const ImportOptions& options,
+                           std::string_view text, Prepared& prepared) {
+  const auto categories = CategoriesFor(run, options);
   if (!categories) return console.Fail(categories.Why());
-  if (categories->Count() == 0) {
-    return console.Fail(
-        {"there is no " + options.type + " category to import into; `pairwise new` makes one"});
-  }
   if (options.type == kContactType && categories->Count() > 1) {
     return console.FailUsage("which cardfile? There are several (`pairwise categories contact`)");
   }
-  Incoming incoming = Read(run, options, text, *categories);
-  std::vector<Part> parts = PartsOf(incoming, *categories);
-  bool anyProblem = console.Warn(incoming.problems);
-  // The clocks are there already, and are found by their places.
-  Importer importer(run, console, options.type, options.update || !HasCategories(options.type));
-  for (Part& part : parts) {
-    const auto done = importer.Into(*part.category, part.records);
-    if (!done) {
-      console.Fail(done.Why());
-      anyProblem = true;
+  // Without its names of fields nothing of the file could be known.
+  if (options.type == kContactType) {
+    const auto damaged = WhyDamaged(run, kContactType, *categories->At(0));
+    if (damaged) {
+      console.Fail(*damaged);
+      return Summarise(console, {}, true);
     }
   }
-  return Summarise(console, importer.Result(), anyProblem);
+  Incoming incoming = Read(run, options, text, *categories);
+  if (incoming.records.empty() && incoming.problems.empty()) {
+    incoming.problems.push_back(options.file + ": holds no " + options.type + " records");
+  }
+  LeaveOutStrays(incoming, *categories);
+  console.Warn(incoming.remarks);
+  prepared.anyProblem = console.Warn(incoming.problems);
+  prepared.records = std::move(incoming.records);
+  if (prepared.records.empty()) return Summarise(console, {}, prepared.anyProblem);
+  return std::nullopt;
+}
+
+int Bring(EngineRun& run, const Console& console, const ImportOptions& options,
+          Prepared& prepared) {
+  const auto categories = CategoriesFor(run, options);
+  if (!categories) return console.Fail(categories.Why());
+  // The clocks are there already, and are found by their places.
+  Importer importer(run, console, options.type, options.update || !HasCategories(options.type));
+  for (Part& part : PartsOf(prepared.records, *categories)) {
+    const auto done = importer.Into(*part.category, part.records);
+    if (done) continue;
+    console.Fail(done.Why());
+    prepared.anyProblem = true;
+  }
+  return Summarise(console, importer.Result(), prepared.anyProblem);
+}
+
+// In a run that only reads: a file that holds nothing needs no backup.
+std::optional<int> PrepareBeforehand(const Console& console, const Profile& profile,
+                                     const ImportOptions& options, std::string_view text,
+                                     Prepared& prepared) {
+  const auto run = EngineRun::Start(profile, RunMode::kReading, console.messages);
+  if (!run) return console.Fail(run.Why());
+  return Prepare(**run, console, options, text, prepared);
 }
 
 int RunImport(const CommandLine& line, const ImportOptions& options) {
@@ -150,9 +207,22 @@ int RunImport(const CommandLine& line, const ImportOptions& options) {
   if (!complaint.empty()) return console.FailUsage(complaint);
   const auto text = ReadNativeFile(options.file, kLargestImport);
   if (!text) return console.Fail(text.Why());
-  return WithWritingRun(line, !AnyNeedsCalendars({options.type}), [&](EngineRun& run) {
-    run.Objects().setWindowChain(true);
-    return Import(run, console, options, *text);
+  return WithProfile(line, [&](const Profile& profile) {
+    Prepared prepared;
+    // What a run that was cut off has left must be settled before anything is read.
+    const bool isSettled = !BackupOfCutOffRun(profile);
+    if (isSettled) {
+      const auto code = PrepareBeforehand(console, profile, options, *text, prepared);
+      if (code) return *code;
+    }
+    return WithWritingRun(line, !AnyNeedsCalendars({options.type}), [&](EngineRun& run) {
+      run.Objects().setWindowChain(true);
+      if (!isSettled) {
+        const auto code = Prepare(run, console, options, *text, prepared);
+        if (code) return *code;
+      }
+      return Bring(run, console, options, prepared);
+    });
   });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,5 +19,13 @@ struct Contact {
 
   friend bool operator==(const Contact&, const Contact&) = default;
 };
+
+// As many as a cardfile can have. Of a file with more no reader keeps those behind.
+inline constexpr std::size_t kMostContacts = 65'535;
+inline constexpr const char* kTooManyContacts =
+    "a cardfile holds 65,535 cards at most, and this one is left out";
+
+// What of the contacts of a file doesn't come along, for a person, by their places from 0.
+using ContactRemarks = std::map<std::size_t, std::vector<std::string>>;
 
 }  // namespace pw

@@ -42,7 +42,7 @@ void AppendFields(std::string& out, const Contact& contact) {
 // Each call returns whether to go on.
 class Reader final : public nlohmann::json_sax<Json> {
  public:
-  explicit Reader(JsonContacts& file) : file(file) {}
+  Reader(std::string_view text, JsonContacts& file) : text(text), file(file) {}
 
   bool null() override { return OtherValue(); }
   bool boolean(bool) override { return OtherValue(); }
@@ -51,22 +51,22 @@ class Reader final : public nlohmann::json_sax<Json> {
   bool number_float(double, const std::string&) override { return OtherValue(); }
   bool binary(Json::binary_t&) override { return OtherValue(); }
 
-  bool string(std::string& text) override {
+  bool string(std::string& value) override {
     switch (place) {
       case Place::kId:
-        contact.id = std::move(text);
+        contact.id = std::move(value);
         return Enter(Place::kContact);
       case Place::kStamp:
-        contact.stamp = std::move(text);
+        contact.stamp = std::move(value);
         return Enter(Place::kContact);
       case Place::kFieldValue:
-        contact.fields.back().second = std::move(text);
+        contact.fields.back().second = std::move(value);
         return Enter(Place::kFieldsObject);
       case Place::kPairName:
-        contact.fields.emplace_back(std::move(text), std::string());
+        contact.fields.emplace_back(std::move(value), std::string());
         return Enter(Place::kPairValue);
       case Place::kPairValue:
-        contact.fields.back().second = std::move(text);
+        contact.fields.back().second = std::move(value);
         return Enter(Place::kPairEnd);
       default:
         return OtherValue();
@@ -74,43 +74,49 @@ class Reader final : public nlohmann::json_sax<Json> {
   }
 
   bool start_object(std::size_t) override {
-    if (place == Place::kContacts) {
-      contact = Contact();
-      return Enter(Place::kContact);
-    }
-    if (place == Place::kFields) return Enter(Place::kFieldsObject);
+    ++depth;
+    if (place == Place::kContacts) return BeginContact();
+    if (place == Place::kFields) return BeginFields(Place::kFieldsObject);
     return StartOther();
   }
 
   bool start_array(std::size_t) override {
+    ++depth;
     if (place == Place::kFile) return Enter(Place::kContacts);
-    if (place == Place::kFields) return Enter(Place::kFieldsPairs);
+    if (place == Place::kFields) return BeginFields(Place::kFieldsPairs);
     if (place == Place::kFieldsPairs) return Enter(Place::kPairName);
     return StartOther();
   }
 
   bool key(std::string& name) override {
-    if (place == Place::kOther) return true;
+    if (place == Place::kOther || place == Place::kWrong) return true;
     if (place == Place::kFieldsObject) {
       contact.fields.emplace_back(std::move(name), std::string());
       return Enter(Place::kFieldValue);
     }
     if (name == "id") return Enter(Place::kId);
     if (name == "changed") return Enter(Place::kStamp);
-    return Enter(name == "fields" ? Place::kFields : Place::kOther);
+    if (name == "fields") return Enter(Place::kFields);
+    remarks.push_back("\"" + name + "\" is no member of a contact, and is left out");
+    return Enter(Place::kOther);
   }
 
   bool end_object() override {
-    if (place == Place::kOther) return EndOther();
+    --depth;
+    if (place == Place::kOther) return OtherValue();
+    if (place == Place::kWrong) return EndWrong();
     if (place == Place::kFieldsObject) return Enter(Place::kContact);
-    file.contacts.push_back(std::move(contact));
+    EndContact();
     return Enter(Place::kContacts);
   }
 
   bool end_array() override {
+    --depth;
     switch (place) {
       case Place::kOther:
-        return EndOther();
+        return OtherValue();
+      case Place::kWrong:
+        return EndWrong();
       case Place::kPairEnd:
         return Enter(Place::kFieldsPairs);
       case Place::kFieldsPairs:
@@ -124,13 +130,9 @@ class Reader final : public nlohmann::json_sax<Json> {
 
   bool parse_error(std::size_t position, const std::string&,
                    const nlohmann::detail::exception&) override {
-    badPosition = position;
-    file.error = "no JSON";
+    file.errors.Add(LineOf(text, position), "no JSON, and reading ends there");
     return false;
   }
-
-  // Where the parser met what is no JSON, in bytes from 1; 0 if it is JSON.
-  std::size_t BadPosition() const { return badPosition; }
 
  private:
   enum class Place {
@@ -147,6 +149,7 @@ class Reader final : public nlohmann::json_sax<Json> {
     kPairValue,
     kPairEnd,
     kOther,  // in the value of an unknown member
+    kWrong,  // in what is left of a contact that isn't of the form
   };
 
   bool Enter(Place next) {
@@ -154,40 +157,70 @@ class Reader final : public nlohmann::json_sax<Json> {
     return true;
   }
 
+  bool BeginContact() {
+    ++number;
+    contact = Contact();
+    remarks.clear();
+    hasFields = false;
+    return Enter(Place::kContact);
+  }
+
+  bool BeginFields(Place next) {
+    hasFields = true;
+    return Enter(next);
+  }
+
+  void EndContact() {
+    if (!hasFields) return Report("it has no \"fields\", and is left out");
+    if (file.contacts.size() == kMostContacts) return Report(kTooManyContacts);
+    if (!remarks.empty()) file.remarks[file.contacts.size()] = std::move(remarks);
+    file.contacts.push_back(std::move(contact));
+  }
+
   bool OtherValue() {
+    if (place == Place::kWrong) return true;
     if (place != Place::kOther) return Unexpected();
-    if (depth == 0) place = Place::kContact;
+    if (depth == kDepthInContact) place = Place::kContact;
     return true;
   }
 
-  bool StartOther() {
-    if (place != Place::kOther) return Unexpected();
-    ++depth;
-    return true;
-  }
+  bool StartOther() { return place == Place::kOther || place == Place::kWrong || Unexpected(); }
 
-  bool EndOther() {
-    --depth;
-    return OtherValue();
-  }
+  bool EndWrong() { return Enter(depth < kDepthInContact ? Place::kContacts : Place::kWrong); }
 
+  // The rest of the contact is passed over.
   bool Unexpected() {
     const char* wanted = "two texts, name and value, for each field";
-    if (place == Place::kFile) wanted = "an array of contacts";
-    if (place == Place::kContacts) wanted = "an object";
+    if (place == Place::kFile) {
+      file.errors.Add("this is no JSON array of contacts");
+      return false;
+    }
+    if (place == Place::kContacts) {
+      ++number;
+      wanted = "an object";
+    }
     if (place == Place::kId) wanted = "a text as id";
     if (place == Place::kStamp) wanted = "a text as time of change";
     if (place == Place::kFields) wanted = "fields as an object or as pairs";
     if (place == Place::kFieldValue) wanted = "a text as each field's value";
-    file.error = "contact " + std::to_string(file.contacts.size() + 1) + ": expected " + wanted;
-    return false;
+    Report(std::string("expected ") + wanted + ", and it is left out");
+    return EndWrong();
   }
 
+  void Report(const std::string& what) {
+    file.errors.Add("contact " + std::to_string(number) + ": " + what);
+  }
+
+  static constexpr std::size_t kDepthInContact = 2;
+
+  std::string_view text;
   JsonContacts& file;
+  std::size_t number = 0;  // of the contact, from 1
   Contact contact;
+  std::vector<std::string> remarks;
+  bool hasFields = false;
   Place place = Place::kFile;
-  std::size_t depth = 0;
-  std::size_t badPosition = 0;
+  std::size_t depth = 0;  // open brackets
 };
 
 }  // namespace
@@ -210,13 +243,8 @@ std::string WriteContactsJson(const std::vector<Contact>& contacts) {
 
 JsonContacts ReadContactsJson(std::string_view text) {
   JsonContacts file;
-  Reader reader(file);
+  Reader reader(text, file);
   Json::sax_parse(text, &reader);
-  if (reader.BadPosition() != 0) {
-    const std::string_view before = text.substr(0, reader.BadPosition() - 1);
-    const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-    file.error = "line " + std::to_string(line) + ": " + file.error;
-  }
   return file;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/formats/contact.h"
+#include "host/formats/line_errors.h"
 
 // Contacts as JSON, a contact a line:
 //
@@ -22,12 +23,14 @@ std::string WriteContactsJson(const std::vector<Contact>& contacts);
 
 struct JsonContacts {
   std::vector<Contact> contacts;
-  std::string error;  // one line that names where; empty if all was read
+  ContactRemarks remarks;
+  LineErrors errors;
 };
 
 // Reads an array of such objects. Both forms of fields do, and names that an object repeats all
-// count. Members that are missing are empty, unknown ones passed over. At the first error reading
-// ends, and the contacts are those that were complete by then. Nesting however deep is harmless.
+// count. "id" and "changed" may be missing, unknown members are remarked. An object that isn't of
+// the form, or has no fields, is reported and left out; where the text is no JSON reading ends, and
+// the contacts are those that were complete by then. Nesting however deep is harmless.
 JsonContacts ReadContactsJson(std::string_view text);
 
 }  // namespace pw

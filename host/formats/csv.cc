@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "base/codepage.h"
 #include "base/text.h"
 
 namespace pw {
@@ -106,6 +107,7 @@ class RowReader {
       problem = "text behind a quoted cell";
     }
     if (!problem.empty()) SkipLine();
+    for (std::string& cell : cells) cell = AsUtf8(std::move(cell));
     return true;
   }
 
@@ -178,7 +180,7 @@ struct Header {
 };
 
 // What is wrong with the headings; empty if nothing is.
-std::string TakeHeader(std::vector<std::string>& cells, Header& header) {
+std::string TakeHeader(const std::vector<std::string>& cells, Header& header) {
   std::size_t bytes = 0;
   std::unordered_set<std::string> seen;
   for (std::size_t i = 0; i < cells.size(); ++i) {
@@ -192,7 +194,7 @@ std::string TakeHeader(std::vector<std::string>& cells, Header& header) {
       header.stamp = i;
     }
   }
-  header.names = std::move(cells);
+  header.names = cells;
   return {};
 }
 
@@ -235,7 +237,7 @@ std::string WriteCsv(const std::vector<Contact>& contacts) {
   return out;
 }
 
-CsvFile ReadCsv(std::string_view text) {
+CsvFile ReadCsv(std::string_view text, std::size_t most) {
   CsvFile file;
   RowReader rows(text);
   if (!rows.Next()) return file;
@@ -246,6 +248,9 @@ CsvFile ReadCsv(std::string_view text) {
     file.errors.Add(rows.Line(), problem);
     return file;
   }
+  for (std::size_t i = 0; i < header.names.size(); ++i) {
+    if (i != header.id && i != header.stamp) file.names.push_back(header.names[i]);
+  }
   while (rows.Next()) {
     std::vector<std::string>& cells = rows.Cells();
     if (!rows.Problem().empty()) {
@@ -253,6 +258,8 @@ CsvFile ReadCsv(std::string_view text) {
     } else if (cells.size() != header.names.size()) {
       file.errors.Add(rows.Line(), std::to_string(cells.size()) + " cells below " +
                                        std::to_string(header.names.size()) + " headings");
+    } else if (file.contacts.size() == most) {
+      file.errors.Add(rows.Line(), kTooManyContacts);
     } else {
       file.contacts.push_back(MakeContact(header, cells));
     }

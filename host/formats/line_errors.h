@@ -15,10 +15,13 @@ class LineErrors {
  public:
   static constexpr std::size_t kMostKept = 100;
 
-  // Lines count from 1.
+  // Lines count from 1. The text becomes "line 12: ...".
   void Add(std::size_t line, std::string_view text);
 
-  // Each as "line 12: ...", a control character of the text being a blank.
+  // What tells by itself where it is.
+  void Add(std::string_view text);
+
+  // Those kept, a control character being a blank.
   const std::vector<std::string>& Texts() const { return texts; }
   std::size_t Count() const { return count; }
 
@@ -29,5 +32,8 @@ class LineErrors {
   std::vector<std::string> texts;
   std::size_t count = 0;
 };
+
+// The line, from 1, of the byte at a position of a text, which counts from 1 too.
+std::size_t LineOf(std::string_view text, std::size_t position);
 
 }  // namespace pw

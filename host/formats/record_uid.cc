@@ -1,7 +1,9 @@
 #include "host/formats/record_uid.h"
 
+#include <algorithm>
 #include <cstdint>
 
+#include "base/text.h"
 #include "host/formats/transfer_encoding.h"
 
 namespace pw {
@@ -21,25 +23,40 @@ std::uint64_t Hash(std::string_view text) {
   return hash;
 }
 
+// As a UID names a file.
+std::string MarkOf(std::string_view fileIdentity) {
+  const std::uint64_t hash = Hash(fileIdentity);
+  std::string mark;
+  for (int shift = 60; shift >= 0; shift -= 4) mark += "0123456789abcdef"[hash >> shift & 0xF];
+  return mark;
+}
+
 }  // namespace
 
 std::string MakeRecordUid(std::string_view fileIdentity, std::string_view id,
                           std::size_t occurrence) {
-  std::string uid(kUidStart);
-  const std::uint64_t hash = Hash(fileIdentity);
-  for (int shift = 60; shift >= 0; shift -= 4) uid += "0123456789abcdef"[hash >> shift & 0xF];
-  uid += '-';
-  uid += EncodePercent(id);
+  std::string uid = std::string(kUidStart) + MarkOf(fileIdentity) + '-' + EncodePercent(id);
   if (occurrence > 1) uid += kOccurrenceMark + std::to_string(occurrence);
   return uid;
 }
 
-std::string IdOfRecordUid(std::string_view uid) {
+bool RecordId::IsOf(std::string_view fileIdentity) const {
+  return file.empty() || EqualIgnoringCase(file, MarkOf(fileIdentity));
+}
+
+RecordId IdOfRecordUid(std::string_view uid) {
   const std::size_t idStart = kUidStart.size() + kHashDigits + 1;
   if (uid.size() < idStart || uid.substr(0, kUidStart.size()) != kUidStart) return {};
   if (uid[idStart - 1] != '-') return {};
+  RecordId id;
+  id.file = uid.substr(kUidStart.size(), kHashDigits);
   uid.remove_prefix(idStart);
-  return DecodePercent(uid.substr(0, uid.find(kOccurrenceMark)));
+  const std::size_t mark = std::min(uid.find(kOccurrenceMark), uid.size());
+  id.text = DecodePercent(uid.substr(0, mark));
+  if (mark != uid.size()) {
+    id.occurrence = static_cast<std::uint32_t>(std::max(ParseLong(uid.substr(mark + 1)), 0));
+  }
+  return id;
 }
 
 }  // namespace pw

@@ -12,7 +12,17 @@ namespace pw {
 std::string MakeRecordUid(std::string_view fileIdentity, std::string_view id,
                           std::size_t occurrence = 1);
 
-// The record's id in a UID of ours; empty for a foreign one.
-std::string IdOfRecordUid(std::string_view uid);
+// The id of a record, with what else a UID says of it.
+struct RecordId {
+  std::string text;            // in UTF-8; empty where there is none
+  std::string file;            // stands for the file that the record was in; empty if untold
+  std::size_t occurrence = 1;  // among the records of that id in the file, from 1
+
+  // Whether the record may be of the file of that identity.
+  bool IsOf(std::string_view fileIdentity) const;
+};
+
+// What is in a UID of ours; empty for a foreign one.
+RecordId IdOfRecordUid(std::string_view uid);
 
 }  // namespace pw

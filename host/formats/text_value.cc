@@ -65,13 +65,6 @@ bool IsPlainText(std::string_view text) {
   return true;
 }
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    if (!TakeUtf8(text)) return false;
-  }
-  return true;
-}
-
 std::string WithLineFeeds(std::string_view text) {
   std::string result;
   result.reserve(text.size());

@@ -23,8 +23,6 @@ std::vector<std::string_view> SplitValue(std::string_view value, char separator)
 // well-formed, its line breaks all CR LF, without other control characters but tabs.
 bool IsPlainText(std::string_view text);
 
-bool IsUtf8(std::string_view text);
-
 // CR LF to LF, which is the line break that a line's escapes know, and back. The way back leaves a
 // CR LF that is there already.
 std::string WithLineFeeds(std::string_view text);

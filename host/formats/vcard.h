@@ -6,6 +6,7 @@
 
 #include "host/formats/contact.h"
 #include "host/formats/line_errors.h"
+#include "host/formats/record_uid.h"
 
 // Contacts as vCards.
 //
@@ -22,6 +23,8 @@ void AppendVCard(std::string& out, const Contact& contact, std::string_view file
 
 struct VCardFile {
   std::vector<Contact> contacts;
+  std::vector<RecordId> ids;  // of each of them, as its UID tells it
+  ContactRemarks remarks;     // properties that no field is known for, unknown character sets
   LineErrors errors;
 };
 
@@ -31,9 +34,9 @@ struct VCardFile {
 // `fieldNames` are.
 // Any other card, of version 2.1, 3.0 or 4.0, is fitted into fields of the names given, all of them
 // in each contact: what no field takes is appended to the notes field, or reported where there is
-// none. Pictures and other properties that no field is known for are passed over. Such a contact
-// has no id, and a stamp only where the card tells one in local time. Text that isn't well-formed
-// UTF-8 is taken as the organiser's code page.
+// none. Pictures and other properties that no field is known for are remarked. Such a contact has
+// no id, and a stamp only where the card tells one in local time. Text that isn't well-formed UTF-8
+// is taken as the organiser's code page. One without any text is reported and left out.
 //
 // A damaged line is reported and the rest of its card kept; so is a card that doesn't end.
 VCardFile ReadVCards(std::string_view text, const std::vector<std::string>& fieldNames);

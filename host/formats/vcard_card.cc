@@ -1,6 +1,7 @@
 #include "host/formats/vcard_card.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "base/codepage.h"
@@ -46,8 +47,35 @@ std::optional<std::string> DecodeValue(const ContentLine& line) {
   if (Tells(line, kEncodingParameter, "quoted-printable")) {
     value = DecodeQuotedPrintable(line.value);
   }
-  if (value && !IsUtf8(*value)) value = CodePageToUtf8(*value);
+  if (value) value = AsUtf8(std::move(*value));
   return value;
+}
+
+// The character set that a line tells, where it is neither UTF-8 nor the organiser's, nor a part
+// of either.
+std::string UnknownCharset(const ContentLine& line) {
+  constexpr std::string_view kKnown[] = {"utf-8",        "utf8",       "us-ascii",   "ascii",
+                                         "windows-1252", "iso-8859-1", "iso_8859-1", "cp1252"};
+  const ContentParameter* charset = line.Find("CHARSET");
+  if (charset == nullptr || charset->values.empty()) return {};
+  const std::string& name = charset->values.front();
+  const bool isKnown = std::any_of(std::begin(kKnown), std::end(kKnown),
+                                   [&](std::string_view each) { return Equals(name, each); });
+  return isKnown ? std::string() : name;
+}
+
+// Whether a property only tells of the card itself.
+bool IsOfFormat(const std::string& name) {
+  constexpr std::string_view kNames[] = {"VERSION", "PRODID", "PROFILE",
+                                         "MAILER",  "SOURCE", "NAME"};
+  return std::any_of(std::begin(kNames), std::end(kNames),
+                     [&](std::string_view each) { return Equals(name, each); });
+}
+
+std::string Listed(const std::set<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
 }
 
 CardPlace PlaceOf(const ContentLine& line) {
@@ -114,7 +142,21 @@ void VCardContent::Add(const ContentLine& line, std::size_t number, LineErrors& 
     AddOwnField(line, number, errors);
   } else if (const auto property = FindCardProperty(line.name)) {
     AddProperty(*property, line, number, errors);
+  } else if (!line.value.empty() && !IsOfFormat(line.name)) {
+    unknownProperties.insert(AsUtf8(line.name));
   }
+}
+
+std::vector<std::string> VCardContent::Remarks() const {
+  std::vector<std::string> remarks;
+  if (!unknownProperties.empty()) {
+    remarks.push_back("no field is known for " + Listed(unknownProperties));
+  }
+  if (!unknownCharsets.empty()) {
+    remarks.push_back("the character set " + Listed(unknownCharsets) +
+                      " isn't known, so that letters may come in as others");
+  }
+  return remarks;
 }
 
 void VCardContent::AddFieldList(const ContentLine& line, std::size_t number, LineErrors& errors) {
@@ -150,6 +192,8 @@ void VCardContent::AddProperty(CardProperty property, const ContentLine& line, s
                                LineErrors& errors) {
   const std::optional<std::string> value = DecodeValue(line);
   if (!value) return errors.Add(number, kNoBase64);
+  const std::string charset = UnknownCharset(line);
+  if (!charset.empty()) unknownCharsets.insert(AsUtf8(charset));
   const CardPropertyForm& form = FormOf(property);
   CardSlot slot = {property};
   if (form.hasPlace) slot.place = PlaceOf(line);

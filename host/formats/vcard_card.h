@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "host/formats/content_line.h"
 #include "host/formats/line_errors.h"
+#include "host/formats/record_uid.h"
 #include "host/formats/vcard_fields.h"
 
 namespace pw {
@@ -37,7 +39,7 @@ class VCardContent {
   std::size_t FirstLine() const { return firstLine; }
 
   // The record's id, empty unless the card is one of ours; the stamp, empty unless in local time.
-  const std::string& Id() const { return id; }
+  const RecordId& Id() const { return id; }
   const std::string& Stamp() const { return stamp; }
 
   // The names of a card of ours.
@@ -50,6 +52,9 @@ class VCardContent {
   // The places and lines of its addresses, in the file's order.
   const std::vector<std::pair<CardPlace, std::size_t>>& Addresses() const { return addresses; }
 
+  // What of it doesn't come along or may come along changed, for a person.
+  std::vector<std::string> Remarks() const;
+
  private:
   void AddFieldList(const ContentLine& line, std::size_t number, LineErrors& errors);
   void AddOwnField(const ContentLine& line, std::size_t number, LineErrors& errors);
@@ -57,12 +62,14 @@ class VCardContent {
                    LineErrors& errors);
 
   std::size_t firstLine;
-  std::string id;
+  RecordId id;
   std::string stamp;
   std::optional<std::vector<std::string>> fieldNames;
   std::vector<OwnField> ownFields;
   std::map<CardSlot, std::vector<Text>> texts;
   std::vector<std::pair<CardPlace, std::size_t>> addresses;
+  std::set<std::string> unknownProperties;
+  std::set<std::string> unknownCharsets;
 };
 
 }  // namespace pw

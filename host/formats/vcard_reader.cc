@@ -303,16 +303,34 @@ class FileReader {
   }
 
   void Finish() {
+    if (IsWithoutText()) {
+      file.errors.Add(card->FirstLine(), "a card that holds nothing, and is left out");
+    } else if (file.contacts.size() == kMostContacts) {
+      file.errors.Add(card->FirstLine(), kTooManyContacts);
+    } else {
+      Keep();
+    }
+    card.reset();
+    nested = 0;
+  }
+
+  // One of ours may be meant to empty a card that is there.
+  bool IsWithoutText() const {
+    return !card->FieldNames() && card->OwnFields().empty() && card->Texts().empty();
+  }
+
+  void Keep() {
+    std::vector<std::string> remarks = card->Remarks();
+    if (!remarks.empty()) file.remarks[file.contacts.size()] = std::move(remarks);
+    file.ids.push_back(card->Id());
     Contact& contact = file.contacts.emplace_back();
-    contact.id = card->Id();
+    contact.id = card->Id().text;
     contact.stamp = card->Stamp();
     if (card->FieldNames()) {
       OwnCard(*card, contact, file.errors).Fill();
     } else {
       ForeignCard(*card, names, slots, contact, file.errors).Fill();
     }
-    card.reset();
-    nested = 0;
   }
 
   ContentLineReader lines;

@@ -102,7 +102,7 @@ class EventImport {
 
   // Whether a record of the organiser's is to be changed by it.
   bool IsUpdate(const ReadEvent& read) const {
-    return update && !IdOfRecordUid(read.event.uid).empty();
+    return update && !IdOfRecordUid(read.event.uid).text.empty();
   }
 
   // --- Events alone ---
@@ -202,7 +202,7 @@ class EventImport {
   void AddBeside(const EventGroup& group, const EventSpan& span, const SeriesDates& dates,
                  const RuleDates& worked) {
     const ReadEvent& series = *group.series;
-    const bool isOwn = !IdOfRecordUid(series.event.uid).empty();
+    const bool isOwn = !IdOfRecordUid(series.event.uid).text.empty();
     std::set<LocalStart> beside = StartsOf(group, dates, {}, moments);
     const auto own = StartOf(series.event.start, series, moments);
     for (const chrono::sys_days date : worked.dates) beside.erase({date, own->second});

@@ -7,6 +7,7 @@
 #include "host/formats/contact_json.h"
 #include "host/formats/csv.h"
 #include "host/formats/vcard.h"
+#include "host/import/headings.h"
 
 namespace pw {
 namespace {
@@ -30,8 +31,7 @@ class ContactImport {
       : fields(names.begin(), names.end()) {}
 
   void Fill(const Contact& contact, IncomingRecord& record) const {
-    record.id = contact.id;
-    std::unordered_set<std::string> seen;
+    std::unordered_set<std::string_view> seen;
     for (const auto& [name, value] : contact.fields) {
       if (fields.count(name) == 0) {
         if (!value.empty()) record.remarks.push_back("there is no field \"" + name + "\" for it");
@@ -39,7 +39,8 @@ class ContactImport {
         if (!value.empty()) {
           record.remarks.push_back("the second \"" + name + "\" is left out");
         }
-      } else {
+      } else if (!value.empty() || !contact.id.empty()) {
+        // An empty text matters only to a card that is there.
         SetField(name, value, record);
       }
     }
@@ -62,31 +63,28 @@ class ContactImport {
 
 struct ReadCards {
   std::vector<Contact> contacts;
+  std::vector<RecordId> ids;  // of each, where the file tells more than the contact does
+  ContactRemarks remarks;
   std::vector<std::string> problems;
 };
 
-std::vector<std::string> TextsOf(const LineErrors& errors) {
-  std::vector<std::string> texts = errors.Texts();
-  if (errors.Count() > texts.size()) {
-    texts.push_back("and " + std::to_string(errors.Count() - texts.size()) + " more of this kind");
-  }
-  return texts;
+ReadCards ReadRows(std::string_view text, const std::vector<std::string>& fieldNames) {
+  CsvFile read = ReadCsv(text, kMostContacts);
+  const std::string unknown = WhyNoneKnown(read.names, fieldNames);
+  if (!unknown.empty()) return {{}, {}, {}, {unknown}};
+  return {std::move(read.contacts), {}, {}, read.errors.Told()};
 }
 
 ReadCards Read(std::string_view text, ContactFormat format,
                const std::vector<std::string>& fieldNames) {
+  if (format == ContactFormat::kCsv) return ReadRows(text, fieldNames);
   if (format == ContactFormat::kJson) {
     JsonContacts read = ReadContactsJson(text);
-    std::vector<std::string> problems;
-    if (!read.error.empty()) problems.push_back(read.error);
-    return {std::move(read.contacts), std::move(problems)};
-  }
-  if (format == ContactFormat::kCsv) {
-    CsvFile read = ReadCsv(text);
-    return {std::move(read.contacts), TextsOf(read.errors)};
+    return {std::move(read.contacts), {}, std::move(read.remarks), read.errors.Told()};
   }
   VCardFile read = ReadVCards(text, fieldNames);
-  return {std::move(read.contacts), TextsOf(read.errors)};
+  return {std::move(read.contacts), std::move(read.ids), std::move(read.remarks),
+          read.errors.Told()};
 }
 
 }  // namespace
@@ -97,9 +95,15 @@ Incoming ReadContacts(std::string_view text, ContactFormat format,
   Incoming incoming;
   incoming.problems = std::move(read.problems);
   const ContactImport import(fieldNames);
-  for (const Contact& contact : read.contacts) {
+  for (std::size_t i = 0; i < read.contacts.size(); ++i) {
+    // Each goes once it is taken, so that a long file isn't in memory twice.
+    const Contact contact = std::move(read.contacts[i]);
     IncomingRecord& record = incoming.records.emplace_back();
-    record.where = "record " + std::to_string(incoming.records.size());
+    record.where = "record " + std::to_string(i + 1);
+    record.id.text = contact.id;
+    if (!read.ids.empty()) record.id = std::move(read.ids[i]);
+    const auto remarks = read.remarks.find(i);
+    if (remarks != read.remarks.end()) record.remarks = std::move(remarks->second);
     import.Fill(contact, record);
   }
   return incoming;

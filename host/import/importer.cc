@@ -1,80 +1,33 @@
 #include "host/import/importer.h"
 
-#include <algorithm>
-#include <cstdint>
+#include <initializer_list>
 #include <optional>
-#include <ostream>
 #include <utility>
 
 #include "base/codepage.h"
-#include "base/text.h"
-#include "cardfile/format.h"
 #include "host/catalogue.h"
-#include "host/check/card_check.h"
+#include "host/import/comparison.h"
+#include "host/import/damage.h"
 #include "host/import/record_limits.h"
 #include "host/import/series_keys.h"
-#include "host/text_table.h"
-#include "platform/whole_file.h"
+#include "host/import/told_record.h"
 
 namespace pw {
 namespace {
 
 constexpr std::size_t kRecordsPerProgress = 250;
+constexpr const char* kRefusedByPlugIn = "refused by the organiser's plug-in";
 
-// Why a save of the cardfile would lose some of it; empty where it wouldn't.
-std::string DamageOfCardfile(const std::string& location) {
-  const auto bytes = ReadWholeFile(location, cardfile::kLargestFile);
-  if (!bytes) return {};
-  for (const Finding& finding : CheckCardfile(*bytes).findings) {
-    if (finding.lost > 0) return finding.text;
+std::string Refusal(const std::string& why) {
+  return why.empty() ? std::string() : "refused, as " + why;
+}
+
+// The first that isn't empty.
+std::string FirstOf(std::initializer_list<std::string> reasons) {
+  for (const std::string& reason : reasons) {
+    if (!reason.empty()) return reason;
   }
   return {};
-}
-
-// Ids of new cards go on from the highest one that was read.
-void WalkCards(PWSource& source) {
-  for (PWRESULT at = source.FirstRecord(); at == kResultOk; at = source.NextRecord()) {
-    PWRecord record;
-    source.ReadRecord(&record);
-  }
-}
-
-// What a person knows the record by.
-std::string LabelOf(const IncomingRecord& incoming, const RecordForm& form) {
-  PWRecord record = incoming.record;
-  const Json json = form.toJson(record);
-  std::string text;
-  if (json.contains("fields")) {
-    for (const Json& field : json["fields"]) {
-      if (text.empty()) text = field[1].get<std::string>();
-    }
-  } else {
-    text = json.value(json.contains("Subject") ? "Subject" : "City", "");
-  }
-  return text.empty() ? incoming.where : incoming.where + " (" + OneLine(text) + ")";
-}
-
-// Of a card the fields that were given a text.
-std::string DifferentFields(const Json& given, const Json& kept) {
-  std::vector<std::string> names;
-  for (const Json& field : given) {
-    const bool isKept = std::find(kept.begin(), kept.end(), field) != kept.end();
-    if (!field[1].get<std::string>().empty() && !isKept) {
-      names.push_back(field[0].get<std::string>());
-    }
-  }
-  return JoinNonEmpty(names, ", ");
-}
-
-// The names of what was given and isn't kept so. What is as in a fresh record wasn't given.
-std::string Differences(const Json& given, const Json& kept, const Json& fresh) {
-  if (given.contains("fields")) return DifferentFields(given["fields"], kept["fields"]);
-  std::vector<std::string> names;
-  for (const auto& [name, value] : given.items()) {
-    const bool wasGiven = fresh.value(name, Json()) != value;
-    if (wasGiven && kept.value(name, Json()) != value) names.push_back(name);
-  }
-  return JoinNonEmpty(names, ", ");
 }
 
 }  // namespace
@@ -88,90 +41,137 @@ Importer::Importer(EngineRun& run, const Console& console, std::string typeName,
 
 Outcome<Done> Importer::Into(const PWSourceCategory& category,
                              std::vector<IncomingRecord>& records) {
+  const std::string location = category.Location.Str();
   auto opened = OpenForReading(run, type, category);
   if (!opened) return opened.Why();
-  std::string damage = opened->problems.empty() ? std::string() : opened->problems.front();
-  if (type == kContactType) {
-    damage = DamageOfCardfile(category.Location.Str());
-    if (!damage.empty()) damage = run.NativePathOf(category.Location.Str()) + ": " + damage;
-  }
-  if (!damage.empty()) {
+  auto damage = WhyDamaged(run, type, category);
+  if (!opened->problems.empty()) damage = NothingWritten(opened->problems.front());
+  if (damage) {
     // Without a change it saves nothing, but the organiser gets its files back.
     opened->source->CloseSource();
-    return Failure{damage + "; nothing is written to a damaged file"};
+    return *damage;
   }
   PWSource& source = *opened->source;
-  if (type == kContactType) WalkCards(source);
+  if (type == kContactType) fieldNames = FieldNames(run, type, category);
+  StoredRecords stored = HasCategories(type) ? StoredRecords(source, CodePageToUtf8(location))
+                                             : StoredRecords::OfClocks(source);
   std::optional<SeriesKeys> keys;
   if (type == kCalendarType) keys.emplace(source, records, run.Objects().clock);
   arrived.clear();
   for (std::size_t i = 0; i < records.size(); ++i) {
-    Bring(source, records[i]);
+    Bring(source, stored, records[i]);
     ShowProgress(i + 1, records.size());
   }
+  const std::uint32_t expected = source.RecordCount();
   if (source.CloseSource() != kResultOk) {
-    return Failure{run.NativePathOf(category.Location.Str()) + ": could not be saved"};
+    return Failure{run.NativePathOf(location) + ": could not be saved"};
   }
-  Compare(category);
-  return Done{};
+  return Compare(category, expected);
 }
 
-void Importer::Bring(PWSource& source, IncomingRecord& incoming) {
-  const std::string tooLong = WhyTooLong(incoming.record, type);
-  if (!tooLong.empty()) {
-    ++counts.refused;
-    return Tell(incoming, "refused, as " + tooLong);
+void Importer::Bring(PWSource& source, StoredRecords& stored, IncomingRecord& incoming) {
+  const StoredRecords::Found found = update ? stored.Find(incoming) : StoredRecords::Found();
+  std::string why;
+  if (found.match == StoredRecords::Match::kRefused) {
+    why = Refusal(found.text);
+  } else if (found.match == StoredRecords::Match::kStored) {
+    why = Update(source, found.text, incoming);
+  } else {
+    why = Add(source, incoming);
   }
-  PWRecord given = incoming.record;
-  const bool isStored = Store(source, incoming);
   TellLog(incoming);
-  if (!isStored) {
+  if (!why.empty()) {
     ++counts.refused;
-    return Tell(incoming, "refused by the organiser's plug-in");
+    return Tell(incoming, why);
   }
+  const bool isUpdate = found.match == StoredRecords::Match::kStored;
+  ++(isUpdate ? counts.updated : counts.added);
   for (const std::string& remark : incoming.remarks) Tell(incoming, remark);
-  arrived.push_back({&incoming, given, source.RecordID().Str()});
+  const std::string id = source.RecordID().Str();
+  if (id != found.text) stored.GiveOut(id);
+  arrived.push_back({&incoming, std::move(given), id, isUpdate});
 }
 
 // A source may answer 0 although it has no form for the record.
-bool Importer::Store(PWSource& source, IncomingRecord& incoming) {
-  const std::string id = Utf8ToCodePageLossy(incoming.id);
-  if (update && !id.empty() && source.FindRecord(id.c_str()) == kResultOk) {
-    if (source.UpdateRecord(incoming.record) != kResultOk) return false;
-    ++counts.updated;
-    return true;
-  }
-  // The clocks are always the same eight.
-  if (!HasCategories(type)) return false;
+std::string Importer::Add(PWSource& source, IncomingRecord& incoming) {
+  given = incoming.record;
+  std::string why =
+      FirstOf({incoming.lacks, WhyEmpty(given, type), WhyWithoutLength(given, type),
+               WhyTooLong(given, type), type == kContactType ? WhyFull(source) : std::string()});
+  if (!why.empty()) return Refusal(why);
   const std::uint32_t before = source.RecordCount();
-  if (source.AddRecord(incoming.record) != kResultOk) return false;
-  if (source.RecordCount() == before) return false;
-  ++counts.added;
-  return true;
+  const bool isAdded = source.AddRecord(incoming.record) == kResultOk;
+  return isAdded && source.RecordCount() > before ? "" : kRefusedByPlugIn;
+}
+
+// Of an id a source may only look at a part.
+std::string Importer::Update(PWSource& source, const std::string& id, IncomingRecord& incoming) {
+  const bool isFound = source.FindRecord(id.c_str()) == kResultOk && source.RecordID().View() == id;
+  if (!isFound) return Refusal("the record with its id can't be found any more");
+  PWRecord before;
+  if (source.ReadRecord(&before) != kResultOk) {
+    return Refusal("the engine has no words for the record with its id");
+  }
+  if (type == kContactType) {
+    given = incoming.record;
+    const std::string tooLong = WhyTooLongThen(source, fieldNames, given);
+    return tooLong.empty() ? Replace(source, incoming.record, before) : Refusal(tooLong);
+  }
+  given = incoming.record;
+  if (!incoming.told.is_null()) {
+    auto merged = WithTold(before, incoming.told, form);
+    if (!merged) return Refusal(merged.Why().message);
+    given = std::move(*merged);
+  }
+  const std::string why = FirstOf({WhyWithoutLength(given, type), WhyTooLong(given, type)});
+  if (!why.empty()) return Refusal(why);
+  PWRecord record = given;
+  return Replace(source, record, before);
+}
+
+// What no longer goes where it was the module deletes first, and then may have no place for it.
+std::string Importer::Replace(PWSource& source, PWRecord& record, PWRecord& before) {
+  const std::uint32_t count = source.RecordCount();
+  const bool isDone = source.UpdateRecord(record) == kResultOk;
+  if (isDone && source.RecordCount() == count) return {};
+  if (source.RecordCount() == count) return kRefusedByPlugIn;
+  source.AddRecord(before);
+  return source.RecordCount() == count
+             ? kRefusedByPlugIn
+             : std::string(kRefusedByPlugIn) + ", and the record that was there is gone";
 }
 
 // As they stand in the file now.
-void Importer::Compare(const PWSourceCategory& category) {
+Outcome<Done> Importer::Compare(const PWSourceCategory& category, std::uint32_t expected) {
   const auto opened = OpenForReading(run, type, category);
-  if (!opened) return;
-  for (const Arrived& each : arrived) CompareOne(*opened->source, each);
+  if (!opened) return Failure{opened.Why().message + "; what was saved can't be looked at"};
+  // To-do items and events may have other ids in the file, made of what it keeps of them.
+  const bool mayHaveOtherIds = type == kTodoType || type == kCalendarType;
+  const bool areAllThere = mayHaveOtherIds && opened->source->RecordCount() >= expected;
+  for (const Arrived& each : arrived) CompareOne(*opened->source, each, areAllThere);
   opened->source->CloseSource();
+  return Done{};
 }
 
-void Importer::CompareOne(PWSource& source, const Arrived& each) {
+void Importer::CompareOne(PWSource& source, const Arrived& each, bool areAllThere) {
+  const bool isFound =
+      source.FindRecord(each.id.c_str()) == kResultOk && source.RecordID().View() == each.id;
   PWRecord kept;
-  const bool isRead =
-      source.FindRecord(each.id.c_str()) == kResultOk && source.ReadRecord(&kept) == kResultOk;
-  if (!isRead) return;
-  PWRecord given = each.given;
-  PWRecord fresh;
-  const std::string names = Differences(form.toJson(given), form.toJson(kept), form.toJson(fresh));
-  if (!names.empty()) Tell(*each.incoming, "kept with another " + names);
-  if (!names.empty() || !each.incoming->remarks.empty()) ++counts.changed;
+  const bool isRead = isFound && source.ReadRecord(&kept) == kResultOk;
+  if (!isRead && !areAllThere) {
+    ++counts.missing;
+    return Tell(*each.incoming, "isn't in the file after the save");
+  }
+  std::vector<std::string> changes;
+  PWRecord wanted = each.given;
+  const JsonInput told = each.isUpdate ? each.incoming->told : JsonInput();
+  if (isRead) changes = ChangesOf(wanted, kept, form, told);
+  for (const std::string& change : changes) Tell(*each.incoming, change);
+  if (!changes.empty() || !each.incoming->remarks.empty()) ++counts.changed;
 }
 
 void Importer::Tell(const IncomingRecord& incoming, const std::string& what) {
-  console.messages << "pairwise: " << LabelOf(incoming, form) << ": " << what << "\n";
+  console.Warn({LabelOf(incoming, form) + ": " + what});
 }
 
 void Importer::TellLog(const IncomingRecord& incoming) {
@@ -180,9 +180,9 @@ void Importer::TellLog(const IncomingRecord& incoming) {
 }
 
 void Importer::ShowProgress(std::size_t done, std::size_t all) const {
-  if (!console.isAsking || all < kRecordsPerProgress) return;
+  if (all < kRecordsPerProgress) return;
   if (done % kRecordsPerProgress != 0 && done != all) return;
-  console.messages << "\r" << done << " of " << all << (done == all ? "\n" : "") << std::flush;
+  console.ShowProgress(done, all);
 }
 
 }  // namespace pw

@@ -1,19 +1,20 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "host/console.h"
 #include "host/drive_records.h"
 #include "host/import/incoming.h"
+#include "host/import/stored_records.h"
 #include "host/record_reader.h"
 
 namespace pw {
 
 // Brings records into the categories of one type, and tells of each that was refused, changed or
-// cut on the way.
+// cut on the way, or isn't there after the save.
 class Importer {
  public:
   struct Counts {
@@ -21,13 +22,15 @@ class Importer {
     std::size_t updated = 0;
     std::size_t refused = 0;
     std::size_t changed = 0;  // of those that came in
+    std::size_t missing = 0;  // of those that came in: not in the file after the save
   };
 
-  // None is owned. With `update` a record takes the place of the one with its id.
+  // None is owned. With `update` a record changes the one with its id that was there before, which
+  // keeps what the file doesn't name.
   Importer(EngineRun& run, const Console& console, std::string type, bool update);
 
-  // Into one category. A failure says why nothing was written: its files are damaged, so that a
-  // save would lose what can't be read, or can't be opened.
+  // Into one category. A failure says why nothing was written, as its files are damaged, so that a
+  // save would lose what can't be read, or can't be opened; or why it can't be told what was.
   Outcome<Done> Into(const PWSourceCategory& category, std::vector<IncomingRecord>& records);
 
   const Counts& Result() const { return counts; }
@@ -39,12 +42,18 @@ class Importer {
     const IncomingRecord* incoming = nullptr;
     PWRecord given;
     std::string id;
+    bool isUpdate = false;
   };
 
-  void Bring(PWSource& source, IncomingRecord& incoming);
-  bool Store(PWSource& source, IncomingRecord& incoming);
-  void Compare(const PWSourceCategory& category);
-  void CompareOne(PWSource& source, const Arrived& arrived);
+  void Bring(PWSource& source, StoredRecords& stored, IncomingRecord& incoming);
+
+  // Each gives why it is refused, or nothing.
+  std::string Add(PWSource& source, IncomingRecord& incoming);
+  std::string Update(PWSource& source, const std::string& id, IncomingRecord& incoming);
+  std::string Replace(PWSource& source, PWRecord& record, PWRecord& before);
+
+  Outcome<Done> Compare(const PWSourceCategory& category, std::uint32_t expected);
+  void CompareOne(PWSource& source, const Arrived& each, bool areAllThere);
   void Tell(const IncomingRecord& incoming, const std::string& what);
   void TellLog(const IncomingRecord& incoming);
   void ShowProgress(std::size_t done, std::size_t all) const;
@@ -54,6 +63,8 @@ class Importer {
   std::string type;
   bool update;
   const RecordForm& form;
+  std::vector<std::string> fieldNames;  // of a cardfile
+  PWRecord given;                       // the record at hand, as it went to the source
   std::vector<Arrived> arrived;
   Counts counts;
 };

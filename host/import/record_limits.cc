@@ -4,14 +4,19 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/codepage.h"
 #include "framework/event_record.h"
+#include "framework/memo_record.h"
 #include "framework/task_record.h"
+#include "host/formats/contact.h"
 #include "host/record_reader.h"
 
 namespace pw {
 namespace {
 
 constexpr std::size_t kLongestPart = UINT16_MAX;
+constexpr const char* kTooLong =
+    "it is longer than the 65,535 bytes that the organiser's file can hold";
 constexpr const char* kContactLog = "Contact Log";
 
 // A card's fields are one part of it, with a line end behind each, and its log another.
@@ -55,7 +60,55 @@ std::size_t LongestPartOf(PWRecord& record, std::string_view type) {
 
 std::string WhyTooLong(PWRecord& record, std::string_view type) {
   if (LongestPartOf(record, type) <= kLongestPart) return {};
-  return "it is longer than the 65,535 bytes that the organiser's file can hold";
+  return kTooLong;
+}
+
+std::string WhyTooLongThen(PWSource& source, const std::vector<std::string>& names,
+                           const PWRecord& record) {
+  PWRecord whole;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string name = Utf8ToCodePageLossy(names[i]);
+    const auto column = static_cast<std::int32_t>(i);
+    PWField stored;
+    source.GetField(column, stored);
+    const PWString* named = record.FindField(name);
+    const bool isSet = named != nullptr && source.FindField(name.c_str()) == column;
+    // Each under a name of its own.
+    whole.SetField(name == kContactLog ? name : std::to_string(i),
+                   isSet ? named->View() : stored.text.View());
+  }
+  return WhyTooLong(whole, kContactType);
+}
+
+std::string WhyFull(PWSource& source) {
+  if (source.RecordCount() < kMostContacts) return {};
+  return "a cardfile holds 65,535 cards at most";
+}
+
+std::string WhyEmpty(PWRecord& record, std::string_view type) {
+  bool isEmpty = false;
+  if (type == kContactType) {
+    isEmpty = std::all_of(record.Fields().begin(), record.Fields().end(),
+                          [](const PWRecord::Field& field) { return field.value.IsEmpty(); });
+  } else if (type == kTodoType) {
+    const PWTaskRecord task(&record);
+    isEmpty =
+        task.Subject().IsEmpty() && task.Note().IsEmpty() && task.NoStartDate() && task.NoDueDate();
+  } else if (type == kMemoType) {
+    const PWMemoRecord memo(&record);
+    isEmpty = memo.Subject().IsEmpty() && memo.Body().IsEmpty();
+  }
+  return isEmpty ? "it holds nothing" : "";
+}
+
+std::string WhyWithoutLength(PWRecord& record, std::string_view type) {
+  if (type != kCalendarType) return {};
+  const PWEventRecord event(&record);
+  if (event.AllDay() || event.Recurring()) return {};
+  PWDateTimeStamp start = event.StartDate();
+  PWDateTimeStamp end = event.EndDate();
+  start.second = end.second = 0;
+  return start == end ? "an event of the organiser's takes a minute at least" : "";
 }
 
 }  // namespace pw

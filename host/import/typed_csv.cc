@@ -7,12 +7,13 @@
 
 #include "base/text.h"
 #include "framework/event_record.h"
-#include "framework/memo_record.h"
-#include "framework/timezone_record.h"
-#include "host/event_json.h"
+#include "framework/task_record.h"
+#include "host/drive_records.h"
 #include "host/formats/csv.h"
 #include "host/formats/stamp_text.h"
-#include "host/import/todo_import.h"
+#include "host/import/csv_row.h"
+#include "host/import/headings.h"
+#include "host/import/told_record.h"
 #include "host/record_reader.h"
 #include "host/record_views.h"
 #include "timeplace/date.h"
@@ -20,49 +21,39 @@
 namespace pw {
 namespace {
 
-constexpr std::int32_t kMinutesPerDay = 24 * 60;
-
-const std::string& Cell(const Contact& row, const char* column) {
-  static const std::string kNone;
-  const auto found = std::find_if(row.fields.begin(), row.fields.end(),
-                                  [&](const auto& field) { return field.first == column; });
-  return found == row.fields.end() ? kNone : found->second;
+std::vector<CellWord> YesOrNo() {
+  return {{"yes", true}, {"no", false}, {"", false}};
 }
 
-// A row, the record that it becomes, and the clocks of events. Each gives what is wrong with it, or
+// Takes what a row tells; times of events are by the clocks. Gives what is wrong with it, or
 // nothing.
-using FillRow = std::string (*)(const Contact& row, const CityClocks& cities,
-                                IncomingRecord& record);
+using TakeRow = std::string (*)(CsvRow& row, const CityClocks& cities, IncomingRecord& incoming);
 
-std::string FillTodo(const Contact& row, const CityClocks& /*cities*/, IncomingRecord& record) {
-  Todo todo;
-  todo.subject = Cell(row, "Subject");
-  todo.note = Cell(row, "Note");
-  todo.start = Cell(row, "Start");
-  todo.due = Cell(row, "Due");
-  if (Cell(row, "Priority") == "high") todo.priority = TodoPriority::kHigh;
-  if (Cell(row, "Priority") == "low") todo.priority = TodoPriority::kLow;
-  todo.completed = Cell(row, "Done") == "yes";
-  todo.call = Cell(row, "Kind") == "call";
-  SetTodo(todo, record);
+std::string TakeTodo(CsvRow& row, const CityClocks& /*cities*/, IncomingRecord& /*incoming*/) {
+  row.Text("Subject", "Subject");
+  row.Text("Note", "Note");
+  row.Date("Start", "StartDate", "NoStartDate");
+  row.Date("Due", "DueDate", "NoDueDate");
+  row.Word("Priority", "Priority",
+           {{"high", kPriorityHigh},
+            {"normal", kPriorityNormal},
+            {"low", kPriorityLow},
+            {"", kPriorityNormal}});
+  row.Word("Done", "Completed", YesOrNo());
+  row.Word("Kind", "Call", {{"call", true}, {"task", false}, {"", false}});
   return "";
 }
 
-std::string FillMemo(const Contact& row, const CityClocks& /*cities*/, IncomingRecord& record) {
-  PWMemoRecord memo(&record.record);
-  memo.Subject(Incorporated(Cell(row, "Subject"), "Subject", record).c_str(), PWRecord::kWholeText);
-  memo.Body(Incorporated(Cell(row, "Body"), "Body", record).c_str(), PWRecord::kWholeText);
-  record.category = Cell(row, kCategoryColumn);
+std::string TakeMemo(CsvRow& row, const CityClocks& /*cities*/, IncomingRecord& incoming) {
+  row.Text("Subject", "Subject");
+  row.Text("Body", "Body");
+  if (const std::string* category = row.Cell(kCategoryColumn)) incoming.category = *category;
   return "";
 }
 
-std::string FillClock(const Contact& row, const CityClocks& /*cities*/, IncomingRecord& record) {
-  PWTimezoneRecord clock(&record.record);
-  clock.City(Incorporated(Cell(row, "City"), "City", record).c_str());
-  clock.State(Incorporated(Cell(row, "State"), "State", record).c_str());
-  clock.Country(Incorporated(Cell(row, "Country"), "Country", record).c_str());
-  clock.Home(Cell(row, "Home") == "yes");
-  clock.Active(Cell(row, "Active") == "yes");
+std::string TakeClock(CsvRow& row, const CityClocks& /*cities*/, IncomingRecord& /*incoming*/) {
+  for (const char* column : {"City", "State", "Country"}) row.Text(column, column);
+  for (const char* column : {"Home", "Active"}) row.Word(column, column, YesOrNo());
   return "";
 }
 
@@ -81,83 +72,112 @@ std::optional<PWDateTimeStamp> StampIn(const std::string& cell) {
       static_cast<std::uint8_t>(number(14, 2)), static_cast<std::uint8_t>(number(17, 2)));
 }
 
-// "15 min before", "1 day before".
-void SetAlarm(const std::string& cell, PWEventRecord& event) {
-  event.Alarm(!cell.empty());
-  if (cell.empty()) return;
-  const bool areDays = cell.find(" day") != std::string::npos;
-  event.AlarmAdvance(ParseLong(cell) * (areDays ? kMinutesPerDay : 1));
-}
-
-// The texts that a person may have changed.
-void SetTexts(const Contact& row, IncomingRecord& record) {
-  PWEventRecord event(&record.record);
-  event.Subject(Incorporated(Cell(row, "Subject"), "Subject", record).c_str());
-  event.Location(Incorporated(Cell(row, "Location"), "Location", record).c_str());
-  event.Notes(Incorporated(Cell(row, "Notes"), "Notes", record).c_str(), PWRecord::kWholeText);
-  SetAlarm(Cell(row, "Alarm"), event);
-  if (Cell(row, "Access") == "personal") event.Sensitivity(kSensitivityPersonal);
-  if (Cell(row, "Access") == "private") event.Sensitivity(kSensitivityPrivate);
-}
-
-// Its times and dates are those of the column that tells them whole.
-std::string FillSeries(const std::string& series, IncomingRecord& record) {
-  const JsonInput json =
-      IsTooDeep(series) ? JsonInput() : JsonInput::parse(series, nullptr, false, false);
-  JsonFields fields(json);
-  EventFromJson(fields, record.record);
-  return fields.Problem();
-}
-
-std::string FillEvent(const Contact& row, const CityClocks& cities, IncomingRecord& record) {
-  const std::string& series = Cell(row, kSeriesColumn);
-  if (!series.empty()) {
-    std::string wrong = FillSeries(series, record);
-    SetTexts(row, record);
-    return wrong;
+// The times of an event alone. Gives what is wrong with them, if anything is.
+std::string TakeTimes(CsvRow& row, const CityClocks& cities) {
+  constexpr std::pair<const char*, const char*> kTimes[] = {{"Start", "StartDate"},
+                                                            {"End", "EndDate"}};
+  for (const auto& [column, member] : kTimes) {
+    const std::string* cell = row.Cell(column);
+    if (cell == nullptr) continue;
+    const auto stamp = StampIn(*cell);
+    if (!stamp) return "it has no times";
+    if (!row.Told().contains("AllDay")) row.Told()["AllDay"] = IsDate(*cell);
+    const bool isAllDay = row.Told()["AllDay"].get<bool>();
+    if (!isAllDay && !UtcWithin(nullptr, *stamp)) {
+      return "it lies outside of the years that the organiser has";
+    }
+    row.Told()[member] =
+        StampText(isAllDay ? *stamp : StampOf(BrokenTimeOf(UtcSeconds(cities.Home(), *stamp))));
   }
-  if (!Cell(row, "Repeats").empty()) return "its column \"Series\" is missing";
-  const std::string& startText = Cell(row, "Start");
-  const auto start = StampIn(startText);
-  const auto end = StampIn(Cell(row, "End"));
-  if (!start || !end) return "it has no times";
-  const bool areHeld = UtcWithin(nullptr, *start) && UtcWithin(nullptr, *end);
-  PWEventRecord event(&record.record);
-  event.AllDay(IsDate(startText));
-  if (!event.AllDay() && !areHeld) return "it lies outside of the years that the organiser has";
-  const auto inUtc = [&](const PWDateTimeStamp& stamp) {
-    return event.AllDay() ? stamp : StampOf(BrokenTimeOf(UtcSeconds(cities.Home(), stamp)));
-  };
-  event.StartDate(inUtc(*start));
-  event.EndDate(inUtc(*end));
-  SetTexts(row, record);
+  return {};
+}
+
+// The times and the dates of a series, from the column that tells them whole; those of any other
+// event, which that column or the one in words shows to be none.
+std::string TakeWhen(CsvRow& row, const CityClocks& cities) {
+  const std::string* series = row.Cell(kSeriesColumn);
+  const std::string* repeats = row.Cell("Repeats");
+  if (series != nullptr && !series->empty()) {
+    row.Told() =
+        IsTooDeep(*series) ? JsonInput() : JsonInput::parse(*series, nullptr, false, false);
+    return row.Told().is_object() ? "" : "its column \"Series\" can't be read";
+  }
+  const bool repeatsInWords = series == nullptr && repeats != nullptr && !repeats->empty();
+  const bool tellsTimes = row.Cell("Start") != nullptr || row.Cell("End") != nullptr;
+  if (repeatsInWords && tellsTimes) return "its column \"Series\" is missing";
+  if (std::string wrong = TakeTimes(row, cities); !wrong.empty()) return wrong;
+  if (tellsTimes && (series != nullptr || repeats != nullptr)) row.Told()["Pattern"] = nullptr;
   return "";
 }
 
-FillRow FillRowOf(const std::string& type) {
-  if (type == kTodoType) return FillTodo;
-  if (type == kMemoType) return FillMemo;
-  return type == kCalendarType ? FillEvent : FillClock;
+std::string TakeEvent(CsvRow& row, const CityClocks& cities, IncomingRecord& /*incoming*/) {
+  std::string wrong = TakeWhen(row, cities);
+  if (!wrong.empty()) return wrong;
+  for (const char* column : {"Subject", "Location", "Notes"}) row.Text(column, column);
+  row.Alarm("Alarm", "Alarm", "AlarmAdvance");
+  // That of a series stands in its own column, and in words only where there are words for it.
+  const std::string* access = row.Cell("Access");
+  if (access != nullptr && access->empty() && row.Told().contains("Sensitivity")) return "";
+  row.Word("Access", "Sensitivity",
+           {{"personal", kSensitivityPersonal},
+            {"private", kSensitivityPrivate},
+            {"", kSensitivityNormal}});
+  return "";
+}
+
+TakeRow TakeRowOf(std::string_view type) {
+  if (type == kTodoType) return TakeTodo;
+  if (type == kMemoType) return TakeMemo;
+  return type == kCalendarType ? TakeEvent : TakeClock;
+}
+
+std::vector<std::string> ColumnsOf(std::string_view type) {
+  std::vector<std::string> columns = FindRecordView(type)->columns;
+  if (type == kMemoType) columns.emplace_back(kCategoryColumn);
+  if (type == kCalendarType) columns.emplace_back(kSeriesColumn);
+  return columns;
+}
+
+void RemarkUnknown(const std::vector<std::string>& headings,
+                   const std::vector<std::string>& columns, Incoming& incoming) {
+  for (const std::string& heading : headings) {
+    const bool isKnown =
+        std::any_of(columns.begin(), columns.end(),
+                    [&](const std::string& column) { return EqualIgnoringCase(column, heading); });
+    if (!isKnown) {
+      incoming.remarks.push_back("the column \"" + heading + "\" isn't known, and is left out");
+    }
+  }
 }
 
 }  // namespace
 
 Incoming ReadTypedCsv(std::string_view text, const std::string& type, const CityClocks& cities) {
-  const CsvFile read = ReadCsv(text);
+  const RecordForm& form = *FindRecordForm(type);
+  CsvFile read = ReadCsv(text);
   Incoming incoming;
-  incoming.problems = read.errors.Texts();
+  const std::vector<std::string> columns = ColumnsOf(type);
+  const std::string unknown = WhyNoneKnown(read.names, columns);
+  if (!unknown.empty()) {
+    incoming.problems.push_back(unknown);
+    return incoming;
+  }
+  RemarkUnknown(read.names, columns, incoming);
   std::size_t number = 0;
-  for (const Contact& row : read.contacts) {
+  for (const Contact& cells : read.contacts) {
     IncomingRecord record;
     record.where = "record " + std::to_string(++number);
-    record.id = row.id;
-    const std::string wrong = FillRowOf(type)(row, cities, record);
+    record.id.text = cells.id;
+    CsvRow row(cells, record);
+    std::string wrong = TakeRowOf(type)(row, cities, record);
+    if (wrong.empty()) wrong = TakeTold(row.Told(), form, record);
     if (wrong.empty()) {
       incoming.records.push_back(std::move(record));
     } else {
-      incoming.problems.push_back(record.where + ": " + wrong + ", and it is left out");
+      read.errors.Add(record.where + ": " + wrong + ", and it is left out");
     }
   }
+  incoming.problems = read.errors.Told();
   return incoming;
 }
 

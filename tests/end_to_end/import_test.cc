@@ -115,6 +115,12 @@ struct Said {
   std::vector<std::string> messages;  // each occurs
 };
 
+std::string ManyWrong() {
+  std::string text = "[";
+  for (int i = 0; i < 150; ++i) text += i == 0 ? "1" : ",1";
+  return text + "]";
+}
+
 TEST_F(ImportTest, TellsOfEachRecordWhatDoesNotComeAlong) {
   const std::string longText(70'000, 'x');
   const Said cases[] = {
@@ -143,7 +149,7 @@ TEST_F(ImportTest, TellsOfEachRecordWhatDoesNotComeAlong) {
        4,
        "1 record added, 1 of them changed\n",
        {"record 1: \"Subject\" must be a text, and is left out",
-        "record 2: ", "record 3 (ok): kept with another NoStartDate"}},
+        "record 2: ", "record 3 (ok): got today as its start"}},
       {"e.json",
        "memo",
        R"([{"category":"Nowhere","record":{"Subject":"x"}}])",
@@ -151,6 +157,88 @@ TEST_F(ImportTest, TellsOfEachRecordWhatDoesNotComeAlong) {
        "0 records added\n",
        {"there is no category 'Nowhere'"}},
       {"f.json", "todo", "{}", 4, "0 records added\n", {"no JSON array"}},
+      // What is of another type, or holds nothing.
+      {"h.json",
+       "contact",
+       R"([{"record":{"Subject":"x"}},{"fields":{}},{"fields":{"Shoe":"1"}},{"fields":[1]},
+           {"name":1,"fields":{"Company":"ok"}}])",
+       4,
+       "1 record added, 1 of them changed, 2 refused\n",
+       {"contact 1: it has no \"fields\"", "record 1: refused, as it holds nothing",
+        "record 2: refused, as it holds nothing", "contact 4: expected two texts",
+        "record 3 (ok): \"name\" is no member of a contact"}},
+      {"i.csv",
+       "todo",
+       "Last Name,Company\r\nx,y\r\n",
+       4,
+       "0 records added\n",
+       {"none of its headings is known; they would be \"Kind\", \"Subject\""}},
+      {"j.csv",
+       "contact",
+       "id;Company\r\n1;x\r\n",
+       4,
+       "0 records added\n",
+       {"none of its headings is known", "separated by commas, not semicolons"}},
+      {"k.vcf",
+       "contact",
+       "BEGIN:VCARD\nEND:VCARD\n",
+       4,
+       "0 records added\n",
+       {"line 1: a card that holds nothing"}},
+      {"l.csv",
+       "todo",
+       "Kind,Subject,Note\r\ncall,,\r\n",
+       4,
+       "0 records added, 1 refused\n",
+       {"record 1: refused, as it holds nothing"}},
+      {"m.csv", "todo", "Subject\r\n", 4, "0 records added\n", {"/m.csv: holds no todo records"}},
+      // Words that aren't those of the column, and columns that aren't the type's.
+      {"n.csv",
+       "todo",
+       "SUBJECT,Priority,Done,Kind,Start,Shoe\r\nA,High,YES,Call,1998-03-02,1\r\n"
+       "B,urgent,maybe,errand,soon,\r\n",
+       0,
+       "2 records added, 1 of them changed\n",
+       {"the column \"Shoe\" isn't known",
+        "record 2 (B): Priority \"urgent\" isn't \"high\" or \"normal\" or \"low\"",
+        "Done \"maybe\" isn't \"yes\" or \"no\"", "Kind \"errand\" isn't \"call\" or \"task\"",
+        "Start \"soon\" isn't a date", "record 2 (B): got today as its start"}},
+      {"o.csv",
+       "calendar",
+       "Subject,Start,End,Alarm,Access\r\nA,1998-06-02 10:00,1998-06-02 11:00,soon,secret\r\n"
+       "B,1998-06-03 10:00,1998-06-03 10:00,15 min after,\r\n",
+       4,
+       "1 record added, 1 of them changed, 1 refused\n",
+       {"Alarm \"soon\" isn't \"15 min before\" or the like",
+        "Access \"secret\" isn't \"personal\" or \"private\"",
+        "record 2 (B): refused, as an event of the organiser's takes a minute at least"}},
+      {"p.json",
+       "memo",
+       R"([{"category":"Notebook","x":1,"record":{"Subject":"a → b","Colour":"red"}}])",
+       0,
+       "1 record added, 1 of them changed\n",
+       {"\"x\" isn't known beside a record", "\"Colour\" is no member of such a record",
+        "Subject has characters that the organiser lacks"}},
+      {"q.json", "memo", "[\n{\"record\":\n oops", 4, "0 records added\n", {"line 3: no JSON"}},
+      {"r.csv",
+       "contact",
+       "Stra\xDF"
+       "e,Company\r\n,Zo\xEB\x1B[31m\r\n",
+       0,
+       "1 record added\n",
+       {}},
+      {"s.csv",
+       "contact",
+       "Company,\x1B[31mred\r\nx,y\r\n",
+       0,
+       "1 record added, 1 of them changed\n",
+       {"there is no field \"?[31mred\" for it"}},
+      {"t.json",
+       "memo",
+       ManyWrong(),
+       4,
+       "0 records added\n",
+       {"record 100: ", "and 50 more of this kind"}},
       {"g.ics",
        "calendar",
        "BEGIN:VCALENDAR\nBEGIN:VEVENT\nDTSTART:17000101T000000Z\nSUMMARY:old\nEND:VEVENT\n"
@@ -170,6 +258,7 @@ TEST_F(ImportTest, TellsOfEachRecordWhatDoesNotComeAlong) {
     for (const std::string& message : each.messages) {
       EXPECT_TRUE(Has(run.messages, message));
     }
+    EXPECT_EQ(run.messages.find('\x1B'), std::string::npos) << "nothing steers the terminal";
   }
 }
 
@@ -196,6 +285,27 @@ TEST_F(ImportTest, UpdatesByIdAndAddsTheRest) {
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before.substr(0, 1500));
 }
 
+// A file that brings nothing, or has nowhere to go, isn't worth a backup.
+TEST_F(ImportTest, LooksAtTheFileBeforeItMakesABackup) {
+  const Sample sample;
+  sample.folder.Put("none.json", "[]");
+  sample.folder.Put("wrong.csv", "a;b\r\n1;2\r\n");
+  sample.folder.Put("some.csv", "Company\r\nx\r\n");
+  const struct {
+    const char* file;
+    const char* category;
+    int code;
+  } cases[] = {{"none.json", "Friends", 4}, {"wrong.csv", "Friends", 4}, {"some.csv", "Work", 1}};
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.file);
+    const Finished run = sample.Run(
+        {"import", "contact", sample.Folder() + "/" + each.file, "--category", each.category});
+    EXPECT_EQ(run.code, each.code) << run.messages;
+    EXPECT_FALSE(Has(run.messages, "are in backup"));
+    EXPECT_EQ(WithoutBackupLines(run.messages), run.messages);
+  }
+}
+
 // What one calls in a wrong way, or without a word that is needed.
 TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
   const std::string contacts = Exported("contact", "json");
@@ -208,6 +318,8 @@ TEST_F(ImportTest, RefusesWhatCannotBeMeant) {
       {{"import", "memo", contacts, "--format", "vcf"}, 2, "holds contacts only"},
       {{"import", "contact", "/tmp/cards"}, 2, "--format FORMAT"},
       {{"import", "contact", "/nowhere.json"}, 1, "/nowhere.json: No such file"},
+      {{"import", "contact", "/no\x1B[31mwhere\n.json"}, 1, "/no?[31mwhere .json: No such file"},
+      {{"\x1B]0;title\x07"}, 2, "?]0;title?"},
       {{"new", "contact", "A/B"}, 2, "a name holds none of"},
       {{"new", "contact", "Friends", "--field", "x"}, 1, "is there already"},
       {{"new", "contact", "Unmade"}, 2, "which template? Give one as --template NAME"},

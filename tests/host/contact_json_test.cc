@@ -1,6 +1,8 @@
 #include "host/formats/contact_json.h"
 
+#include <regex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -35,52 +37,85 @@ TEST(ContactJson, ComesBackAsWritten) {
       {"3", "", {}},
   };
   const JsonContacts file = ReadContactsJson(WriteContactsJson(contacts));
-  EXPECT_EQ(file.error, "");
+  EXPECT_EQ(file.errors.Count(), 0U);
   EXPECT_EQ(file.contacts, contacts);
 }
 
 TEST(ContactJson, ReadsWhatOthersWrite) {
   const JsonContacts file = ReadContactsJson(
       R"([{"x": [[{"id": "no"}], 1, {}], "fields": {"B": "1", "B": "2"}, "y": null, "id": "4"},
-          {"z": [], "w": {"fields": {"no": "no"}}}])");
-  EXPECT_EQ(file.error, "");
-  const std::vector<Contact> expected = {{"4", "", {{"B", "1"}, {"B", "2"}}}, {"", "", {}}};
+          {"fields": []}, {"fields": {}, "z": [], "w": {"fields": {"no": "no"}}}])");
+  EXPECT_EQ(file.errors.Count(), 0U);
+  const std::vector<Contact> expected = {
+      {"4", "", {{"B", "1"}, {"B", "2"}}}, {"", "", {}}, {"", "", {}}};
   EXPECT_EQ(file.contacts, expected);
+  const auto remark = [](const char* name) {
+    return "\"" + std::string(name) + "\" is no member of a contact, and is left out";
+  };
+  const ContactRemarks remarks = {{0, {remark("x"), remark("y")}}, {2, {remark("z"), remark("w")}}};
+  EXPECT_EQ(file.remarks, remarks);
 }
 
-TEST(ContactJson, NamesTheFirstError) {
+// Reading goes on behind a contact that isn't of the form.
+TEST(ContactJson, LeavesOutWhatIsWrong) {
   const struct {
     const char* text;
     const char* error;
   } kCases[] = {
-      {"", "line 1: no JSON"},
-      {"[\n{}\n", "line 3: no JSON"},
-      {"[{}]\n[]", "line 2: no JSON"},
-      {"{}", "contact 1: expected an array of contacts"},
-      {"7", "contact 1: expected an array of contacts"},
-      {"[{}, []]", "contact 2: expected an object"},
-      {"[{}, {\"id\": 7}]", "contact 2: expected a text as id"},
-      {"[{\"changed\": []}]", "contact 1: expected a text as time of change"},
-      {"[{\"fields\": \"x\"}]", "contact 1: expected fields as an object or as pairs"},
-      {"[{\"fields\": {\"a\": {}}}]", "contact 1: expected a text as each field's value"},
-      {"[{\"fields\": [\"a\"]}]", "contact 1: expected two texts, name and value, for each field"},
-      {"[{\"fields\": [[]]}]", "contact 1: expected two texts, name and value, for each field"},
-      {"[{\"fields\": [[\"a\"]]}]",
-       "contact 1: expected two texts, name and value, for each field"},
-      {"[{\"fields\": [[\"a\", \"b\", \"c\"]]}]",
-       "contact 1: expected two texts, name and value, for each field"},
+      {"[7, OK]", "contact 1: expected an object"},
+      {"[[{\"fields\": {}}], OK]", "contact 1: expected an object"},
+      {"[{}, OK]", "contact 1: it has no \"fields\""},
+      {"[{\"record\": {\"Subject\": \"x\"}}, OK]", "contact 1: it has no \"fields\""},
+      {"[{\"id\": 7}, OK]", "contact 1: expected a text as id"},
+      {"[{\"id\": {\"a\": [1]}, \"fields\": {}}, OK]", "contact 1: expected a text as id"},
+      {"[{\"changed\": [[]]}, OK]", "contact 1: expected a text as time of change"},
+      {"[{\"fields\": \"x\"}, OK]", "contact 1: expected fields as an object or as pairs"},
+      {"[OK, {\"fields\": {\"a\": {}}}]", "contact 2: expected a text as each field's value"},
+      {"[{\"fields\": [\"a\"]}, OK]", "contact 1: expected two texts"},
+      {"[{\"fields\": [[]]}, OK]", "contact 1: expected two texts"},
+      {"[{\"fields\": [[\"a\"]]}, OK]", "contact 1: expected two texts"},
+      {"[{\"fields\": [[\"a\", \"b\", \"c\"]]}, OK]", "contact 1: expected two texts"},
   };
-  for (const auto& test : kCases) EXPECT_EQ(ReadContactsJson(test.text).error, test.error);
-  const JsonContacts file = ReadContactsJson("[{\"id\": \"1\"}, {\"id\": \"2\", oops}]");
-  EXPECT_EQ(file.contacts.size(), 1U) << "what was complete stays";
+  const std::string fine = R"({"fields": {"A": "1"}})";
+  for (const auto& test : kCases) {
+    SCOPED_TRACE(test.text);
+    const JsonContacts file =
+        ReadContactsJson(std::regex_replace(test.text, std::regex("OK"), fine));
+    ASSERT_EQ(file.errors.Count(), 1U);
+    EXPECT_EQ(file.errors.Texts().front().rfind(test.error, 0), 0U) << file.errors.Texts().front();
+    EXPECT_EQ(file.contacts, std::vector<Contact>({{"", "", {{"A", "1"}}}}));
+  }
+}
+
+TEST(ContactJson, EndsWhereTheTextIsNoJson) {
+  const struct {
+    const char* text;
+    const char* error;
+    std::size_t contacts;
+  } kCases[] = {
+      {"", "line 1: no JSON, and reading ends there", 0},
+      {"[\n{\"fields\": {}}\n", "line 3: no JSON, and reading ends there", 1},
+      {"[{\"fields\": {}}]\n[]", "line 2: no JSON, and reading ends there", 1},
+      {"[{\"fields\": {}}, {\"id\": \"2\", oops}]", "line 1: no JSON, and reading ends there", 1},
+      {"{}", "this is no JSON array of contacts", 0},
+      {"7", "this is no JSON array of contacts", 0},
+  };
+  for (const auto& test : kCases) {
+    SCOPED_TRACE(test.text);
+    const JsonContacts file = ReadContactsJson(test.text);
+    EXPECT_EQ(file.errors.Texts(), std::vector<std::string>({test.error}));
+    EXPECT_EQ(file.contacts.size(), test.contacts);
+  }
 }
 
 TEST(ContactJson, SurvivesAnyNestingAndAnyCut) {
-  const std::string deep = "[{\"x\": " + std::string(200000, '[') + std::string(200000, ']') + "}]";
-  EXPECT_EQ(ReadContactsJson(deep).error, "");
+  const std::string deep =
+      "[{\"fields\": {}, \"x\": " + std::string(200000, '[') + std::string(200000, ']') + "}]";
+  EXPECT_EQ(ReadContactsJson(deep).errors.Count(), 0U);
   const std::string text = WriteContactsJson({{"1", "", {{"A", "\xC3\xA9"}, {"A", "b"}}}});
   for (std::size_t length = 0; length + 2 < text.size(); ++length) {
-    EXPECT_NE(ReadContactsJson(std::string_view(text).substr(0, length)).error, "") << length;
+    const std::string_view cut = std::string_view(text).substr(0, length);
+    EXPECT_NE(ReadContactsJson(cut).errors.Count(), 0U) << length;
   }
 }
 

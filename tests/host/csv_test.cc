@@ -44,6 +44,27 @@ TEST(Csv, ReadsForeignFiles) {
                                          {"", "", {{"Name", "Bob\r"}, {"id", ""}}}};
   EXPECT_EQ(file.contacts, expected);
   EXPECT_TRUE(ReadCsv("").contacts.empty());
+
+  // What another program saved in the organiser's code page, be it in a heading.
+  const CsvFile western = ReadCsv(
+      "Stra\xDF"
+      "e,B\nZo\xEB,Zo\xC3\xAB");
+  EXPECT_EQ(western.contacts, std::vector<Contact>({{"",
+                                                     "",
+                                                     {{"Stra\xC3\x9F"
+                                                       "e",
+                                                       "Zo\xC3\xAB"},
+                                                      {"B", "Zo\xC3\xAB"}}}}));
+  EXPECT_EQ(western.names, std::vector<std::string>({"Stra\xC3\x9F"
+                                                     "e",
+                                                     "B"}));
+}
+
+TEST(Csv, KeepsSoManyRows) {
+  const CsvFile file = ReadCsv("a\n1\n2\n3", 2);
+  EXPECT_EQ(file.contacts.size(), 2U);
+  EXPECT_EQ(file.errors.Texts(),
+            std::vector<std::string>({"line 4: " + std::string(kTooManyContacts)}));
 }
 
 TEST(Csv, ReportsBadRowsByLine) {
@@ -91,6 +112,7 @@ TEST(Csv, CountsAllErrorsAndKeepsSome) {
   const LineErrors errors = ReadCsv(text).errors;
   EXPECT_EQ(errors.Count(), 500U);
   EXPECT_EQ(errors.Texts().size(), LineErrors::kMostKept);
+  EXPECT_EQ(errors.Told().back(), "and 400 more of this kind");
   EXPECT_EQ(ReadCsv("a\x01,a\x01").errors.Texts().front(), "line 1: the heading \"a \" twice")
       << "pieces of the file can't steer a terminal";
 }

@@ -257,7 +257,7 @@ TEST(VCardReader, OwnCardsShowWhatOthersChanged) {
 
 TEST(VCardReader, TakesLocalStampsOnly) {
   const auto stamp = [](const char* rev) {
-    return ReadVCards(Card("REV:" + std::string(rev) + "\n"), {}).contacts.at(0).stamp;
+    return ReadVCards(Card("FN:x\nREV:" + std::string(rev) + "\n"), {}).contacts.at(0).stamp;
   };
   EXPECT_EQ(stamp("20240131T101112"), "2024-01-31T10:11:12");
   EXPECT_EQ(stamp("2024-01-31T10:11:12"), "2024-01-31T10:11:12");
@@ -302,13 +302,46 @@ TEST(VCardReader, ReportsDamageAndKeepsTheRest) {
   EXPECT_EQ(file.contacts, expected);
 }
 
+// What has no field is named once for each card; one without any text is none.
+TEST(VCardReader, RemarksWhatItPassesOver) {
+  const struct {
+    const char* lines;
+    std::vector<std::string> remarks;
+  } cases[] = {
+      {"VERSION:3.0\nPRODID:x\nREV:x\nUID:x\nMAILER:x\nPHOTO:\n", {}},
+      {"CATEGORIES:a\nitem1.X-Skype:b\nPHOTO;ENCODING=b:AAAA\nCATEGORIES:c\n",
+       {"no field is known for CATEGORIES, PHOTO, X-Skype"}},
+      {"TEL;CHARSET=utf-8:1\nNOTE;CHARSET=Windows-1252:2\nORG;charset=ISO-8859-1:3\n", {}},
+      {"N;CHARSET=KOI8-R:\xE1\nNOTE;CHARSET=KOI8-R:2\n",
+       {"the character set KOI8-R isn't known, so that letters may come in as others"}},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.lines);
+    const VCardFile file = ReadVCards(Card("FN:Ann\n" + std::string(each.lines)), {"Name"});
+    ASSERT_EQ(file.contacts.size(), 1U);
+    const auto remarks = file.remarks.find(0);
+    EXPECT_EQ(remarks == file.remarks.end() ? std::vector<std::string>() : remarks->second,
+              each.remarks);
+  }
+  std::string many;
+  for (std::size_t i = 0; i < kMostContacts + 2; ++i) many += "BEGIN:VCARD\nFN:x\nEND:VCARD\n";
+  const VCardFile file = ReadVCards(Card("N:;;;;\n") + many, {"Name"});
+  EXPECT_EQ(file.contacts.size(), kMostContacts);
+  EXPECT_EQ(file.ids.size(), kMostContacts);
+  EXPECT_EQ(file.errors.Texts(),
+            std::vector<std::string>({"line 1: a card that holds nothing, and is left out",
+                                      "line 196609: " + std::string(kTooManyContacts),
+                                      "line 196612: " + std::string(kTooManyContacts)}));
+}
+
 TEST(VCardReader, SurvivesEveryCut) {
   const std::string text =
       Write({"1", "", {{"Name", "Zo\xC3\xAB"}, {"Hat", "\x01"}, {"Phone", "1"}}});
+  const std::size_t firstText = text.find("\r\nFN:") + 5;
   for (std::size_t length = 0; length < text.size() - 2; ++length) {
     const VCardFile file = ReadVCards(std::string_view(text).substr(0, length), {"Name", "Notes"});
     EXPECT_NE(file.errors.Count() == 0, length != 0) << length;
-    EXPECT_EQ(file.contacts.size(), length < 11 ? 0U : 1U) << length;
+    EXPECT_EQ(file.contacts.size(), length <= firstText ? 0U : 1U) << length;
   }
 }
 

@@ -111,8 +111,23 @@ TEST(RecordUidTest, IsThatOfTheFileAndTheId) {
   EXPECT_NE(uid, MakeRecordUid("C:\\Data\\Bea", "1+-2 x"));
   const std::string second = MakeRecordUid("C:\\Data\\Ada", "1+-2 x", 2);
   EXPECT_NE(uid, second);
-  for (const std::string& each : {uid, second}) EXPECT_EQ(IdOfRecordUid(each), "1+-2 x");
-  EXPECT_EQ(IdOfRecordUid("another-" + uid), "");
+  const struct {
+    std::string uid;
+    const char* id;
+    std::size_t occurrence;
+    bool isOfBea;
+  } cases[] = {{uid, "1+-2 x", 1, false},
+               {second, "1+-2 x", 2, false},
+               {second.substr(0, second.size() - 1) + "x", "1+-2 x", 0, false},
+               {"another-" + uid, "", 1, true}};
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.uid);
+    const RecordId id = IdOfRecordUid(each.uid);
+    EXPECT_EQ(id.text, each.id);
+    EXPECT_EQ(id.occurrence, each.occurrence);
+    EXPECT_TRUE(id.IsOf("C:\\Data\\Ada"));
+    EXPECT_EQ(id.IsOf("C:\\Data\\Bea"), each.isOfBea);
+  }
 }
 
 // Around both switches, west and east of Greenwich, and fields that are no time.
