@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -87,27 +88,33 @@ class CutOffRunTest : public testing::Test {
   std::string Mark() const { return folder.Get("demo/run.unfinished"); }
   std::string MarkedBackup() const { return Mark().substr(0, Mark().find('\n')); }
 
-  // A change to each store, in a process that ends in the middle of that one. Gives its exit code.
-  int RunUntil(int change, const char* calls = kCalls) const {
+  // Runs in a process of its own, where nobody is at a terminal. Gives its exit code.
+  int InProcess(const std::function<int(const CommandLine&)>& work) const {
     const pid_t child = ::fork();
     if (child == 0) {
       std::istringstream nobody;
       std::ostringstream out;
-      const CommandLine line{{nobody, out, out}, demo, {}};
-      ::_exit(WithWritingRun(line, false, [&](EngineRun& run) {
+      ::_exit(work({{nobody, out, out}, demo, {}}));
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
+  // A change to each store, in a process that ends in the middle of that one.
+  int RunUntil(int change, const char* calls = kCalls) const {
+    return InProcess([&](const CommandLine& line) {
+      return WithWritingRun(line, false, [&](EngineRun& run) {
         Platform platform = CurrentPlatform();
         DyingFiles files(*platform.files, change);
         platform.files = &files;
         const Platform previous = SetPlatform(platform);
         std::istringstream in(calls);
-        const int code = RunDrive(run.Objects(), in, out);
+        const int code = RunDrive(run.Objects(), in, line.console.out);
         SetPlatform(previous);
         return code;
-      }));
-    }
-    int status = 0;
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+      });
+    });
   }
 
   Finished Run(std::vector<std::string> words) const {
@@ -259,6 +266,30 @@ TEST_F(CutOffRunTest, IsSettledAtATerminal) {
   EXPECT_EQ(kept.code, 0) << kept.out;
   EXPECT_FALSE(Has(kept.out, "(r)")) << "there is none to be offered";
   EXPECT_EQ(DataFiles(), cut);
+}
+
+// Whoever stops at a question, in whatever way, has left nothing to be settled.
+TEST_F(CutOffRunTest, IsNoneThatWasOnlyAskedFor) {
+  folder.Put("demo/data/changed", "since the last backup");
+  before = DataFiles();
+  const auto backups = ListedBackups(demo);
+  const int code = InProcess([&](const CommandLine& line) {
+    return WithWritingRun(
+        line, false, [](EngineRun& /*run*/) { return 1; },
+        [&](EngineRun& /*run*/) {
+          return Mark().empty() && ListedBackups(demo) == backups ? kCutOff : 2;
+        });
+  });
+  EXPECT_EQ(code, kCutOff) << "nothing is made or marked before the answer";
+  const std::vector<std::string> remove = {"-p", demo, "remove", "contact", "Friends"};
+  const Finished stopped = RunAtTerminal(remove, "no\n");
+  EXPECT_EQ(stopped.code, 1);
+  EXPECT_TRUE(Has(stopped.out, "nothing was done\n"));
+  EXPECT_EQ(RunPairwise(remove).code, 2) << "nobody is there";
+  EXPECT_EQ(ListedBackups(demo), backups);
+  EXPECT_EQ(DataFiles(), before);
+  EXPECT_EQ(RunAtTerminal(remove, "yes\n").code, 0);
+  EXPECT_EQ(DataFiles().count("Friends.WMCard"), 0U);
 }
 
 }  // namespace
