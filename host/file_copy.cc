@@ -69,23 +69,22 @@ std::optional<Failure> CopyBytes(const Original& original, int to, const fs::pat
   }
 }
 
-// 0, or the error that stopped it. The owner comes first, as its change can take rights away.
-int GiveRights(const Original& original, int to) {
+// As far as the user may and the file system can. The owner comes first, as its change can take
+// rights away.
+void GiveRights(const Original& original, int to) {
   const struct stat& status = original.status;
-  if (::fchown(to, status.st_uid, status.st_gid) != 0 &&
-      ::fchown(to, static_cast<uid_t>(-1), status.st_gid) != 0 && errno != EPERM) {
-    return errno;
-  }
-  return ::fchmod(to, status.st_mode & 0777) == 0 ? 0 : errno;
+  const bool isOwned = ::fchown(to, status.st_uid, status.st_gid) == 0 ||
+                       ::fchown(to, static_cast<uid_t>(-1), status.st_gid) == 0;
+  // A group that it isn't of gets no more than the others.
+  const mode_t rights = status.st_mode & 0777;
+  ::fchmod(to, isOwned ? rights : (rights & 0707) | ((rights & 07) << 3 & rights));
 }
 
 std::optional<Failure> FillCopy(const Original& original, Descriptor to, const fs::path& target,
                                 CopyUse use) {
   if (!to.IsOpen()) return SystemFailure(target, errno);
   if (auto failure = CopyBytes(original, to.Number(), target)) return failure;
-  if (use == CopyUse::kKept) {
-    if (const int error = GiveRights(original, to.Number())) return SystemFailure(target, error);
-  }
+  if (use == CopyUse::kKept) GiveRights(original, to.Number());
   const timespec times[2] = {original.status.st_atim, original.status.st_mtim};
   if (::futimens(to.Number(), times) != 0 || !to.Close()) {
     return SystemFailure(target, errno);
