@@ -64,7 +64,7 @@ _pairwise_offer() {
       mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       ;;
     @backups)
-      mapfile -t COMPREPLY < <(compgen -W "$(ls "$profile/backups" 2>/dev/null)" -- "$cur")
+      mapfile -t COMPREPLY < <(compgen -W "$(cd "$profile/backups" 2>/dev/null && ls -d [0-9]*T*[0-9] 2>/dev/null)" -- "$cur")
       ;;
     *)
       mapfile -t COMPREPLY < <(compgen -W "$1" -- "$cur")

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "host/outcome.h"
@@ -15,8 +17,14 @@ std::vector<Mount> Mounts(const Profile& profile, bool readOnly);
 // The folder of this machine that holds the organiser's files.
 Outcome<std::filesystem::path> NativeDataFolder(const Profile& profile);
 
-// The files of clocks and places, there or not, where the registry has the organiser keep them in
-// another folder than the data folder; else none.
-std::vector<std::filesystem::path> ClockFilesElsewhere(const Profile& profile);
+// The organiser's path of the folder where the registry has it keep its clocks and places; nothing
+// where none is named.
+std::optional<std::string> FolderOfClocks(const Profile& profile);
+
+// Where no calendar is named (entry 5 of the settings is empty) the module takes that of the
+// default user, whom the registry names, and the folder of it in place of the data folder. The
+// organiser's path of that folder, empty for the profile's own; nothing where a calendar is named,
+// or no user.
+std::optional<std::string> FolderOfDefaultCalendar(const Profile& profile);
 
 }  // namespace pw

@@ -1,11 +1,14 @@
 #include "host/engine_run.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "base/codepage.h"
 #include "base/process_wide.h"
 #include "framework/engine_context.h"
 #include "host/data_folder.h"
+#include "host/data_places.h"
 #include "host/signal_cleanup.h"
 
 namespace pw {
@@ -65,15 +68,25 @@ std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
     return {};
   }
 
-  const std::string folder = profile.DataFolder();
-  const auto original = NativeDataFolder(profile);
-  if (!original) return original.Why();
+  return CopyPlaces();
+}
+
+std::optional<Failure> EngineRun::CopyPlaces() {
+  const auto places = DataPlaces(profile);
+  if (!places) return places.Why();
   WatchForSignals();
-  auto made = PrivateCopy::Make(*original);
-  if (!made) return made.Why();
-  copy = std::move(*made);
-  options.mounts.push_back({folder, copy->Folder(), false});
-  options.currentFolder = copy->Folder();
+  for (const DataPlace& place : *places) {
+    const bool isData = place.kind == PlaceKind::kData;
+    std::error_code error;
+    if (!isData && (place.location.empty() || !std::filesystem::exists(place.folder, error))) {
+      continue;
+    }
+    auto made = PrivateCopy::Make(place.folder);
+    if (!made) return made.Why();
+    if (isData) options.currentFolder = (*made)->Folder();
+    options.mounts.push_back({place.location, (*made)->Folder(), false});
+    copies.push_back(std::move(*made));
+  }
   return {};
 }
 

@@ -20,8 +20,9 @@
 namespace pw {
 
 enum class RunMode {
-  // Nothing that is there is changed: the module works on a private copy of the data folder and
-  // with a registry whose changes are forgotten, and no running organiser hears of it.
+  // Nothing that is there is changed: the module works on private copies of the data folder and of
+  // the others that it takes data from, with a registry whose changes are forgotten, and no running
+  // organiser hears of it.
   kReading,
   // For the option pages: as reading, but the data folder is only looked at where it lies, and the
   // profile is locked.
@@ -64,6 +65,7 @@ class EngineRun {
 
   // Each gives what stands in its way, or nothing.
   std::optional<Failure> PreparePlaces(RunMode mode);
+  std::optional<Failure> CopyPlaces();
   std::optional<Failure> StartMachine(RunMode mode);
   std::optional<Failure> LoadModule();
 
@@ -74,7 +76,7 @@ class EngineRun {
   PathTable originals;
   std::filesystem::path moduleFile;
   std::optional<ProfileLock> lock;
-  std::unique_ptr<PrivateCopy> copy;
+  std::vector<std::unique_ptr<PrivateCopy>> copies;
   MachineOptions options;
 
   std::unique_ptr<Machine> machine;

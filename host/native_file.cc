@@ -34,18 +34,6 @@ mode_t RightsFor(const std::filesystem::path& file) {
   return 0666 & ~mask;
 }
 
-// What the links of that name lead to, whether it is there or not.
-std::filesystem::path BehindLinks(std::filesystem::path file) {
-  constexpr int kMostLinks = 40;
-  for (int i = 0; i < kMostLinks; ++i) {
-    std::error_code notALink;
-    const std::filesystem::path target = std::filesystem::read_symlink(file, notALink);
-    if (notALink) break;
-    file = file.parent_path() / target;
-  }
-  return file;
-}
-
 // Both give 0, or the error that stopped them.
 int WriteInto(const std::filesystem::path& special, std::string_view bytes) {
   Descriptor descriptor(::open(special.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
@@ -53,20 +41,35 @@ int WriteInto(const std::filesystem::path& special, std::string_view bytes) {
   return descriptor.Close() ? 0 : errno;
 }
 
-int WriteBeside(const std::string& pattern, const std::filesystem::path& target,
-                std::string_view bytes) {
-  std::string temporary = pattern;
+int WriteBeside(const std::filesystem::path& target, std::string_view bytes, bool isSynced) {
+  std::string temporary = TemporaryBeside(target);
   Descriptor descriptor(::mkostemp(temporary.data(), O_CLOEXEC));
   if (!descriptor.IsOpen()) return errno;
   int error = 0;
   if (!WriteAll(descriptor.Number(), bytes) ||
-      ::fchmod(descriptor.Number(), RightsFor(target)) != 0 || !descriptor.Close() ||
+      ::fchmod(descriptor.Number(), RightsFor(target)) != 0 ||
+      (isSynced && ::fsync(descriptor.Number()) != 0) || !descriptor.Close() ||
       ::rename(temporary.c_str(), target.c_str()) != 0) {
     error = errno;
     ::unlink(temporary.c_str());
   }
   return error;
 }
+
+Outcome<Done> Write(const std::filesystem::path& file, std::string_view bytes, bool isSynced) {
+  struct stat status {};
+  const bool isThere = ::stat(file.c_str(), &status) == 0;
+  if (!isThere && errno != ENOENT) return SystemFailure(file, errno);
+  if (isThere && S_ISDIR(status.st_mode)) return SystemFailure(file, EISDIR);
+  const bool isSpecial = isThere && !S_ISREG(status.st_mode);
+  const int error =
+      isSpecial ? WriteInto(file, bytes) : WriteBeside(BehindLinks(file), bytes, isSynced);
+  if (error != 0) return SystemFailure(file, error);
+  return Done{};
+}
+
+constexpr std::string_view kTemporary = ".pairwise-";
+constexpr std::string_view kPlaces = "XXXXXX";
 
 }  // namespace
 
@@ -96,19 +99,50 @@ Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uint
 }
 
 Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes) {
-  struct stat status {};
-  const bool isThere = ::stat(file.c_str(), &status) == 0;
-  if (!isThere && errno != ENOENT) return SystemFailure(file, errno);
-  if (isThere && S_ISDIR(status.st_mode)) return SystemFailure(file, EISDIR);
-  int error = 0;
-  if (isThere && !S_ISREG(status.st_mode)) {
-    error = WriteInto(file, bytes);
-  } else {
-    const std::filesystem::path target = BehindLinks(file);
-    error = WriteBeside(target.string() + ".XXXXXX", target, bytes);
+  return Write(file, bytes, false);
+}
+
+Outcome<Done> WriteSyncedFile(const std::filesystem::path& file, std::string_view bytes) {
+  auto written = Write(file, bytes, true);
+  if (!written) return written;
+  if (auto failure = SyncFiles(file.parent_path(), {})) return *failure;
+  return written;
+}
+
+std::optional<Failure> SyncFiles(const std::filesystem::path& folder,
+                                 const std::vector<std::string>& names) {
+  // All are on their way before the first is waited for, which spares the disk most of the turns.
+  for (const std::string& name : names) {
+    const Descriptor file(::open((folder / name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.IsOpen()) ::sync_file_range(file.Number(), 0, 0, SYNC_FILE_RANGE_WRITE);
   }
-  if (error != 0) return SystemFailure(file, error);
-  return Done{};
+  for (const std::string& name : names) {
+    const Descriptor file(::open((folder / name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.IsOpen() || ::fsync(file.Number()) != 0) return SystemFailure(folder / name, errno);
+  }
+  const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!opened.IsOpen()) return SystemFailure(folder, errno);
+  if (::fsync(opened.Number()) == 0 || errno == EINVAL) return std::nullopt;
+  return SystemFailure(folder, errno);
+}
+
+std::filesystem::path BehindLinks(std::filesystem::path file) {
+  constexpr int kMostLinks = 40;
+  for (int i = 0; i < kMostLinks; ++i) {
+    std::error_code notALink;
+    const std::filesystem::path target = std::filesystem::read_symlink(file, notALink);
+    if (notALink) break;
+    file = file.parent_path() / target;
+  }
+  return file;
+}
+
+std::string TemporaryBeside(const std::filesystem::path& target) {
+  return (target.parent_path() / kTemporary).concat(kPlaces).string();
+}
+
+bool IsTemporaryName(std::string_view name) {
+  return name.starts_with(kTemporary) && name.size() == kTemporary.size() + kPlaces.size();
 }
 
 }  // namespace pw

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/outcome.h"
 
@@ -17,6 +19,22 @@ Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uint
 // there is never half a file under that name. A target that is a symbolic link stays one, and the
 // file that it leads to is replaced or made. A device or a pipe is written into.
 Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes);
+
+// The same, and the file has reached the disk, under its name, when the call returns.
+Outcome<Done> WriteSyncedFile(const std::filesystem::path& file, std::string_view bytes);
+
+// Waits until files of a folder, and the names in it, have reached the disk. What stands in the
+// way, or nothing; some file systems can't do it with a folder, and that counts as done.
+std::optional<Failure> SyncFiles(const std::filesystem::path& folder,
+                                 const std::vector<std::string>& names);
+
+// What the links of that name lead to, whether it is there or not.
+std::filesystem::path BehindLinks(std::filesystem::path file);
+
+// The pattern of `mkstemp` for a file beside the target, short enough beside a name of any length.
+// What a run that is cut off leaves of them can be told by the name.
+std::string TemporaryBeside(const std::filesystem::path& target);
+bool IsTemporaryName(std::string_view name);
 
 // What the last system call complained of: "FILE: No such file or directory".
 Failure SystemFailure(const std::filesystem::path& file, int error);

@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include "host/backup_names.h"
+#include "host/backups.h"
 #include "host/native_file.h"
 #include "host/profile_lock.h"
 
@@ -18,7 +20,7 @@ std::filesystem::path MarkOf(const Profile& profile) {
 }  // namespace
 
 Outcome<RunMark> RunMark::Set(const Profile& profile, const std::string& backup) {
-  const auto written = WriteNativeFile(MarkOf(profile), backup + "\n");
+  const auto written = WriteSyncedFile(MarkOf(profile), backup + "\n");
   if (!written) return written.Why();
   return RunMark(MarkOf(profile));
 }
@@ -31,16 +33,21 @@ RunMark::~RunMark() {
 }
 
 std::optional<std::string> BackupOfUnfinishedRun(const Profile& profile) {
+  std::error_code error;
+  if (!std::filesystem::exists(std::filesystem::symlink_status(MarkOf(profile), error))) {
+    return std::nullopt;
+  }
   const auto mark = ReadNativeFile(MarkOf(profile), kLargestMark);
-  if (!mark) return std::nullopt;
-  return mark->substr(0, mark->find('\n'));
+  const std::string name = mark ? mark->substr(0, mark->find('\n')) : std::string();
+  const bool isThere =
+      IsBackupName(name) && std::filesystem::is_directory(BackupFolder(profile, name), error);
+  return isThere ? name : std::string();
 }
 
 std::optional<std::string> BackupOfCutOffRun(const Profile& profile) {
-  if (!BackupOfUnfinishedRun(profile)) return std::nullopt;
-  const auto lock = ProfileLock::Take(profile);
+  if (!BackupOfUnfinishedRun(profile) || ProfileLock::IsHeld(profile)) return std::nullopt;
   // A run that has ended meanwhile took its mark along.
-  return lock ? BackupOfUnfinishedRun(profile) : std::nullopt;
+  return BackupOfUnfinishedRun(profile);
 }
 
 void ForgetUnfinishedRun(const Profile& profile) {

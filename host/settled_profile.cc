@@ -91,7 +91,8 @@ std::optional<Failure> WhyUnusable(const Profile& profile) {
 
 std::vector<std::string> SettledWarnings(const Profile& before, const Profile& after) {
   std::vector<std::string> warnings;
-  if (before.DataFolder() != after.DataFolder() && !BackupsOf(after).empty()) {
+  const auto backups = BackupsOf(after);
+  if (before.DataFolder() != after.DataFolder() && backups && !backups->empty()) {
     warnings.push_back("the backups so far are of " + CodePageToUtf8(before.DataFolder()) +
                        "; `pairwise restore` would put them into the new folder");
   }

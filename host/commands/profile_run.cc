@@ -7,6 +7,7 @@
 #include "host/backups.h"
 #include "host/calendar_guard.h"
 #include "host/commands/cut_off_run.h"
+#include "host/data_places.h"
 #include "host/run_mark.h"
 
 namespace pw {
@@ -30,15 +31,40 @@ int TellUnwritten(const Console& console, const EngineRun& run, const std::strin
   return console.Fail({"`pairwise restore " + backup + "` brings back what was there before"});
 }
 
+// For as long as it lives the profile is marked; before the mark goes, what the module has changed
+// is on the disk.
+class MarkedRun {
+ public:
+  MarkedRun(const Profile& profile, RunMark mark) : profile(profile), mark(std::move(mark)) {}
+  ~MarkedRun() { SyncPlaces(profile); }
+  MarkedRun(const MarkedRun&) = delete;
+  MarkedRun& operator=(const MarkedRun&) = delete;
+
+ private:
+  const Profile& profile;
+  RunMark mark;
+};
+
 int WorkInPlace(const Console& console, const Profile& profile, EngineRun& run, bool force,
                 const std::function<int(EngineRun&)>& work) {
   if (const auto why = CalendarInTheWay(run, force)) return console.Fail(*why);
   const auto backup = MakeBackup(profile, std::time(nullptr));
   if (!backup) return console.Fail(backup.Why());
-  const auto mark = RunMark::Set(profile, *backup);
+  auto mark = RunMark::Set(profile, backup->name);
   if (!mark) return console.Fail(mark.Why());
-  console.messages << "pairwise: the files as they were are in backup " << *backup << "\n";
-  return TellUnwritten(console, run, *backup, EndRun(console, run, work(run)));
+  const MarkedRun marked(profile, std::move(*mark));
+  console.messages << "pairwise: the files as they were are in backup " << backup->name << "\n";
+  return TellUnwritten(console, run, backup->name, EndRun(console, run, work(run)));
+}
+
+// The exit code if the person doesn't agree, or can't be asked.
+std::optional<int> NotAgreed(const Console& console, const Profile& profile, const AskFirst& ask) {
+  if (!ask) return std::nullopt;
+  const auto run = EngineRun::Start(profile, RunMode::kReading, console.messages);
+  if (!run) return console.Fail(run.Why());
+  const auto code = ask(**run);
+  (*run)->ShowLog();
+  return code;
 }
 
 }  // namespace
@@ -62,6 +88,13 @@ int WithLockedProfile(const CommandLine& line,
   });
 }
 
+int WithLockedData(const CommandLine& line, const std::function<int(const Profile&)>& work) {
+  return WithLockedProfile(line, [&](const Profile& profile, const ProfileLock& /*lock*/) {
+    const auto data = DataLock::Take(profile);
+    return data ? work(profile) : line.console.Fail(data.Why());
+  });
+}
+
 int WithReadingRun(const CommandLine& line, const std::function<int(EngineRun&)>& work) {
   const Console& console = line.console;
   return WithProfile(line, [&](const Profile& profile) {
@@ -71,11 +104,14 @@ int WithReadingRun(const CommandLine& line, const std::function<int(EngineRun&)>
   });
 }
 
-int WithWritingRun(const CommandLine& line, bool force,
-                   const std::function<int(EngineRun&)>& work) {
+int WithWritingRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work,
+                   const AskFirst& ask) {
   const Console& console = line.console;
   return WithLockedProfile(line, [&](const Profile& profile, ProfileLock lock) {
     if (const auto code = SettleCutOffRun(console, profile)) return *code;
+    const auto data = DataLock::Take(profile);
+    if (!data) return console.Fail(data.Why());
+    if (const auto code = NotAgreed(console, profile, ask)) return *code;
     const auto run =
         EngineRun::Start(profile, RunMode::kWriting, console.messages, std::move(lock));
     return run ? WorkInPlace(console, profile, **run, force, work) : console.Fail(run.Why());

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "host/commands/commands.h"
 #include "host/engine_run.h"
@@ -18,12 +19,21 @@ int WithProfile(const CommandLine& line, const std::function<int(const Profile&)
 int WithLockedProfile(const CommandLine& line,
                       const std::function<int(const Profile&, ProfileLock)>& work);
 
+// The same with the organiser's files locked too, also against runs of other profiles.
+int WithLockedData(const CommandLine& line, const std::function<int(const Profile&)>& work);
+
 // Starts a run over the profile that only reads, does the work, and shows what was logged.
 int WithReadingRun(const CommandLine& line, const std::function<int(EngineRun&)>& work);
 
-// The same in place. A backup is made before, which is told. No such run starts where one before it
-// was cut off and nobody says what is to become of its files, or where a calendar is in the way
-// (calendar_guard.h), some of them overcome by `force`.
-int WithWritingRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work);
+// What a person must agree to before anything is done. It gets a run that only reads, which is over
+// before the other one starts. Gives the exit code if the command is to end there.
+using AskFirst = std::function<std::optional<int>(EngineRun&)>;
+
+// The same in place. A backup is made before, which is told, and nothing is made or marked before
+// `ask`, where there is one, agrees. No such run starts where one before it was cut off and nobody
+// says what is to become of its files, or where a calendar is in the way (calendar_guard.h), some
+// of them overcome by `force`.
+int WithWritingRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work,
+                   const AskFirst& ask = {});
 
 }  // namespace pw

@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -20,6 +21,14 @@ struct RemoveOptions {
   bool agreed = false;
 };
 
+// The exit code if the person doesn't agree.
+std::optional<int> NotAgreed(EngineRun& run, const Console& console, const RemoveOptions& options) {
+  const auto found = ChooseCategories(run.Manager(), options.type, options.category);
+  if (!found) return console.Fail(found.Why());
+  const std::string file = run.NativePathOf(found->At(0)->Location.Str());
+  return NotConfirmed(console, "Remove " + file + "?", options.agreed);
+}
+
 // The module deletes the file that a location names, and of other types than cardfiles no location
 // names one.
 int Remove(EngineRun& run, const Console& console, const RemoveOptions& options) {
@@ -27,7 +36,6 @@ int Remove(EngineRun& run, const Console& console, const RemoveOptions& options)
   if (!found) return console.Fail(found.Why());
   const PWSourceCategory& category = *found->At(0);
   const std::string file = run.NativePathOf(category.Location.Str());
-  if (const auto code = NotConfirmed(console, "Remove " + file + "?", options.agreed)) return *code;
   if (run.Manager().DeleteCategory(options.type.c_str(), category.Location) != kResultOk) {
     return console.Fail({file + ": could not be removed"});
   }
@@ -61,8 +69,9 @@ void AddRemoveCommand(CLI::App& app, CommandLine& line) {
                                  options->type + "` empties those of its type");
       }
       // Whatever there is of calendars.
-      return WithWritingRun(line, true,
-                            [&](EngineRun& run) { return Remove(run, console, *options); });
+      return WithWritingRun(
+          line, true, [&](EngineRun& run) { return Remove(run, console, *options); },
+          [&](EngineRun& run) { return NotAgreed(run, console, *options); });
     };
   });
 }

@@ -41,6 +41,21 @@ class ClockSample : public Sample {
   }
 };
 
+// The module opens the clocks for writing too, but a command that reads changes nothing there.
+TEST(Clocks, AreReadWhereTheRegistryHasThem) {
+  const ClockSample sample;
+  std::string registry = sample.folder.Get("registry.reg");
+  registry.replace(registry.find("C:\\\\Data\"\r\n\"LocalCity"), 8, "C:\\\\Org1");
+  sample.folder.Put("registry.reg", registry);
+  for (const char* file : {"cityinfo.dat", "Clocks.dat"}) {
+    sample.folder.Put(std::string("c/Org1/") + file,
+                      sample.folder.Get(std::string("c/Data/") + file));
+    sample.folder.Put(std::string("c/Data/") + file, "");
+  }
+  EXPECT_TRUE(Has(sample.Run({"info"}).out, "\ntimezone  8 records\n"));
+  EXPECT_EQ(sample.folder.Get("c/Data/Clocks.dat"), "");
+}
+
 TEST(Clocks, AreListedShownAndExported) {
   const ClockSample sample;
   EXPECT_TRUE(Has(sample.Run({"info"}).out, "\ntimezone  8 records\n"));

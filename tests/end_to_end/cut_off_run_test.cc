@@ -1,8 +1,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <map>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -17,6 +18,8 @@
 #include "host/drive.h"
 #include "platform/platform.h"
 #include "tests/end_to_end/process.h"
+#include "tests/end_to_end/profile_backups.h"
+#include "tests/end_to_end/terminal.h"
 #include "tests/platform/temp_folder.h"
 
 namespace pw {
@@ -79,37 +82,39 @@ class CutOffRunTest : public testing::Test {
     before = DataFiles();
   }
 
-  std::map<std::string, std::string> DataFiles() const {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : fs::directory_iterator(fs::path(demo) / "data")) {
-      if (!entry.is_regular_file()) continue;
-      const std::string name = entry.path().filename().string();
-      files[name] = folder.Get("demo/data/" + name);
-    }
-    return files;
-  }
+  FilesByName DataFiles() const { return FilesIn(folder, "demo/data"); }
 
-  // A change to each store, in a process that ends in the middle of that one. Gives its exit code.
-  int RunUntil(int change) const {
+  // The name that the mark has, as a line.
+  std::string Mark() const { return folder.Get("demo/run.unfinished"); }
+  std::string MarkedBackup() const { return Mark().substr(0, Mark().find('\n')); }
+
+  // Runs in a process of its own, where nobody is at a terminal. Gives its exit code.
+  int InProcess(const std::function<int(const CommandLine&)>& work) const {
     const pid_t child = ::fork();
     if (child == 0) {
-      std::istringstream in;
+      std::istringstream nobody;
       std::ostringstream out;
-      const CommandLine line{{in, out, out}, demo, {}};
-      ::_exit(WithWritingRun(line, false, [&](EngineRun& run) {
-        Platform platform = CurrentPlatform();
-        DyingFiles files(*platform.files, change);
-        platform.files = &files;
-        const Platform previous = SetPlatform(platform);
-        std::istringstream calls(kCalls);
-        const int code = RunDrive(run.Objects(), calls, out);
-        SetPlatform(previous);
-        return code;
-      }));
+      ::_exit(work({{nobody, out, out}, demo, {}}));
     }
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+
+  // A change to each store, in a process that ends in the middle of that one.
+  int RunUntil(int change, const char* calls = kCalls) const {
+    return InProcess([&](const CommandLine& line) {
+      return WithWritingRun(line, false, [&](EngineRun& run) {
+        Platform platform = CurrentPlatform();
+        DyingFiles files(*platform.files, change);
+        platform.files = &files;
+        const Platform previous = SetPlatform(platform);
+        std::istringstream in(calls);
+        const int code = RunDrive(run.Objects(), in, line.console.out);
+        SetPlatform(previous);
+        return code;
+      });
+    });
   }
 
   Finished Run(std::vector<std::string> words) const {
@@ -137,23 +142,56 @@ class CutOffRunTest : public testing::Test {
 {"op":"deleteall"}
 )";
 
+  static constexpr const char* kMakingCalls =
+      R"({"op":"open","type":"calendar","location":"C:\\Data\\Ada"}
+{"op":"add","record":{"Subject":"one","StartDate":"1998-03-02T10:00:00","EndDate":"1998-03-02T11:00:00"}}
+{"op":"close"}
+{"op":"open","type":"todo","location":"C:\\Data\\Ada"}
+{"op":"add","record":{"Subject":"two","DueDate":"1998-03-02"}}
+{"op":"close"}
+{"op":"newcategory","type":"contact","name":"People","template":0}
+)";
+
   const TempFolder folder;
   const std::string demo = (folder.Path() / "demo").string();
-  std::map<std::string, std::string> before;
+  FilesByName before;
 };
 
 TEST_F(CutOffRunTest, ABackupBringsEveryByteBackWhereverItHappened) {
   int change = 1;
   for (; RunUntil(change) == kCutOff; ++change) {
-    const std::string mark = folder.Get("demo/run.unfinished");
-    ASSERT_FALSE(mark.empty()) << change;
-    const Finished restored = Run({"restore", mark.substr(0, mark.size() - 1)});
+    ASSERT_FALSE(Mark().empty()) << change;
+    const Finished restored = Run({"restore", MarkedBackup()});
     ASSERT_EQ(restored.code, 0) << restored.messages;
     ASSERT_EQ(DataFiles(), before) << "at change " << change;
   }
   EXPECT_GT(change, 20) << "all stores save";
   EXPECT_NE(DataFiles(), before);
   EXPECT_FALSE(fs::exists(fs::path(demo) / "run.unfinished")) << "the last one ended well";
+}
+
+// What the run has newly made, and not finished, goes.
+TEST_F(CutOffRunTest, LeavesNoNewFiles) {
+  for (const char* file :
+       {"AdaCALL.WMW", "AdaData.WMW", "AdaEVEN.WMW", "AdaRecr.WMW", "AdaTASK.WMW", "CLOCKS.DAT"}) {
+    ASSERT_TRUE(fs::remove(fs::path(demo) / "data" / file)) << file;
+  }
+  before = DataFiles();
+  std::size_t mostNew = 0;
+  int change = 1;
+  for (; RunUntil(change, kMakingCalls) == kCutOff; ++change) {
+    const std::size_t made = DataFiles().size() - before.size();
+    mostNew = std::max(mostNew, made);
+    folder.Put("demo/data/letter.txt", "the person's own");
+    const Finished restored = Run({"restore", MarkedBackup()});
+    ASSERT_EQ(restored.code, 0) << restored.messages;
+    EXPECT_EQ(made > 0, restored.messages.find(", so it is removed") != std::string::npos);
+    before["letter.txt"] = "the person's own";
+    ASSERT_EQ(DataFiles(), before) << "at change " << change;
+  }
+  EXPECT_GT(change, 5);
+  EXPECT_GT(mostNew, 3U);
+  EXPECT_GT(DataFiles().size(), before.size());
 }
 
 TEST_F(CutOffRunTest, IsToldUntilItIsSettled) {
@@ -167,15 +205,91 @@ TEST_F(CutOffRunTest, IsToldUntilItIsSettled) {
   EXPECT_EQ(refused.code, 1);
   EXPECT_TRUE(Has(refused.messages, "pairwise restore --keep"));
   // However many backups are made, that one stays.
-  const std::string mark = folder.Get("demo/run.unfinished");
-  for (int i = 0; i < 12; ++i) ASSERT_EQ(Run({"backup"}).code, 0);
-  EXPECT_TRUE(Has(Run({"restore"}).out, mark));
+  const std::string mark = Mark();
+  for (int i = 0; i < 12; ++i) {
+    folder.Put("demo/data/counted", std::to_string(i));
+    const Finished made = Run({"backup"});
+    ASSERT_EQ(made.code, 0);
+    EXPECT_TRUE(Has(made.messages, "was cut off"));
+  }
+  const Finished list = Run({"restore"});
+  EXPECT_TRUE(Has(list.out, mark));
+  EXPECT_TRUE(Has(list.messages, "was cut off"));
+  fs::remove(fs::path(demo) / "data/counted");
   EXPECT_EQ(DataFiles(), cut);
   EXPECT_EQ(Run({"restore", "--keep"}).code, 0);
   EXPECT_EQ(DataFiles(), cut);
   EXPECT_EQ(Run({"drive"}).code, 0);
   EXPECT_EQ(Run({"info"}).messages, "");
   EXPECT_EQ(Run({"restore", "--keep"}).code, 1) << "there is nothing to keep";
+}
+
+// A mark that tells no backup: not all of it came to the disk, say.
+TEST_F(CutOffRunTest, IsToldAlsoWithoutTheBackup) {
+  const Finished made = Run({"backup"});
+  const std::string backup = made.out.substr(0, made.out.size() - 1);
+  for (const char* mark : {"", "\n", "..\n", "2026-11-25T21-49-01\n"}) {
+    folder.Put("demo/run.unfinished", mark);
+    for (const Finished& run : {Run({"info"}), Run({"drive"}), Run({"restore"})}) {
+      EXPECT_TRUE(Has(run.messages, "was cut off")) << mark;
+      EXPECT_TRUE(Has(run.messages, "`pairwise restore` lists the backups")) << mark;
+    }
+    EXPECT_EQ(Run({"restore", ""}).code, 1);
+    EXPECT_EQ(Run({"restore", backup}).code, 0);
+    EXPECT_EQ(DataFiles(), before);
+    EXPECT_FALSE(fs::exists(fs::path(demo) / "run.unfinished"));
+  }
+}
+
+TEST_F(CutOffRunTest, IsSettledAtATerminal) {
+  ASSERT_EQ(RunUntil(2), kCutOff);
+  const auto cut = DataFiles();
+  const auto drive = [&](const std::string& typed) {
+    return RunAtTerminal({"-p", demo, "drive"}, typed);
+  };
+  for (const char* other : {"\n", "yes\n"}) {
+    const Finished stopped = drive(other);
+    EXPECT_EQ(stopped.code, 1);
+    EXPECT_TRUE(Has(stopped.out, "nothing was done\n"));
+    EXPECT_EQ(DataFiles(), cut);
+  }
+  const Finished restored = drive("r\n");
+  EXPECT_EQ(restored.code, 0) << restored.out;
+  EXPECT_EQ(DataFiles(), before);
+  const std::string saved = "what was there before is in ";
+  const std::string name = restored.out.substr(restored.out.rfind(saved) + saved.size(), 30);
+  EXPECT_EQ(Run({"restore", name.substr(0, name.find('\n'))}).code, 0);
+  EXPECT_EQ(DataFiles(), cut) << "it can be taken back";
+
+  folder.Put("demo/run.unfinished", "");
+  const Finished kept = drive("k\n");
+  EXPECT_EQ(kept.code, 0) << kept.out;
+  EXPECT_FALSE(Has(kept.out, "(r)")) << "there is none to be offered";
+  EXPECT_EQ(DataFiles(), cut);
+}
+
+// Whoever stops at a question, in whatever way, has left nothing to be settled.
+TEST_F(CutOffRunTest, IsNoneThatWasOnlyAskedFor) {
+  folder.Put("demo/data/changed", "since the last backup");
+  before = DataFiles();
+  const auto backups = ListedBackups(demo);
+  const int code = InProcess([&](const CommandLine& line) {
+    return WithWritingRun(
+        line, false, [](EngineRun& /*run*/) { return 1; },
+        [&](EngineRun& /*run*/) {
+          return Mark().empty() && ListedBackups(demo) == backups ? kCutOff : 2;
+        });
+  });
+  EXPECT_EQ(code, kCutOff) << "nothing is made or marked before the answer";
+  const std::vector<std::string> remove = {"-p", demo, "remove", "contact", "Friends"};
+  const Finished stopped = RunAtTerminal(remove, "no\n");
+  EXPECT_EQ(stopped.code, 1);
+  EXPECT_TRUE(Has(stopped.out, "nothing was done\n"));
+  EXPECT_EQ(RunPairwise(remove).code, 2) << "nobody is there";
+  EXPECT_EQ(ListedBackups(demo), backups);
+  EXPECT_EQ(DataFiles(), before);
+  EXPECT_EQ(RunAtTerminal(remove, "yes\n").code, 0);
+  EXPECT_EQ(DataFiles().count("Friends.WMCard"), 0U);
 }
 
 }  // namespace

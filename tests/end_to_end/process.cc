@@ -113,6 +113,20 @@ Finished RunPairwise(const std::vector<std::string>& arguments, const std::strin
   return process.Finish();
 }
 
+Finished RunWithLargestFile(rlim_t bytes, const std::vector<std::string>& arguments,
+                            bool isKilled) {
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  rlimit limit = before;
+  limit.rlim_cur = bytes;
+  const auto handler = ::signal(SIGXFSZ, isKilled ? SIG_DFL : SIG_IGN);
+  ::setrlimit(RLIMIT_FSIZE, &limit);
+  Process process(arguments);
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, handler);
+  return process.Finish();
+}
+
 testing::AssertionResult Has(const std::string& text, const std::string& part) {
   if (text.find(part) != std::string::npos) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "no \"" << part << "\" in\n" << text;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/types.h>
 
 #include <cstdio>
@@ -48,6 +49,11 @@ class Process {
 // Runs it to its end.
 Finished RunPairwise(const std::vector<std::string>& arguments, const std::string& input = "",
                      uid_t user = 0);
+
+// The same where no file may become larger than so many bytes: a write beyond fails, or where
+// `isKilled` ends the process there.
+Finished RunWithLargestFile(rlim_t bytes, const std::vector<std::string>& arguments,
+                            bool isKilled = false);
 
 // Whether a part stands in a text.
 testing::AssertionResult Has(const std::string& text, const std::string& part);
