@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace pw {
 namespace {
@@ -122,7 +123,7 @@ bool IsUtf8(std::string_view text) {
 }
 
 std::string AsUtf8(std::string text) {
-  return IsUtf8(text) ? text : CodePageToUtf8(text);
+  return IsUtf8(text) ? std::move(text) : CodePageToUtf8(text);
 }
 
 unsigned char CodePageLower(unsigned char byte) {

@@ -47,8 +47,8 @@ void CsvRow::Word(const char* column, const char* member, const std::vector<Cell
       told[member] = each.value;
       return;
     }
-    if (*each.word != '\0')
-      wanted += (wanted.empty() ? "\"" : " or \"") + std::string(each.word) + "\"";
+    if (*each.word == '\0') continue;
+    wanted += (wanted.empty() ? "\"" : " or \"") + std::string(each.word) + "\"";
   }
   Remark(column, *cell, wanted);
 }

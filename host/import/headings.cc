@@ -30,10 +30,12 @@ std::string WhyNoneKnown(const std::vector<std::string>& headings,
   if (headings.empty() || std::any_of(headings.begin(), headings.end(), isKnown)) return {};
   std::string why = "line 1: none of its headings is known; they would be " + Named(known);
   const std::string& first = headings.front();
-  if (first.find(';') != std::string::npos)
-    why += "; the cells must be separated by commas, not semicolons";
-  if (first.find('\t') != std::string::npos)
-    why += "; the cells must be separated by commas, not tabs";
+  const char* separators = first.find(';') != std::string::npos    ? "semicolons"
+                           : first.find('\t') != std::string::npos ? "tabs"
+                                                                   : nullptr;
+  if (separators != nullptr) {
+    why += std::string("; the cells must be separated by commas, not ") + separators;
+  }
   return why;
 }
 

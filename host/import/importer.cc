@@ -89,7 +89,7 @@ void Importer::Bring(PWSource& source, StoredRecords& stored, IncomingRecord& in
   for (const std::string& remark : incoming.remarks) Tell(incoming, remark);
   const std::string id = source.RecordID().Str();
   if (id != found.text) stored.GiveOut(id);
-  arrived.push_back({&incoming, std::move(given), id, isUpdate});
+  arrived.push_back({&incoming, given, id, isUpdate});
 }
 
 // A source may answer 0 although it has no form for the record.
@@ -121,7 +121,7 @@ std::string Importer::Update(PWSource& source, const std::string& id, IncomingRe
   if (!incoming.told.is_null()) {
     auto merged = WithTold(before, incoming.told, form);
     if (!merged) return Refusal(merged.Why().message);
-    given = std::move(*merged);
+    given = *merged;
   }
   const std::string why = FirstOf({WhyWithoutLength(given, type), WhyTooLong(given, type)});
   if (!why.empty()) return Refusal(why);
