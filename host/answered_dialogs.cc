@@ -20,7 +20,7 @@ BoxAnswer AnsweredDialogs::ShowMessage(WindowId /*parent*/, const std::string& t
     return SafeAnswer(flags);
   }
   if (answers.isSure) return BoxAnswer::kYes;
-  Refuse(told + " (`sure = true` beside it answers Yes)");
+  Refuse(told + " (`sure = true` in [synchronize] answers Yes)");
   return BoxAnswer::kNo;
 }
 

@@ -16,6 +16,13 @@ namespace {
 
 constexpr std::size_t kLongestAnswer = 1024;
 
+// In columns; that of old where it isn't known.
+std::size_t WidthOf(int terminal) {
+  winsize size{};
+  const bool isKnown = ::ioctl(terminal, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : 80;
+}
+
 }  // namespace
 
 int Console::Fail(const Failure& failure) const {
@@ -52,12 +59,10 @@ Console StandardConsole() {
   static SafeStream messages(std::cerr);
   Console console{std::cin, std::cout, messages};
   console.terminal = &std::cerr;
-  winsize size{};
   console.isAsking = TerminalIsThere();
   console.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-    console.width = size.ws_col;
-  }
+  console.width = WidthOf(STDOUT_FILENO);
+  console.messagesWidth = WidthOf(STDERR_FILENO);
   return console;
 }
 

@@ -24,8 +24,9 @@ struct Console {
   std::ostream& out;       // data
   std::ostream& messages;  // everything else; of the standard streams without control characters
   bool outIsTerminal = false;
-  std::size_t width = 80;  // of the terminal, in columns
-  bool isAsking = false;   // somebody is there to answer, at a terminal
+  std::size_t width = 80;          // of the data's terminal, in columns
+  std::size_t messagesWidth = 80;  // of that of the messages
+  bool isAsking = false;           // somebody is there to answer, at a terminal
 
   // Takes what is meant to steer the terminal. Null where there is none.
   std::ostream* terminal = nullptr;

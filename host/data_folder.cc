@@ -1,20 +1,13 @@
 #include "host/data_folder.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <iterator>
 
 #include "framework/config.h"
-#include "host/products.h"
-#include "platform/path.h"
 #include "platform/posix/posix_registry.h"
 #include "platform/registry.h"
 
 namespace pw {
 namespace {
-
-// The longest path of a default user that the module takes.
-constexpr std::size_t kLongestDefaultUser = 255;
 
 std::string Entry(const Profile& profile, std::uint32_t id) {
   const auto entry = profile.config.find(id);
@@ -23,31 +16,6 @@ std::string Entry(const Profile& profile, std::uint32_t id) {
 
 PosixRegistry RegistryOf(const Profile& profile) {
   return PosixRegistry({profile.RegistryFile(), RegistryMode::kReadOnly, {}});
-}
-
-// The edition as the module finds it: the information manager for a number that no edition has, but
-// without its key the desktop edition.
-const Product& ProductOf(const Profile& profile, Registry& registry) {
-  const auto key = registry.Open(Entry(profile, PWConfig::kProductKey), RegistryAccess::kRead);
-  if (key == nullptr) return *FindProduct("desktop");
-  const std::uint32_t number = ReadNumber(*key, "PRODUCT").value_or(0);
-  const auto* found = std::find_if(std::begin(kProducts), std::end(kProducts),
-                                   [&](const Product& each) { return each.number == number; });
-  return found == std::end(kProducts) ? *FindProduct("orb") : *found;
-}
-
-// The folder that a path names, or in which what it names lies.
-std::string FolderPart(const std::string& path) {
-  const auto parts = SplitPath(path);
-  if (!parts) return {};
-  const std::size_t count =
-      parts->names.size() - (parts->endsInSeparator || parts->names.empty() ? 0 : 1);
-  std::string folder = parts->root == "\\" ? "" : parts->root;
-  for (std::size_t i = 0; i < count; ++i) {
-    const bool isStart = i == 0 && parts->root.empty();
-    folder.append(isStart ? "" : "\\").append(parts->names[i]);
-  }
-  return parts->root == "\\" && count == 0 ? parts->root : folder;
 }
 
 }  // namespace
@@ -77,15 +45,6 @@ std::optional<std::string> FolderOfClocks(const Profile& profile) {
   const auto key = registry.Open(Entry(profile, PWConfig::kProductKey), RegistryAccess::kRead);
   auto folder = key == nullptr ? std::nullopt : ReadText(*key, "Data");
   return folder && !folder->empty() ? folder : std::nullopt;
-}
-
-std::optional<std::string> FolderOfDefaultCalendar(const Profile& profile) {
-  if (!Entry(profile, PWConfig::kCalendarStem).empty()) return std::nullopt;
-  PosixRegistry registry = RegistryOf(profile);
-  const auto key = registry.Open(CalendarKey(ProductOf(profile, registry)), RegistryAccess::kRead);
-  const auto user =
-      key == nullptr ? std::nullopt : ReadText(*key, kDefaultUser, kLongestDefaultUser);
-  return user ? std::optional(FolderPart(*user)) : std::nullopt;
 }
 
 }  // namespace pw

@@ -21,10 +21,4 @@ Outcome<std::filesystem::path> NativeDataFolder(const Profile& profile);
 // where none is named.
 std::optional<std::string> FolderOfClocks(const Profile& profile);
 
-// Where no calendar is named (entry 5 of the settings is empty) the module takes that of the
-// default user, whom the registry names, and the folder of it in place of the data folder. The
-// organiser's path of that folder, empty for the profile's own; nothing where a calendar is named,
-// or no user.
-std::optional<std::string> FolderOfDefaultCalendar(const Profile& profile);
-
 }  // namespace pw

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "host/data_folder.h"
+#include "host/default_calendar.h"
 #include "host/native_file.h"
 #include "host/organiser_files.h"
 #include "host/traceless.h"

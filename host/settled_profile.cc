@@ -9,10 +9,9 @@
 #include "host/backups.h"
 #include "host/calendar_stems.h"
 #include "host/data_folder.h"
+#include "host/default_calendar.h"
 #include "host/native_file.h"
-#include "host/products.h"
 #include "host/profile_edit.h"
-#include "host/registry_entry.h"
 
 namespace pw {
 namespace {
@@ -26,14 +25,6 @@ std::string Entry(const Profile& profile, std::uint32_t id) {
   return entry == profile.config.end() ? std::string() : entry->second;
 }
 
-const Product& ProductOf(const Profile& profile) {
-  const std::string key = Entry(profile, PWConfig::kProductKey);
-  const auto found =
-      std::find_if(std::begin(kProducts), std::end(kProducts),
-                   [&](const Product& product) { return EqualIgnoringCase(product.mainKey, key); });
-  return found == std::end(kProducts) ? kProducts[0] : *found;
-}
-
 // Where no calendar is named the module takes the default user's, and with it their folder, so
 // that must be the one that was settled.
 bool NeedsDefaultUser(const Profile& before, const Profile& after) {
@@ -43,13 +34,20 @@ bool NeedsDefaultUser(const Profile& before, const Profile& after) {
   return changes && Entry(after, PWConfig::kCalendarStem).empty();
 }
 
-// Whether the folder has any files of that stem, or none of any. No stem stands for whatever the
-// registry names.
+// The one that counts for the module.
+std::string StemOf(const Profile& profile) {
+  const std::string named = Entry(profile, PWConfig::kCalendarStem);
+  if (!named.empty()) return named;
+  const auto calendar = DefaultCalendarOf(profile);
+  return calendar ? calendar->stem : std::string();
+}
+
+// Whether the folder has any files of that stem, or none of any.
 bool HasCalendar(const fs::path& folder, const std::string& wanted) {
   const std::vector<CalendarStem> stems = CalendarStems(folder);
-  return wanted.empty() || stems.empty() ||
-         std::any_of(stems.begin(), stems.end(),
-                     [&](const CalendarStem& stem) { return EqualFileNames(stem.text, wanted); });
+  return stems.empty() || std::any_of(stems.begin(), stems.end(), [&](const CalendarStem& stem) {
+           return EqualFileNames(stem.text, wanted);
+         });
 }
 
 }  // namespace
@@ -60,6 +58,8 @@ Profile SettledProfile(const Profile& before, PWConfig& settings, std::int32_t s
   for (const std::uint32_t id :
        {PWConfig::kDataFolder, PWConfig::kInstallFolder, PWConfig::kCalendarStem}) {
     const std::string value = settings.String(id).Str();
+    // The wizard's page empties the install folder where the registry doesn't know of one.
+    if (id == PWConfig::kInstallFolder && value.empty()) continue;
     if (value != Entry(before, id)) after.config[id] = value;
   }
   return after;
@@ -92,18 +92,20 @@ std::optional<Failure> WhyUnusable(const Profile& profile) {
 std::vector<std::string> SettledWarnings(const Profile& before, const Profile& after) {
   std::vector<std::string> warnings;
   const auto backups = BackupsOf(after);
-  if (before.DataFolder() != after.DataFolder() && backups && !backups->empty()) {
-    warnings.push_back("the backups so far are of " + CodePageToUtf8(before.DataFolder()) +
-                       "; `pairwise restore` would put them into the new folder");
-  }
   const auto folder = NativeDataFolder(after);
+  const auto folderBefore = NativeDataFolder(before);
   std::error_code error;
+  const bool isOther = folder && folderBefore && !fs::equivalent(*folder, *folderBefore, error);
+  if (isOther && backups && !backups->empty()) {
+    warnings.push_back(
+        "backups that were made before may be of another folder; `pairwise restore` would put them "
+        "into the new one");
+  }
   if (folder && !fs::is_directory(*folder, error)) {
     warnings.push_back(folder->string() + ": there is no such folder");
-  } else if (folder && !HasCalendar(*folder, Entry(after, PWConfig::kCalendarStem))) {
+  } else if (folder && !HasCalendar(*folder, StemOf(after))) {
     warnings.push_back(folder->string() + ": has calendar or to-do files, but none of '" +
-                       CodePageToUtf8(Entry(after, PWConfig::kCalendarStem)) +
-                       "'; `pairwise options` chooses");
+                       CodePageToUtf8(StemOf(after)) + "'; `pairwise options` chooses");
   }
   return warnings;
 }
@@ -112,9 +114,11 @@ Outcome<Done> SaveSettled(const Profile& before, const Profile& after) {
   const auto text = ReadNativeFile(after.DescriptionFile(), kLargestDescription);
   if (!text) return text.Why();
   if (NeedsDefaultUser(before, after)) {
-    auto named = WriteRegistryText(after, CalendarKey(ProductOf(after)), kDefaultUser,
-                                   after.DataFolder() + "\\");
-    if (!named) return named;
+    // A user whom the registry named before goes along; one whose name was emptied has none.
+    const bool wasNamed = Entry(before, PWConfig::kCalendarStem).empty();
+    auto saved =
+        SetDefaultCalendar(after, {after.DataFolder(), wasNamed ? StemOf(before) : std::string()});
+    if (!saved) return saved;
   }
   return WriteNativeFile(after.DescriptionFile(), EditedDescription(*text, after));
 }

@@ -1,6 +1,8 @@
 #include "host/commands/option_pages.h"
 
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -11,6 +13,8 @@
 #include "host/category_refresh.h"
 #include "host/commands/cut_off_run.h"
 #include "host/commands/profile_run.h"
+#include "host/data_folder.h"
+#include "host/drives_dialogs.h"
 #include "host/settled_profile.h"
 #include "platform/platform.h"
 #include "platform/posix/terminal_dialogs.h"
@@ -19,7 +23,7 @@ namespace pw {
 namespace {
 
 constexpr const char* kAnswersHelp =
-    "An answers file names pages and controls; what it leaves out stays as it is:\n"
+    "An answers file names pages and controls; what it leaves out is taken as the page offers it:\n"
     "  [synchronize]          for options\n"
     "  mode = \"on\"            or \"off\", \"overwrite-next\", \"overwrite-always\"\n"
     "  sure = true            answers the question before overwriting by Yes\n"
@@ -48,10 +52,12 @@ class DialogsInPlace {
 
 // Whoever works the pages.
 Outcome<PWConfig> Show(const Console& console, const OptionPages& pages,
-                       const std::optional<Answers>& answers, EngineRun& run) {
-  TerminalDialogs terminal(console.in, console.messages, !answers, console.width);
+                       const std::optional<Answers>& answers, const Profile& profile,
+                       EngineRun& run) {
+  TerminalDialogs terminal(console.in, console.messages, !answers, console.messagesWidth);
   AnsweredDialogs answered(terminal, answers.value_or(Answers()), console.messages);
-  const DialogsInPlace dialogs(answers ? static_cast<Dialogs&>(answered) : terminal);
+  DrivesDialogs chosen(answers ? static_cast<Dialogs&>(answered) : terminal, profile);
+  const DialogsInPlace dialogs(chosen);
   auto settings = pages.show(run);
   if (settings) return std::move(*settings);
   if (answered.Refusal()) return Failure{answered.Refusal()->message + "; nothing was saved"};
@@ -87,7 +93,7 @@ Outcome<Shown> ShowAndSave(const Console& console, const OptionPages& pages,
                            ProfileLock lock) {
   const auto run = EngineRun::Start(profile, RunMode::kSettling, console.messages, std::move(lock));
   if (!run) return run.Why();
-  auto settings = Show(console, pages, answers, **run);
+  auto settings = Show(console, pages, answers, profile, **run);
   if (!settings) return settings.Why();
   const PWApplicationSource& source = (*run)->Objects().applicationSource;
   Shown shown{SettledProfile(profile, *settings, source.SyncMode), TakeRefreshRequests(source)};
@@ -110,7 +116,11 @@ int Work(const Console& console, const OptionPages& pages, const std::optional<A
   if (const auto code = SettleCutOffRun(console, profile)) return *code;
   const auto shown = ShowAndSave(console, pages, answers, profile, std::move(lock));
   if (!shown) return console.Fail(shown.Why());
-  return shown->isRefreshWanted ? TellCategories(console, shown->settled) : kExitDone;
+  const auto folder = NativeDataFolder(shown->settled);
+  std::error_code error;
+  // A folder that isn't there was told already.
+  const bool isThere = folder && std::filesystem::is_directory(*folder, error);
+  return shown->isRefreshWanted && isThere ? TellCategories(console, shown->settled) : kExitDone;
 }
 
 int Run(const CommandLine& line, const OptionPages& pages, const std::string& answersFile) {

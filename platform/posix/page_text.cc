@@ -54,21 +54,27 @@ std::string Describe(const DialogControl& control) {
   return {};
 }
 
+// Takes the words off the text that fit into a line of so many columns, one at least.
+std::string_view TakeLine(std::string_view& text, std::size_t room) {
+  std::size_t end = text.size();
+  if (end > room) {
+    end = text.rfind(' ', room);
+    if (end == std::string_view::npos || end == 0) end = std::min(text.find(' ', 1), text.size());
+  }
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(end);
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return text.empty() ? line : line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
 // The text's words in indented lines. Blanks within a line stay as they are.
 std::string Paragraph(std::string_view text, std::size_t width) {
   const std::size_t room = std::max<std::size_t>(width > kIndent ? width - kIndent : 0, 1);
   std::string lines;
   while (!text.empty()) {
-    std::size_t end = text.size();
-    if (end > room) {
-      end = text.rfind(' ', room);
-      if (end == std::string_view::npos || end == 0) end = std::min(text.find(' ', 1), text.size());
-    }
-    std::string_view line = text.substr(0, end);
+    std::string_view line = TakeLine(text, room);
     line = line.substr(0, line.find_last_not_of(' ') + 1);
     lines.append(kIndent, ' ').append(line).append("\n");
-    text.remove_prefix(end);
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   }
   return lines;
 }
@@ -82,6 +88,19 @@ std::string WithoutKeyMarks(std::string_view caption) {
     plain.push_back(caption[i]);
   }
   return plain;
+}
+
+std::string Wrapped(std::string_view text, std::size_t width) {
+  std::string lines;
+  while (true) {
+    const std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    if (!line.empty()) lines += TakeLine(line, width);
+    while (!line.empty()) lines.append("\n").append(TakeLine(line, width));
+    if (end == std::string_view::npos) return lines;
+    lines += '\n';
+    text.remove_prefix(end + 1);
+  }
 }
 
 std::string ShownText(const std::string& text) {

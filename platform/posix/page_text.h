@@ -23,6 +23,10 @@ std::string PageText(PageModel& page, std::size_t width);
 // What a list or a combo offers, numbered from 1, with the present one marked.
 std::string ItemsText(const DialogControl& control);
 
+// The text with its words on as many lines as it takes, of at most `width` columns where its blanks
+// allow it; its own line breaks and what it ends in stay.
+std::string Wrapped(std::string_view text, std::size_t width);
+
 // A text, or a word for none.
 std::string ShownText(const std::string& text);
 

@@ -96,11 +96,16 @@ std::optional<std::size_t> IndexAt(const std::vector<DialogControl>& controls, s
   return std::nullopt;
 }
 
+constexpr const char* kNoSuchNumber = "There is nothing of that number.";
+
+bool IsNumber(std::string_view line) {
+  return !line.empty() && line.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 // A place counted from 1, or 0 if the line is no number up to `count`.
 std::size_t PlaceIn(std::string_view line, std::size_t count) {
   constexpr std::size_t kLongest = 6;
-  if (line.empty() || line.size() > kLongest) return 0;
-  if (line.find_first_not_of("0123456789") != std::string_view::npos) return 0;
+  if (!IsNumber(line) || line.size() > kLongest) return 0;
   const auto place = static_cast<std::size_t>(ParseLong(line));
   return place <= count ? place : 0;
 }
@@ -131,22 +136,21 @@ bool TerminalIsThere() {
 }
 
 void TerminalDialogs::Tell(const std::string& text) {
-  out << Printable(text) << '\n';
+  out << Printable(Wrapped(text, width)) << '\n';
 }
 
 void TerminalDialogs::TellNotAsked(const std::string& question, const std::string& taken) {
-  Tell("nobody to ask, taken as \"" + taken + "\": " + OnOneLine(question));
-  out.flush();
+  out << Printable("nobody to ask, taken as \"" + taken + "\": " + OnOneLine(question))
+      << std::endl;
 }
 
 void TerminalDialogs::TellEnded(std::string_view taken) {
-  Tell("the input has ended, taken as \"" + std::string(taken) + "\"");
-  out.flush();
+  out << Printable("the input has ended, taken as \"" + std::string(taken) + "\"") << std::endl;
 }
 
 std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt, PageModel* page) {
   while (true) {
-    out << Printable(prompt) << std::flush;
+    out << Printable(Wrapped(prompt, width)) << std::flush;
     std::string line;
     if (!std::getline(in, line)) {
       out << '\n';
@@ -160,6 +164,9 @@ std::optional<std::string> TerminalDialogs::Ask(const std::string& prompt, PageM
     } else if (*known != "?") {
       return known;
     } else if (page != nullptr) {
+      Tell(
+          "A number changes its line, Enter goes on; \"back\" and \"cancel\" are told by their "
+          "beginnings already.");
       page->Help();
     } else {
       ShowHelp();
@@ -220,15 +227,15 @@ SheetAnswer TerminalDialogs::ShowSheet(WindowId /*parent*/, SheetModel& sheet) {
 }
 
 TerminalDialogs::Turn TerminalDialogs::ShowPage(PageModel& page, bool first, bool last) {
-  Tell(PageText(page, width));
+  out << Printable(PageText(page, width)) << '\n';
   const auto line =
       Ask(std::string("Number to change, Enter for ") + (last ? "OK" : "the next page") +
               (first ? "" : ", b to go back") + ", c to cancel: ",
           &page);
   if (!line) TellEnded("cancel");
-  if (!line || EqualIgnoringCase(*line, "c")) return Turn::kCancel;
+  if (!line || Tells(*line, "cancel")) return Turn::kCancel;
   if (line->empty()) return page.Next() ? Turn::kNext : Turn::kStay;
-  if (!first && EqualIgnoringCase(*line, "b")) return page.Leave() ? Turn::kBack : Turn::kStay;
+  if (!first && Tells(*line, "back")) return page.Leave() ? Turn::kBack : Turn::kStay;
   WorkControl(page, PlaceIn(*line, page.Controls().size()));
   return Turn::kStay;
 }
@@ -237,8 +244,7 @@ void TerminalDialogs::WorkControl(PageModel& page, std::size_t place) {
   std::vector<DialogControl>& controls = page.Controls();
   const auto index = place == 0 ? std::nullopt : IndexAt(controls, place);
   if (!index) {
-    Tell("There is nothing of that number.");
-    return;
+    return Tell(kNoSuchNumber);
   }
   switch (controls[*index].kind) {
     case ControlKind::kLabel:
@@ -264,18 +270,25 @@ void TerminalDialogs::EditText(DialogControl& control) {
 void TerminalDialogs::FillCombo(DialogControl& control) {
   if (control.items.empty()) return EditText(control);
   out << Printable(ItemsText(control));
-  const auto line =
-      Ask("Number to choose, or another text with \"=\" before it (Enter keeps it): ");
+  const auto line = Ask(
+      "Number to choose, or another text; \"=\" before one that is a number (Enter keeps it): ");
   if (!line || line->empty()) return;
   const std::size_t place = PlaceIn(*line, control.items.size());
-  control.text = place == 0 ? TypedText(*line) : control.items[place - 1];
+  if (place > 0) {
+    control.text = control.items[place - 1];
+  } else if (IsNumber(*line)) {
+    Tell(kNoSuchNumber);
+  } else {
+    control.text = TypedText(*line);
+  }
 }
 
 void TerminalDialogs::PickItem(PageModel& page, DialogControl& list) {
   out << Printable(ItemsText(list));
   const auto line = Ask("Number to choose (Enter keeps it): ");
-  const std::size_t place = line ? PlaceIn(*line, list.items.size()) : 0;
-  if (place == 0) return;
+  if (!line || line->empty()) return;
+  const std::size_t place = PlaceIn(*line, list.items.size());
+  if (place == 0) return Tell(kNoSuchNumber);
   list.selected = place - 1;
   page.Press(list.number);
 }
@@ -290,7 +303,8 @@ std::optional<std::string> TerminalDialogs::ChooseFolder(WindowId /*parent*/,
   }
   Tell(title);
   while (true) {
-    const auto line = Ask("Folder (Enter for " + startFolder + ", \"<\" to choose none): ");
+    const auto line =
+        Ask("Folder (Enter for " + ShownText(startFolder) + ", \"<\" to choose none): ");
     if (!line) TellEnded("cancel");
     if (!line || *line == kNoFolder) return std::nullopt;
     std::string folder = line->empty() ? startFolder : *line;
@@ -306,7 +320,7 @@ void TerminalDialogs::LeaveHelp() {
 
 void TerminalDialogs::ShowHelp() {
   Tell(helpContexts.empty() ? "There is no help for this."
-                            : "Help is under \"" + helpContexts.back() + "\".");
+                            : "The organiser's help has it under \"" + helpContexts.back() + "\".");
 }
 
 IconHandle TerminalDialogs::LoadIcon(std::int32_t resource) {

@@ -100,11 +100,13 @@ TEST_F(OptionsTest, AnswersThatCanNotBeGivenSaveNothing) {
     const char* answers;
     const char* message;
   } cases[] = {
-      {"options", "[synchronize]\nmode = 'overwrite-always'\n", "`sure = true` beside it answers"},
+      {"options", "[synchronize]\nmode = 'overwrite-always'\n",
+       "`sure = true` in [synchronize] answers"},
       {"options", "[folder]\nbrowse = 'C:\\Data'\n",
        "answers.toml:2: C:\\Data lacks: CALL.WMW, CSCA.WMW, EVEN.WMW, INIT.WMW, RECR.WMW, "
        "TASK.WMW, a .WMContent file, a .WMNoteHeader file, a .WMWrite file.; nothing was saved"},
       {"options", "[folder]\nbrowse = 'C:\\None'\n", "There is no folder C:\\None."},
+      {"options", "[folder]\nbrowse = '\\tmp'\n", "is on none of the profile's drives: C:"},
       {"options", "[folder]\nfolder = 'D:\\New'\n", "D:\\New: not on one of the drives"},
       {"options", "[folder]\nfolder = ''\n", "no data folder: not on one"},
       {"options", "[setup]\nfolder = 'C:\\New'\n", "answers.toml:1: there is no page 'setup' here"},
@@ -134,7 +136,8 @@ TEST_F(OptionsTest, ATypedFolderIsTakenWithoutATestAndWarnedOf) {
   const Finished run = Answer("options", "[folder]\nfolder = 'C:\\Later\\'\n");
   EXPECT_EQ(run.code, 0);
   EXPECT_PRED_FORMAT2(IsSubstring, "c/Later: there is no such folder\n", run.messages);
-  EXPECT_PRED_FORMAT2(IsSubstring, "the backups so far are of C:\\Data; ", run.messages);
+  EXPECT_PRED_FORMAT2(IsSubstring, "backups that were made before may be of another ",
+                      run.messages);
   ExpectDescription(Description("C:\\Later", "Ada"));
   EXPECT_PRED_FORMAT2(IsSubstring, "but none of 'Ada'",
                       Answer("options", "[folder]\nfolder = 'C:\\New'\ncalendar = 'Ada'").messages);
@@ -152,6 +155,27 @@ TEST_F(OptionsTest, ACalendarWithoutANameIsNamedInTheRegistry) {
   EXPECT_PRED_FORMAT2(IsSubstring, "\tC:\\New\\\n", categories.out);
 }
 
+// The wizard's page asks for neither, and the registry knows of no install folder.
+TEST_F(OptionsTest, SetupKeepsTheDefaultUserAndTheInstallFolder) {
+  sample.folder.Put("profile.toml", Description("C:\\Data", "Ada", "", "3 = 'C:\\Old'\n"));
+  ASSERT_EQ(Answer("options", "[folder]\nbrowse = 'C:\\New'\ncalendar = ''\n").code, 0);
+  std::string registry = sample.folder.Get("registry.reg");
+  registry.replace(registry.find("\"C:\\\\New\\\\\""), 11, "\"C:\\\\New\\\\Bo\"");
+  registry.replace(registry.find("InstallDir"), 10, "Unknown");
+  sample.folder.Put("registry.reg", registry);
+
+  const Finished run = Answer("setup", "[setup]\nfolder = 'C:\\Data'\n");
+  EXPECT_EQ(run.code, 0) << run.messages;
+  EXPECT_PRED_FORMAT2(IsSubstring, "\"DefUserName\"=\"C:\\\\Data\\\\Bo\"",
+                      sample.folder.Get("registry.reg"));
+  EXPECT_PRED_FORMAT2(IsSubstring, "but none of 'Bo'", run.messages);
+  EXPECT_EQ(sample.folder.Get("profile.toml"), Description("C:\\Data", "", "", "3 = 'C:\\Old'\n"));
+
+  const Finished missing = Answer("setup", "[setup]\nfolder = 'C:\\Later'\n");
+  EXPECT_EQ(missing.code, 0);
+  EXPECT_PRED_FORMAT2(IsSubstring, "c/Later: there is no such folder\n", missing.messages);
+}
+
 TEST_F(OptionsTest, AtATerminalThePagesAreShownAndWorked) {
   // The fourth mode, but not sure; the first; the browser, once with a folder that lacks files; of
   // the calendars the second.
@@ -160,7 +184,7 @@ TEST_F(OptionsTest, AtATerminalThePagesAreShownAndWorked) {
   for (const char* shown :
        {"\nPairWise Desktop Options, page 1 of 2\n\n  PairWise Desktop\n  PairWise Version 0.",
         "\n\n  1  ( ) Do not synchronize\n  2  (*) Synchronize\n  3  ( ) Delete and overwrite ",
-        "delete all your PairWise Desktop data, then overwrite it?\nyes, no, Enter for no: ",
+        "to delete all your PairWise Desktop\ndata, then overwrite it?\nyes, no, Enter for no: ",
         "\n> 2  ( ) Synchronize\n  3  ( ) Delete and overwrite during next synchronization\n"
         "  4  (*) Always delete and overwrite\n",
         "\n  1  PairWise Desktop folder:  C:\\Data\n  2  <Browse...>\n"

@@ -212,8 +212,9 @@ TEST_F(TerminalDialogsTest, AComboTakesAnItemOrAnyText) {
   const struct {
     const char* typed;
     const char* text;
-  } cases[] = {{"2", "second"}, {"4", "4"},  {"Work", "Work"}, {"-", "-"},  {"", "other"},
-               {"3", ""},       {"=2", "2"}, {"=", ""},        {"=?", "?"}, {"==", "="}};
+  } cases[] = {{"2", "second"}, {"4", "other"}, {"=4", "4"}, {"Work", "Work"},
+               {"-", "-"},      {"", "other"},  {"3", ""},   {"=2", "2"},
+               {"=", ""},       {"=?", "?"},    {"==", "="}};
   for (const auto& c : cases) {
     TestSheet sheet;
     Type(std::string("7\n") + c.typed + "\nc\n");
