@@ -36,7 +36,7 @@ bool NeedsDefaultUser(const Profile& before, const Profile& after) {
 
 // The one that counts for the module.
 std::string StemOf(const Profile& profile) {
-  const std::string named = Entry(profile, PWConfig::kCalendarStem);
+  std::string named = Entry(profile, PWConfig::kCalendarStem);
   if (!named.empty()) return named;
   const auto calendar = DefaultCalendarOf(profile);
   return calendar ? calendar->stem : std::string();
