@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Runs the benchmarks and prints one table of them, beside what each is held against.
 
-Each measure is taken by a process of its own, as the heap that others leave in pieces slows the large ones. Times are
-CPU times, of the whole or, where a program counts items, of one.
+Each measure is taken by a process of its own, as the heap that others leave in pieces slows the large ones, and after a
+warm-up, as a process pays once for each page of its memory. Times are CPU times, of the whole or, where a program counts
+items, of one.
 
   bench_table.py FOLDER [SECONDS]     the programs' folder, and how long to measure at least
 """
@@ -33,6 +34,8 @@ REFERENCES = {
 # How much longer an item may take at the larger size.
 GROWTH_LIMITS = {"calendar BM_LoadSave": 1.7, "event": 1.25}
 
+WARM_UP = 0.2  # seconds
+
 UNITS = (("s ", 1e9), ("ms", 1e6), ("us", 1e3), ("ns", 1))
 HEADING = ("measure", "size", "time", "held against", "its time", "ratio", "limit", "growth", "limit")
 WIDTHS = (35, 7, 8, 23, 8, 6, 5, 6, 5)
@@ -46,7 +49,8 @@ def names_of(program):
 
 def measure(program, name, seconds):
     """CPU nanoseconds of a run, or of an item where those are counted."""
-    options = ["--benchmark_format=json", f"--benchmark_filter=^{re.escape(name)}$"]
+    options = ["--benchmark_format=json", f"--benchmark_min_warmup_time={WARM_UP}"]
+    options.append(f"--benchmark_filter=^{re.escape(name)}$")
     if seconds:
         options.append(f"--benchmark_min_time={seconds}")
     run = subprocess.run([program, *options], capture_output=True, text=True, check=True)
