@@ -22,27 +22,37 @@ class PWSource : public PWObject {
   PWSource(PWSourceManager* manager, std::uint32_t kind) : Manager(manager), Kind(kind) {}
   ~PWSource() override;
 
-  // Opens `Category->Location`. 7 when a file that is needed is missing (contact, memo).
+  // Opens `Category->Location`, and asks a running organiser to let go of it. 0; 7 when a file that
+  // is needed is missing (contact, memo); 1 when it can't be read or the organiser won't.
   virtual PWRESULT OpenSource() = 0;
 
   // The engine's entry; its argument has no meaning here.
   virtual PWRESULT Open(std::uint32_t word);
 
-  // Writes what was changed and lets the store go.
+  // Writes what was changed, lets the store go and tells the organiser. 0 even where a file could
+  // not be written; 1 where the clocks can no longer be read (timezone).
   virtual PWRESULT CloseSource() = 0;
 
+  // These two give 1 for a record that the organiser can't hold; the record remains the engine's.
+  // `UpdateRecord` and the two after it are of the current record, and give 1 where there is none.
   virtual PWRESULT AddRecord(PWRecord& record) = 0;
   virtual PWRESULT UpdateRecord(PWRecord& record) = 0;
   virtual PWRESULT DeleteRecord() = 0;
+
+  // Fills `record`, which is the engine's.
   virtual PWRESULT ReadRecord(PWRecord* record) = 0;
+
   virtual std::uint32_t RecordCount() = 0;
   virtual PWRESULT ReservedStatus() { return kResultNotImplemented; }
+
+  // Of the current record: what `FindRecord` takes, and when it was last changed.
   virtual PWString& RecordID() = 0;
   virtual PWDateTimeStamp& RecordTimeStamp() = 0;
 
   // 0 where the records have a time stamp to tell a change by.
   virtual std::uint32_t RecordCRC() { return 0; }
 
+  // `crc` with the value folded in.
   virtual std::uint32_t GenerateCRC(std::uint32_t crc, const PWDateTimeStamp& stamp);
   virtual std::uint32_t GenerateCRC(std::uint32_t crc, const PWString& text);
   virtual std::uint32_t GenerateCRC(std::uint32_t crc, const void* data, std::uint32_t size);
@@ -57,7 +67,8 @@ class PWSource : public PWObject {
   }
   virtual bool ReservedQuery(std::uint32_t /*word*/) { return false; }
 
-  // The columns of a contact; other sources have none.
+  // The columns of a contact, by the place of their names in the cardfile; `FindField` tells letter
+  // case apart and gives -1 for an unknown name. Other sources have none.
   virtual PWRESULT GetField(std::int32_t /*index*/, PWField& /*out*/) { return kResultFailed; }
   virtual PWRESULT SetField(std::int32_t /*index*/, PWField& /*value*/) { return kResultFailed; }
   virtual std::int32_t FindField(const char* /*name*/) { return -1; }
