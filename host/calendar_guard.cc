@@ -1,31 +1,40 @@
 #include "host/calendar_guard.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
+#include "framework/category.h"
 #include "framework/config.h"
+#include "host/catalogue.h"
 #include "host/record_reader.h"
 #include "platform/platform.h"
 
 namespace pw {
 namespace {
 
-// With a backslash at its end.
-std::string DataFolderOf(EngineRun& run) {
-  return run.Objects().config.String(PWConfig::kDataFolder).Str() + "\\";
+// The data folder, and that of the default user's calendar where it is another; each with a
+// separator at its end, where it isn't the empty one.
+std::vector<std::string> FoldersOfCalendars(EngineRun& run) {
+  std::vector<std::string> folders = {run.Objects().config.String(PWConfig::kDataFolder).Str() +
+                                      "\\"};
+  auto calendars = ListCategories(run.Manager(), kCalendarType);
+  if (!calendars) return folders;
+  for (PWObject* each = calendars->First(); each != nullptr; each = calendars->Next()) {
+    const std::string location = static_cast<PWSourceCategory*>(each)->Location.Str();
+    const std::string folder = location.substr(0, location.find_last_of("\\/:") + 1);
+    std::error_code error;
+    const bool isOther =
+        !std::filesystem::equivalent(run.NativePathOf(folders[0]), run.NativePathOf(folder), error);
+    if (isOther && !error) folders.push_back(folder);
+  }
+  return folders;
 }
 
-}  // namespace
-
-bool LacksEventFile(const CalendarStem& stem) {
-  const auto has = [&](std::string_view fixed) { return stem.files.count(std::string(fixed)) > 0; };
-  return !has(kEventFile) && (has(kDataFile) || has(kRecurringFile));
-}
-
-std::optional<Failure> ClosedCalendarFile(EngineRun& run) {
+std::optional<Failure> ClosedFileIn(EngineRun& run, const std::string& folder) {
   Files& files = *CurrentPlatform().files;
-  const std::string folder = DataFolderOf(run);
   for (const CalendarStem& stem : CalendarStems(run.NativePathOf(folder))) {
     const std::string prefix = folder + stem.text;
     for (const auto& [fixed, name] : stem.files) {
@@ -38,16 +47,31 @@ std::optional<Failure> ClosedCalendarFile(EngineRun& run) {
   return std::nullopt;
 }
 
+}  // namespace
+
+bool LacksEventFile(const CalendarStem& stem) {
+  const auto has = [&](std::string_view fixed) { return stem.files.count(std::string(fixed)) > 0; };
+  return !has(kEventFile) && (has(kDataFile) || has(kRecurringFile));
+}
+
+std::optional<Failure> ClosedCalendarFile(EngineRun& run) {
+  for (const std::string& folder : FoldersOfCalendars(run)) {
+    if (auto closed = ClosedFileIn(run, folder)) return closed;
+  }
+  return std::nullopt;
+}
+
 std::optional<Failure> CalendarInTheWay(EngineRun& run, bool force) {
   if (force) return std::nullopt;
   if (auto closed = ClosedCalendarFile(run)) return closed;
-  const std::string folder = DataFolderOf(run);
-  for (const CalendarStem& stem : CalendarStems(run.NativePathOf(folder))) {
-    if (!LacksEventFile(stem)) continue;
-    return Failure{run.NativePathOf(folder + stem.text + std::string(kEventFile)) +
-                   ": not there, so that a save would overwrite the calendar's other files; "
-                   "`pairwise restore` brings a backup back, `pairwise check` tells of the others, "
-                   "and only `pairwise drive --force` goes on all the same"};
+  for (const std::string& folder : FoldersOfCalendars(run)) {
+    for (const CalendarStem& stem : CalendarStems(run.NativePathOf(folder))) {
+      if (!LacksEventFile(stem)) continue;
+      return Failure{run.NativePathOf(folder + stem.text + std::string(kEventFile)) +
+                     ": not there, so that a save would overwrite the calendar's other files; "
+                     "`pairwise restore` brings a backup back, `pairwise check` tells of the "
+                     "others, and only `pairwise drive --force` goes on all the same"};
+    }
   }
   return std::nullopt;
 }

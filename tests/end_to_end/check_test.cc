@@ -75,5 +75,17 @@ TEST(Check, NoRunThatWritesStartsOnACalendarThatItCannotSee) {
   EXPECT_EQ(sample.folder.Get("c/Data/AdaRecr.wmw"), series);
 }
 
+TEST(Check, NoRunThatWritesStartsOnADefaultUsersCalendarElsewhereThatItCannotSee) {
+  const Sample sample;
+  sample.folder.Put("registry.reg", sample.folder.Get("registry.reg") +
+                                        "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Gullwing\\PairWise "
+                                        "Desktop\\Version 1\\Calendar-Task]\r\n"
+                                        "\"DefUserName\"=\"C:\\\\Other\\\\Ada\"\r\n");
+  sample.folder.Put("c/Other/AdaRecr.wmw", test::SomeSeries(true).Build());
+  const Finished refused = sample.Run({"drive"}, "{\"op\":\"types\"}\n");
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_TRUE(Has(refused.messages, "c/Other/AdaEVEN.WMW: not there"));
+}
+
 }  // namespace
 }  // namespace pw
