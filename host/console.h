@@ -15,7 +15,7 @@ enum ExitCode : int {
   kExitDone = 0,
   kExitFailed = 1,
   kExitUsage = 2,
-  kExitSomeSkipped = 4,  // done, but for some records that could not be read
+  kExitSomeSkipped = 4,  // done but for what was told: records left out, or damage that was found
 };
 
 // What a command reads and writes. The streams aren't owned.

@@ -51,8 +51,12 @@ std::string FreshRegistry(const Product& product, const OrganiserFacts& facts) {
   std::string text = "REGEDIT4\r\n" + KeyLine(product.mainKey) +
                      NumberLine("PRODUCT", product.number) + TextLine("Data", facts.dataFolder);
   if (!facts.localCity.empty()) text += TextLine("LocalCity", facts.localCity);
-  // All editions ask this one's key.
-  if (facts.isVersion50) text += KeyLine(kProducts[0].mainKey) + NumberLine("Version", 50);
+  if (facts.isVersion50) {
+    // All editions ask this one's key.
+    const std::string asked = kProducts[0].mainKey;
+    if (product.mainKey != asked) text += KeyLine(asked);
+    text += NumberLine("Version", 50);
+  }
   if (!facts.calendar.empty()) {
     text += KeyLine(CalendarKey(product)) + TextLine(kDefaultUser, facts.calendar);
   }

@@ -12,7 +12,8 @@ constexpr const char* kAbout =
     "A profile says where the files lie; `pairwise demo` makes one to try things on.";
 
 constexpr const char* kAfterword =
-    "Exit codes: 0 done, 1 failed, 2 called in a wrong way, 4 some records could not be read.";
+    "Exit codes: 0 done, 1 failed, 2 called in a wrong way, 4 done but for what was told:\n"
+    "records left out, or damage found.";
 
 constexpr const char* kProfileHint =
     "The profile is given by -p,--profile DIR, or by PAIRWISE_PROFILE.";
