@@ -51,13 +51,7 @@ void RemoveOldest(const Profile& profile, const std::vector<std::string>& all,
 Outcome<std::vector<DataPlace>> PlacesFor(const Profile& profile, const BackupWishes& wishes) {
   auto places = DataPlaces(profile);
   if (!places) return places;
-  for (const DataPlace& also : wishes.alsoHolds) {
-    const bool isThere = std::any_of(places->begin(), places->end(), [&](const DataPlace& place) {
-      std::error_code error;
-      return place.folder == also.folder || fs::equivalent(place.folder, also.folder, error);
-    });
-    if (!isThere) places->push_back(also);
-  }
+  for (const DataPlace& also : wishes.alsoHolds) AddPlace(also, *places);
   return places;
 }
 

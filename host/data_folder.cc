@@ -1,24 +1,10 @@
 #include "host/data_folder.h"
 
-#include <cstdint>
-
 #include "framework/config.h"
-#include "platform/posix/posix_registry.h"
+#include "host/registry_entry.h"
 #include "platform/registry.h"
 
 namespace pw {
-namespace {
-
-std::string Entry(const Profile& profile, std::uint32_t id) {
-  const auto entry = profile.config.find(id);
-  return entry == profile.config.end() ? std::string() : entry->second;
-}
-
-PosixRegistry RegistryOf(const Profile& profile) {
-  return PosixRegistry({profile.RegistryFile(), RegistryMode::kReadOnly, {}});
-}
-
-}  // namespace
 
 std::vector<Mount> Mounts(const Profile& profile, bool readOnly) {
   std::vector<Mount> mounts;
@@ -41,8 +27,8 @@ Outcome<std::filesystem::path> NativeDataFolder(const Profile& profile) {
 }
 
 std::optional<std::string> FolderOfClocks(const Profile& profile) {
-  PosixRegistry registry = RegistryOf(profile);
-  const auto key = registry.Open(Entry(profile, PWConfig::kProductKey), RegistryAccess::kRead);
+  PosixRegistry registry = ReadOnlyRegistry(profile);
+  const auto key = registry.Open(profile.Setting(PWConfig::kProductKey), RegistryAccess::kRead);
   auto folder = key == nullptr ? std::nullopt : ReadText(*key, "Data");
   return folder && !folder->empty() ? folder : std::nullopt;
 }

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kOfTheProfile[] = {"profile.toml", "registry.reg", "registry.reg.lock",
+constexpr std::string_view kOfTheProfile[] = {kDescriptionName, "registry.reg", "registry.reg.lock",
                                               "profile.lock", "run.unfinished"};
 
 bool IsIn(const fs::path& file, const fs::path& folder) {
@@ -36,16 +36,10 @@ bool IsCounted(const Profile& profile, const DataPlace& place, bool isOfProfile,
          !LeadsAway(profile, place, name);
 }
 
-// Adds a place unless its folder is among them.
-void AddPlace(const Profile& profile, PlaceKind kind, const std::optional<std::string>& location,
-              std::vector<DataPlace>& places) {
+void AddLocation(const Profile& profile, PlaceKind kind, const std::optional<std::string>& location,
+                 std::vector<DataPlace>& places) {
   const auto folder = location ? FolderOfLocation(profile, *location) : std::nullopt;
-  if (!folder) return;
-  const bool isThere = std::any_of(places.begin(), places.end(), [&](const DataPlace& place) {
-    std::error_code error;
-    return place.folder == *folder || fs::equivalent(place.folder, *folder, error);
-  });
-  if (!isThere) places.push_back({kind, *location, *folder});
+  if (folder) AddPlace({kind, *location, *folder}, places);
 }
 
 }  // namespace
@@ -57,12 +51,20 @@ std::optional<fs::path> FolderOfLocation(const Profile& profile, const std::stri
   return found ? std::optional<fs::path>(found->path) : std::nullopt;
 }
 
+void AddPlace(const DataPlace& added, std::vector<DataPlace>& places) {
+  const bool isThere = std::any_of(places.begin(), places.end(), [&](const DataPlace& place) {
+    std::error_code error;
+    return place.folder == added.folder || fs::equivalent(place.folder, added.folder, error);
+  });
+  if (!isThere) places.push_back(added);
+}
+
 Outcome<std::vector<DataPlace>> DataPlaces(const Profile& profile) {
   const auto data = NativeDataFolder(profile);
   if (!data) return data.Why();
   std::vector<DataPlace> places = {{PlaceKind::kData, profile.DataFolder(), *data}};
-  AddPlace(profile, PlaceKind::kCalendar, FolderOfDefaultCalendar(profile), places);
-  AddPlace(profile, PlaceKind::kClocks, FolderOfClocks(profile), places);
+  AddLocation(profile, PlaceKind::kCalendar, FolderOfDefaultCalendar(profile), places);
+  AddLocation(profile, PlaceKind::kClocks, FolderOfClocks(profile), places);
   return places;
 }
 

@@ -24,6 +24,9 @@ struct DataPlace {
   std::filesystem::path folder;  // of this machine; it may be missing
 };
 
+// Adds a place unless its folder is among them.
+void AddPlace(const DataPlace& added, std::vector<DataPlace>& places);
+
 // The data folder first, and then those that are others.
 Outcome<std::vector<DataPlace>> DataPlaces(const Profile& profile);
 

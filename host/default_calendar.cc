@@ -8,7 +8,6 @@
 #include "host/products.h"
 #include "host/registry_entry.h"
 #include "platform/path.h"
-#include "platform/posix/posix_registry.h"
 #include "platform/registry.h"
 
 namespace pw {
@@ -17,19 +16,10 @@ namespace {
 // The longest path of a default user that the module takes.
 constexpr std::size_t kLongestDefaultUser = 255;
 
-std::string Entry(const Profile& profile, std::uint32_t id) {
-  const auto entry = profile.config.find(id);
-  return entry == profile.config.end() ? std::string() : entry->second;
-}
-
-PosixRegistry RegistryOf(const Profile& profile) {
-  return PosixRegistry({profile.RegistryFile(), RegistryMode::kReadOnly, {}});
-}
-
 // The edition as the module finds it: the information manager for a number that no edition has, but
 // without its key the desktop edition.
 const Product& ProductOf(const Profile& profile, Registry& registry) {
-  const auto key = registry.Open(Entry(profile, PWConfig::kProductKey), RegistryAccess::kRead);
+  const auto key = registry.Open(profile.Setting(PWConfig::kProductKey), RegistryAccess::kRead);
   if (key == nullptr) return *FindProduct("desktop");
   const std::uint32_t number = ReadNumber(*key, "PRODUCT").value_or(0);
   const auto* found = std::find_if(std::begin(kProducts), std::end(kProducts),
@@ -54,7 +44,7 @@ std::string FolderPart(const std::string& path) {
 }  // namespace
 
 std::optional<DefaultCalendar> DefaultCalendarOf(const Profile& profile) {
-  PosixRegistry registry = RegistryOf(profile);
+  PosixRegistry registry = ReadOnlyRegistry(profile);
   const auto key = registry.Open(CalendarKey(ProductOf(profile, registry)), RegistryAccess::kRead);
   const auto user =
       key == nullptr ? std::nullopt : ReadText(*key, kDefaultUser, kLongestDefaultUser);
@@ -65,13 +55,13 @@ std::optional<DefaultCalendar> DefaultCalendarOf(const Profile& profile) {
 }
 
 Outcome<Done> SetDefaultCalendar(const Profile& profile, const DefaultCalendar& calendar) {
-  PosixRegistry registry = RegistryOf(profile);
+  PosixRegistry registry = ReadOnlyRegistry(profile);
   return WriteRegistryText(profile, CalendarKey(ProductOf(profile, registry)), kDefaultUser,
                            calendar.folder + "\\" + calendar.stem);
 }
 
 std::optional<std::string> FolderOfDefaultCalendar(const Profile& profile) {
-  if (!Entry(profile, PWConfig::kCalendarStem).empty()) return std::nullopt;
+  if (!profile.Setting(PWConfig::kCalendarStem).empty()) return std::nullopt;
   const auto calendar = DefaultCalendarOf(profile);
   return calendar ? std::optional(calendar->folder) : std::nullopt;
 }

@@ -47,17 +47,6 @@ Outcome<Original> OpenOriginal(const fs::path& file) {
   return original;
 }
 
-// 0, or the error that stopped the writing.
-int WritePiece(int to, const char* piece, ssize_t size) {
-  for (ssize_t done = 0; done < size;) {
-    const ssize_t written = Uninterrupted(
-        [&] { return ::write(to, piece + done, static_cast<std::size_t>(size - done)); });
-    if (written < 0) return errno;
-    done += written;
-  }
-  return 0;
-}
-
 std::optional<Failure> CopyBytes(const Original& original, int to, const fs::path& target) {
   char piece[1 << 16];
   for (;;) {
@@ -65,7 +54,9 @@ std::optional<Failure> CopyBytes(const Original& original, int to, const fs::pat
         Uninterrupted([&] { return ::read(original.descriptor.Number(), piece, sizeof piece); });
     if (count < 0) return SystemFailure(original.file, errno);
     if (count == 0) return std::nullopt;
-    if (const int error = WritePiece(to, piece, count)) return SystemFailure(target, error);
+    if (!WriteAll(to, {piece, static_cast<std::size_t>(count)})) {
+      return SystemFailure(target, errno);
+    }
   }
 }
 

@@ -14,17 +14,6 @@
 namespace pw {
 namespace {
 
-// Whether all bytes were written; errno tells why not.
-bool WriteAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written =
-        Uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
-    if (written < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
 // The rights that a file under that name has, or that a new one gets.
 mode_t RightsFor(const std::filesystem::path& file) {
   struct stat status {};
@@ -75,6 +64,16 @@ constexpr std::string_view kPlaces = "XXXXXX";
 
 Failure SystemFailure(const std::filesystem::path& file, int error) {
   return {file.string() + ": " + std::generic_category().message(error)};
+}
+
+bool WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        Uninterrupted([&] { return ::write(descriptor, bytes.data(), bytes.size()); });
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
 }
 
 Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uintmax_t limit) {

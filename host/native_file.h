@@ -23,6 +23,9 @@ Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_vie
 // The same, and the file has reached the disk, under its name, when the call returns.
 Outcome<Done> WriteSyncedFile(const std::filesystem::path& file, std::string_view bytes);
 
+// Whether all bytes were written to a descriptor; errno tells why not.
+bool WriteAll(int descriptor, std::string_view bytes);
+
 // Waits until files of a folder, and the names in it, have reached the disk. What stands in the
 // way, or nothing; some file systems can't do it with a folder, and that counts as done.
 std::optional<Failure> SyncFiles(const std::filesystem::path& folder,

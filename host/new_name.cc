@@ -10,18 +10,15 @@
 namespace pw {
 namespace {
 
-bool IsControl(char c) {
-  const char32_t character = CodePageToUnicode(static_cast<unsigned char>(c));
-  return character < 0x20 || (character >= 0x7F && character < 0xA0);
-}
-
 Outcome<std::string> InCodePage(std::string_view given) {
   const auto name = Utf8ToCodePage(given);
   if (!name) {
     return Failure{"'" + OneLine(given) +
                    "' has characters that the organiser lacks (it has those of code page 1252)"};
   }
-  if (std::any_of(name->begin(), name->end(), IsControl)) {
+  if (std::any_of(name->begin(), name->end(), [](char c) {
+        return IsControl(CodePageToUnicode(static_cast<unsigned char>(c)));
+      })) {
     return Failure{"'" + OneLine(given) + "' has a control character in it, such as a line break"};
   }
   return *name;

@@ -14,11 +14,8 @@
 #include "host/signal_cleanup.h"
 
 namespace pw {
-namespace {
 
 namespace fs = std::filesystem;
-
-}  // namespace
 
 PrivateCopy::PrivateCopy(fs::path made) : folder(std::move(made)) {
   RemoveOnSignal(folder);

@@ -17,7 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t kLargestDescription = 1 << 20;
 constexpr std::int64_t kCodePage = 1252;
 
 // Reads one description. Each operation returns what is wrong, or nothing.
@@ -176,9 +175,13 @@ std::string TomlText(const std::string& text) {
   return literal ? "'" + text + "'" : "\"" + out + "\"";
 }
 
-std::string Profile::DataFolder() const {
-  const auto entry = config.find(PWConfig::kDataFolder);
+std::string Profile::Setting(std::uint32_t id) const {
+  const auto entry = config.find(id);
   return entry == config.end() ? std::string() : entry->second;
+}
+
+std::string Profile::DataFolder() const {
+  return Setting(PWConfig::kDataFolder);
 }
 
 Outcome<Profile> ParseProfile(std::string_view text, const fs::path& folder) {
@@ -196,7 +199,7 @@ Outcome<Profile> ParseProfile(std::string_view text, const fs::path& folder) {
 }
 
 Outcome<Profile> ReadProfile(const fs::path& folder) {
-  const fs::path file = folder / "profile.toml";
+  const fs::path file = folder / kDescriptionName;
   const Outcome<std::string> text = ReadNativeFile(file, kLargestDescription);
   if (!text) return text.Why();
   return ParseProfile(*text, folder);

@@ -12,7 +12,6 @@
 
 namespace pw {
 
-// Where a part of the organiser's paths lies on this machine.
 // What a synchronisation may do with the organiser's data, as a description names it: the engine's
 // sync modes by their values.
 inline constexpr const char* kSyncModes[] = {"off", "on", "overwrite-next", "overwrite-always"};
@@ -21,10 +20,14 @@ inline constexpr std::int32_t kSyncModeOn = 1;
 // The value of a word, or nothing if it is none of these.
 std::optional<std::int32_t> SyncModeOf(std::string_view word);
 
+// Where a part of the organiser's paths lies on this machine.
 struct ProfileDrive {
   std::string prefix;            // the organiser's: a drive "C:", or a folder on one "C:\Data"
   std::filesystem::path folder;  // absolute
 };
+
+inline constexpr const char* kDescriptionName = "profile.toml";
+inline constexpr std::uintmax_t kLargestDescription = 1 << 20;  // bytes
 
 // What the host knows about one set of the organiser's data: a folder that holds the description
 // `profile.toml` and the registry `registry.reg`.
@@ -37,8 +40,11 @@ struct Profile {
       config;  // the engine's entries, in the organiser's code page
   std::int32_t syncMode = kSyncModeOn;
 
-  std::filesystem::path DescriptionFile() const { return folder / "profile.toml"; }
+  std::filesystem::path DescriptionFile() const { return folder / kDescriptionName; }
   std::filesystem::path RegistryFile() const { return folder / "registry.reg"; }
+
+  // The engine's entry of that number, in the organiser's code page; empty where there is none.
+  std::string Setting(std::uint32_t id) const;
 
   // The organiser's path of the data folder, or empty.
   std::string DataFolder() const;

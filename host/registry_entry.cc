@@ -1,8 +1,10 @@
 #include "host/registry_entry.h"
 
-#include "platform/posix/posix_registry.h"
-
 namespace pw {
+
+PosixRegistry ReadOnlyRegistry(const Profile& profile) {
+  return PosixRegistry({profile.RegistryFile(), RegistryMode::kReadOnly, {}});
+}
 
 Outcome<Done> WriteRegistryText(const Profile& profile, const std::string& keyPath,
                                 const std::string& name, const std::string& text) {

@@ -18,25 +18,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::uintmax_t kLargestDescription = 1 << 20;
-
-std::string Entry(const Profile& profile, std::uint32_t id) {
-  const auto entry = profile.config.find(id);
-  return entry == profile.config.end() ? std::string() : entry->second;
-}
-
 // Where no calendar is named the module takes the default user's, and with it their folder, so
 // that must be the one that was settled.
 bool NeedsDefaultUser(const Profile& before, const Profile& after) {
   const bool changes =
       before.DataFolder() != after.DataFolder() ||
-      Entry(before, PWConfig::kCalendarStem) != Entry(after, PWConfig::kCalendarStem);
-  return changes && Entry(after, PWConfig::kCalendarStem).empty();
+      before.Setting(PWConfig::kCalendarStem) != after.Setting(PWConfig::kCalendarStem);
+  return changes && after.Setting(PWConfig::kCalendarStem).empty();
 }
 
 // The one that counts for the module.
 std::string StemOf(const Profile& profile) {
-  std::string named = Entry(profile, PWConfig::kCalendarStem);
+  std::string named = profile.Setting(PWConfig::kCalendarStem);
   if (!named.empty()) return named;
   const auto calendar = DefaultCalendarOf(profile);
   return calendar ? calendar->stem : std::string();
@@ -60,7 +53,7 @@ Profile SettledProfile(const Profile& before, PWConfig& settings, std::int32_t s
     const std::string value = settings.String(id).Str();
     // The wizard's page empties the install folder where the registry doesn't know of one.
     if (id == PWConfig::kInstallFolder && value.empty()) continue;
-    if (value != Entry(before, id)) after.config[id] = value;
+    if (value != before.Setting(id)) after.config[id] = value;
   }
   return after;
 }
@@ -68,8 +61,8 @@ Profile SettledProfile(const Profile& before, PWConfig& settings, std::int32_t s
 std::string SettledChanges(const Profile& before, const Profile& after) {
   std::vector<std::string> changes;
   const auto add = [&](std::uint32_t id, const std::string& what) {
-    const std::string value = Entry(after, id);
-    if (value == Entry(before, id)) return;
+    const std::string value = after.Setting(id);
+    if (value == before.Setting(id)) return;
     changes.push_back(what + " " + (value.empty() ? "without a name" : CodePageToUtf8(value)));
   };
   add(PWConfig::kDataFolder, "data folder");
@@ -115,7 +108,7 @@ Outcome<Done> SaveSettled(const Profile& before, const Profile& after) {
   if (!text) return text.Why();
   if (NeedsDefaultUser(before, after)) {
     // A user whom the registry named before goes along; one whose name was emptied has none.
-    const bool wasNamed = Entry(before, PWConfig::kCalendarStem).empty();
+    const bool wasNamed = before.Setting(PWConfig::kCalendarStem).empty();
     auto saved =
         SetDefaultCalendar(after, {after.DataFolder(), wasNamed ? StemOf(before) : std::string()});
     if (!saved) return saved;
