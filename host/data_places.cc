@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "host/data_folder.h"
 #include "host/default_calendar.h"
@@ -97,6 +98,14 @@ bool LeadsAway(const Profile& profile, const DataPlace& place, const std::string
   if (error || IsIn(target, place.folder)) return error.value() != 0;
   return std::none_of(profile.drives.begin(), profile.drives.end(),
                       [&](const ProfileDrive& drive) { return IsIn(target, drive.folder); });
+}
+
+std::vector<Mount> WritableMounts(const Profile& profile) {
+  std::vector<Mount> mounts = {{"\\", "/", true}};
+  for (Mount& drive : Mounts(profile, false)) mounts.push_back(std::move(drive));
+  const auto data = NativeDataFolder(profile);
+  if (data) mounts.push_back({profile.DataFolder(), *data, false});
+  return mounts;
 }
 
 void SyncPlaces(const Profile& profile) {

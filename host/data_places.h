@@ -7,6 +7,7 @@
 
 #include "host/outcome.h"
 #include "host/profile.h"
+#include "platform/posix/path_table.h"
 
 // All folders in which a run that writes can change files of the organiser's.
 namespace pw {
@@ -45,6 +46,11 @@ Outcome<std::vector<std::string>> FilesOf(const Profile& profile, const DataPlac
 
 // Whether the name is that of a link which leads away from the profile's drives and the place.
 bool LeadsAway(const Profile& profile, const DataPlace& place, const std::string& name);
+
+// Where the organiser's paths lie in a run that writes. Beside the profile's drives this machine
+// can be looked at but not changed, by whatever path. Where the data folder is itself a link that
+// leads away from them, what it leads to is among them.
+std::vector<Mount> WritableMounts(const Profile& profile);
 
 // Waits until what was changed in them has reached the disk, as far as it can.
 void SyncPlaces(const Profile& profile);

@@ -1,5 +1,10 @@
 #include "host/engine_run.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -10,6 +15,7 @@
 #include "host/data_folder.h"
 #include "host/data_places.h"
 #include "host/signal_cleanup.h"
+#include "platform/posix/real_path.h"
 
 namespace pw {
 namespace {
@@ -23,16 +29,19 @@ constexpr std::uint64_t kVersion = std::uint64_t{PAIRWISE_MAJOR} << 48 |
 
 }  // namespace
 
-EngineRun::EngineRun(const Profile& given, std::ostream& messages)
-    : profile(given), messages(messages), originals(Mounts(profile, false), profile.folder) {}
+EngineRun::EngineRun(const Profile& given, RunMode mode, std::ostream& messages)
+    : profile(given),
+      mode(mode),
+      messages(messages),
+      originals(WritableMounts(profile), profile.folder) {}
 
 Outcome<std::unique_ptr<EngineRun>> EngineRun::Start(const Profile& profile, RunMode mode,
                                                      std::ostream& messages,
                                                      std::optional<ProfileLock> held) {
-  std::unique_ptr<EngineRun> run(new EngineRun(profile, messages));
+  std::unique_ptr<EngineRun> run(new EngineRun(profile, mode, messages));
   run->lock = std::move(held);
-  if (auto failure = run->PreparePlaces(mode)) return *failure;
-  if (auto failure = run->StartMachine(mode)) return *failure;
+  if (auto failure = run->PreparePlaces()) return *failure;
+  if (auto failure = run->StartMachine()) return *failure;
   if (auto failure = run->LoadModule()) return *failure;
   return run;
 }
@@ -47,16 +56,15 @@ EngineRun::~EngineRun() {
   if (machine != nullptr) SetPlatform(previousPlatform);
 }
 
-std::optional<Failure> EngineRun::PreparePlaces(RunMode mode) {
+std::optional<Failure> EngineRun::PreparePlaces() {
   auto found = FindModule(profile.module);
   if (!found) return found.Why();
   moduleFile = *found;
   options.modulePath = moduleFile;
   options.currentFolder = profile.folder;
-  // Beside the profile's drives this machine can be looked at but not changed, by whatever path.
-  options.mounts = {{"\\", "/", true}};
-  for (Mount& mount : Mounts(profile, mode != RunMode::kWriting)) {
-    options.mounts.push_back(std::move(mount));
+  options.mounts = WritableMounts(profile);
+  if (mode != RunMode::kWriting) {
+    for (Mount& mount : options.mounts) mount.readOnly = true;
   }
   options.moduleVersion = kVersion;
   options.somebodyThere = false;
@@ -90,7 +98,7 @@ std::optional<Failure> EngineRun::CopyPlaces() {
   return {};
 }
 
-std::optional<Failure> EngineRun::StartMachine(RunMode mode) {
+std::optional<Failure> EngineRun::StartMachine() {
   const bool writing = mode == RunMode::kWriting;
   options.registry.file = profile.RegistryFile();
   options.registry.mode = writing ? RegistryMode::kReadWrite : RegistryMode::kOverlay;
@@ -148,17 +156,27 @@ std::string EngineRun::NativePathOf(const std::string& location) const {
   return native->path.substr(0, native->path.size() - (endsInSlash ? 1 : 0));
 }
 
+std::optional<Failure> EngineRun::WhyClosed(const std::string& location) const {
+  const auto native = originals.Translate(location);
+  struct stat status {};
+  if (!native || ::lstat(native->path.c_str(), &status) != 0) return std::nullopt;
+  if (!originals.MayChange(*native)) {
+    return Failure{native->path + ": leads to " + RealPath(native->path).value_or("nowhere") +
+                   ", away from the profile's drives, and so is left as it is; put the file itself "
+                   "there, or name the folder that it leads to in [drives] of " +
+                   profile.DescriptionFile().string()};
+  }
+  const bool may = ::faccessat(AT_FDCWD, native->path.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
+  if (may || errno == ENOENT) return std::nullopt;
+  return Failure{native->path + ": can't be opened for reading and writing (" +
+                 std::generic_category().message(errno) + "), and so is left as it is"};
+}
+
 std::optional<Failure> EngineRun::RegistryFailure() const {
   const PosixRegistry& registry = machine->Registry();
   if (const auto error = registry.Error()) return Failure{*error};
   if (const auto error = registry.SaveFailure()) return Failure{*error};
   return {};
-}
-
-std::vector<std::string> EngineRun::UnwrittenFiles() const {
-  std::vector<std::string> names;
-  for (const std::string& path : files->Unwritten()) names.push_back(NativePathOf(path));
-  return names;
 }
 
 void EngineRun::ShowLog() {

@@ -44,6 +44,7 @@ class EngineRun {
   EngineRun(const EngineRun&) = delete;
   EngineRun& operator=(const EngineRun&) = delete;
 
+  RunMode Mode() const { return mode; }
   EngineObjects& Objects() { return *objects; }
   PWSourceManager& Manager() { return *manager; }
 
@@ -51,27 +52,36 @@ class EngineRun {
   // it; the location itself if it stands for none.
   std::string NativePathOf(const std::string& location) const;
 
+  // Why a run that writes can't change a file of the organiser's where it lies: links lead away
+  // from the profile's drives, or this user may not. Nothing where it can, or there is no such
+  // file. Told in runs of all modes, of the file itself, not of the private copy.
+  std::optional<Failure> WhyClosed(const std::string& location) const;
+
   // Why the registry's file can't be used, or lacks what was changed; nothing if all is well.
   std::optional<Failure> RegistryFailure() const;
 
-  // The files of this machine that could not be written, or not whole.
-  std::vector<std::string> UnwrittenFiles() const;
+  // The organiser's paths of files that could not be written, or not whole.
+  std::vector<std::string> UnwrittenFiles() const { return files->Unwritten(); }
+
+  // Those that are there and could not be opened for writing, to be read or changed.
+  std::vector<std::string> RefusedFiles() const { return files->Refused(); }
 
   // Shows the lines of the log so far to the person, and drops them.
   void ShowLog();
 
  private:
-  EngineRun(const Profile& profile, std::ostream& messages);
+  EngineRun(const Profile& profile, RunMode mode, std::ostream& messages);
 
   // Each gives what stands in its way, or nothing.
-  std::optional<Failure> PreparePlaces(RunMode mode);
+  std::optional<Failure> PreparePlaces();
   std::optional<Failure> CopyPlaces();
-  std::optional<Failure> StartMachine(RunMode mode);
+  std::optional<Failure> StartMachine();
   std::optional<Failure> LoadModule();
 
   void SetWindowChain(bool chain);
 
   Profile profile;
+  RunMode mode;
   std::ostream& messages;
   PathTable originals;
   std::filesystem::path moduleFile;

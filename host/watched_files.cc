@@ -9,6 +9,10 @@
 namespace pw {
 namespace {
 
+void Remember(const std::string& path, std::vector<std::string>& paths) {
+  if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(path);
+}
+
 std::string AsKnown(std::string path) {
   std::transform(path.begin(), path.end(), path.begin(), [](char c) {
     return static_cast<char>(CodePageLower(static_cast<unsigned char>(c)));
@@ -28,7 +32,7 @@ class WatchedFiles::WatchedFile : public FileWrapper {
 
  private:
   bool Watch(bool isDone) {
-    if (!isDone) files.Remember(path);
+    if (!isDone) Remember(path, files.unwritten);
     return isDone;
   }
 
@@ -45,7 +49,11 @@ std::unique_ptr<File> WatchedFiles::Open(const std::string& path, OpenMode mode,
   const bool makes = mode == OpenMode::kCreateAlways || mode == OpenMode::kOpenAlways;
   // A store is loaded from a file that is there, and a save opens it anew.
   const bool saves = mode == OpenMode::kReadWriteExisting && known.contains(AsKnown(path));
-  if (makes || saves) Remember(path);
+  if (makes || saves) {
+    Remember(path, unwritten);
+  } else if (mode == OpenMode::kReadWriteExisting && IsFile(path)) {
+    Remember(path, refused);
+  }
   return nullptr;
 }
 
@@ -55,26 +63,20 @@ bool WatchedFiles::Delete(const std::string& path) {
     known.erase(AsKnown(path));
     return true;
   }
-  if (IsFile(path)) Remember(path);
+  if (IsFile(path)) Remember(path, unwritten);
   return false;
 }
 
 // What isn't there can't be copied, and what is there already stays: neither is a loss.
 bool WatchedFiles::CopyWithoutOverwriting(const std::string& from, const std::string& to) {
   if (FilesWrapper::CopyWithoutOverwriting(from, to)) return true;
-  if (IsFile(from) && !Exists(to)) Remember(to);
+  if (IsFile(from) && !Exists(to)) Remember(to, unwritten);
   return false;
 }
 
 bool WatchedFiles::IsFile(const std::string& path) {
   const std::vector<FoundFile> found = Find(path);
   return std::any_of(found.begin(), found.end(), [](const FoundFile& f) { return !f.isFolder; });
-}
-
-void WatchedFiles::Remember(const std::string& path) {
-  if (std::find(unwritten.begin(), unwritten.end(), path) == unwritten.end()) {
-    unwritten.push_back(path);
-  }
 }
 
 }  // namespace pw

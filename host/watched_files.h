@@ -24,14 +24,18 @@ class WatchedFiles : public FilesWrapper {
   // stayed where they were to go.
   const std::vector<std::string>& Unwritten() const { return unwritten; }
 
+  // Those that are there and could not be opened for writing when they were to be read first; each
+  // once.
+  const std::vector<std::string>& Refused() const { return refused; }
+
  private:
   class WatchedFile;
 
-  void Remember(const std::string& path);
   bool IsFile(const std::string& path);
 
   std::set<std::string> known;  // paths that were opened, in lower case, and not deleted since
   std::vector<std::string> unwritten;
+  std::vector<std::string> refused;
 };
 
 }  // namespace pw

@@ -25,7 +25,8 @@ int TellUnwritten(const Console& console, const EngineRun& run, const std::strin
                   int code) {
   const std::vector<std::string> files = run.UnwrittenFiles();
   for (const std::string& file : files) {
-    console.Fail({file + ": could not be written whole"});
+    const Failure cut{run.NativePathOf(file) + ": could not be written whole"};
+    console.Fail(run.WhyClosed(file).value_or(cut));
   }
   if (files.empty()) return code;
   return console.Fail({"`pairwise restore " + backup + "` brings back what was there before"});

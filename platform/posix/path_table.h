@@ -22,6 +22,7 @@ struct Mount {
 struct NativePath {
   std::string path;  // ends in "/" where only a folder can be meant
   bool readOnly = false;
+  std::string start;  // the folder that it starts at
 };
 
 // Translates the organiser's paths to this machine's; nothing else does.
@@ -42,9 +43,9 @@ struct NativePath {
 // characters outside of code page 1252, or hold a backslash, are never met. Dots and blanks at a
 // name's end count.
 //
-// Links of this machine are followed, wherever they lead. `readOnly` therefore protects what lies
-// below the organiser's path: a link elsewhere can lead to the same file and change it, and a link
-// below the path protects what it leads to by that path only.
+// Links of this machine are followed, wherever they lead, for a look. What may be changed goes by
+// where it really lies (see `MayChange`), so that no link is a way to what isn't to be changed. A
+// file with several names of its own is one that lies in several folders.
 //
 // Nothing is remembered of the folders, so that the answer is always true now.
 class PathTable {
@@ -56,6 +57,13 @@ class PathTable {
   // Nothing if no file can have this path. That there is a path doesn't mean that there is a file.
   std::optional<NativePath> Translate(std::string_view path) const;
 
+  // Whether what a path leads to may be changed, or be made: neither the path nor the innermost of
+  // the folders in which it really lies is read-only. The folders are those of the mounts, the
+  // machine's root, and the one that the path starts at, each by where it really is itself; where
+  // two are the same one that may be changed suffices. False also where it lies nowhere, since a
+  // folder is missing.
+  bool MayChange(const NativePath& native) const;
+
  private:
   struct Place {
     PathParts prefix;
@@ -63,6 +71,7 @@ class PathTable {
     bool readOnly;
   };
 
+  void Put(Place place);
   const Place* FindPlace(const PathParts& parts) const;
 
   std::vector<Place> places;

@@ -69,7 +69,7 @@ PosixFiles::PosixFiles(const PathTable& table, std::string modulePath)
 std::unique_ptr<File> PosixFiles::Open(const std::string& path, OpenMode mode, Sharing sharing) {
   const auto native = table.Translate(path);
   const bool writes = mode != OpenMode::kRead;
-  if (!native || (writes && native->readOnly)) return nullptr;
+  if (!native || (writes && !table.MayChange(*native))) return nullptr;
   Descriptor descriptor = OpenRegularFile(native->path, FlagsFor(mode));
   if (!descriptor.IsOpen() || !TakeSharing(descriptor.Number(), writes, sharing)) return nullptr;
   auto file = std::make_unique<PosixFile>(std::move(descriptor));
@@ -85,13 +85,20 @@ bool PosixFiles::Exists(const std::string& path) {
 
 bool PosixFiles::IsReadableAndWritable(const std::string& path) {
   const auto native = table.Translate(path);
-  return native && !native->readOnly && StatusOf(native->path) &&
+  return native && StatusOf(native->path) && table.MayChange(*native) &&
          faccessat(AT_FDCWD, native->path.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
+}
+
+// The name goes from its folder. What it leads to, where it is a link, stays, but is lost by that
+// name, and so must be such as may be changed too.
+bool PosixFiles::MayRemoveName(const NativePath& native) const {
+  const std::string folder = native.path.substr(0, native.path.rfind('/') + 1);
+  return table.MayChange(native) && table.MayChange({folder, native.readOnly, native.start});
 }
 
 bool PosixFiles::Delete(const std::string& path) {
   const auto native = table.Translate(path);
-  if (!native || native->readOnly) return false;
+  if (!native || !MayRemoveName(*native)) return false;
   const auto status = StatusOf(native->path);
   if (!status || S_ISDIR(status->st_mode) || !MayWrite(native->path)) return false;
   const Descriptor descriptor = OpenRegularFile(native->path, O_RDONLY);
@@ -102,7 +109,7 @@ bool PosixFiles::Delete(const std::string& path) {
 bool PosixFiles::CopyWithoutOverwriting(const std::string& from, const std::string& to) {
   const auto source = table.Translate(from);
   const auto target = table.Translate(to);
-  if (!source || !target || target->readOnly) return false;
+  if (!source || !target || !table.MayChange(*target)) return false;
   const Descriptor reading = OpenRegularFile(source->path, O_RDONLY);
   if (!reading.IsOpen() || !TakeSharing(reading.Number(), false, Sharing::kReadWrite)) return false;
   struct stat status {};

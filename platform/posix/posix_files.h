@@ -29,6 +29,8 @@ class PosixFiles : public Files {
   std::string ModulePath() override { return modulePath; }
 
  private:
+  bool MayRemoveName(const NativePath& native) const;
+
   const PathTable& table;
   std::string modulePath;
 };

@@ -46,6 +46,71 @@ TEST_F(PosixFilesTest, ChangesNothingOnAReadOnlyMount) {
   EXPECT_FALSE(std::filesystem::exists(folder.Path() / "fixed/new"));
 }
 
+// Only the drive may be changed, whose folder is reached by a link itself, and files beside the
+// program by a path that starts there.
+class LinkedFilesTest : public testing::Test {
+ protected:
+  LinkedFilesTest() {
+    folder.Put("disk/Shared/team", "within");
+    folder.Put("disk/Data/own", "own");
+    folder.Put("here/note", "note");
+    folder.Put("out/letter", "outside");
+    std::filesystem::create_symlink("disk", folder.Path() / "c");
+    Link("../../out/letter", "disk/Data/away");
+    Link("../../out/new", "disk/Data/away-new");
+    Link("../../out", "disk/Data/folder");
+    Link("../../here/note", "disk/Data/here");
+    Link("../Shared/team", "disk/Data/team");
+    Link("../Shared/new", "disk/Data/new");
+    Link("../disk/Data/own", "out/back");
+    Link("loop", "disk/Data/loop");
+  }
+
+  void Link(const char* target, const char* name) const {
+    std::filesystem::create_symlink(target, folder.Path() / name);
+  }
+
+  // Whether each way to change it is refused, or none is. The file goes, where it can.
+  bool IsChangeable(const std::string& path) {
+    const bool may = files.Open(path, OpenMode::kOpenAlways, Sharing::kReadWrite) != nullptr;
+    EXPECT_EQ(files.IsReadableAndWritable(path), may) << path;
+    EXPECT_EQ(files.Open(path, OpenMode::kReadWriteExisting, Sharing::kRead) != nullptr, may);
+    EXPECT_EQ(files.Open(path, OpenMode::kCreateAlways, Sharing::kReadWrite) != nullptr, may);
+    EXPECT_EQ(files.Delete(path), may) << path;
+    return may;
+  }
+
+  TempFolder folder;
+  PathTable table{{{"\\", "/", true}, {"C:", folder.Path() / "c"}}, folder.Path() / "here"};
+  PosixFiles files{table, "C:\\module.so"};
+};
+
+TEST_F(LinkedFilesTest, WhatALinkLeadsToOutsideIsLookedAtButNotChanged) {
+  EXPECT_EQ(ReadWholeFile(files, "C:\\Data\\away"), "outside");
+  for (const char* path :
+       {"C:\\Data\\away", "C:\\Data\\away-new", "C:\\Data\\folder\\letter", "C:\\Data\\folder\\new",
+        "C:\\Data\\here", "C:\\Data\\loop", "C:\\Data\\missing\\new"}) {
+    EXPECT_FALSE(IsChangeable(path)) << path;
+  }
+  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\Data\\own", "C:\\Data\\folder\\copy"));
+  EXPECT_FALSE(files.CopyWithoutOverwriting("C:\\Data\\own", "C:\\Data\\away-new"));
+  EXPECT_FALSE(files.Delete("C:\\Data\\folder\\back")) << "a name outside of what is within";
+  EXPECT_EQ(folder.Get("out/letter"), "outside");
+  EXPECT_EQ(folder.Get("here/note"), "note");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "out/new"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.Path() / "disk/Data/away"));
+}
+
+TEST_F(LinkedFilesTest, WhatALinkLeadsToWithinIsChanged) {
+  EXPECT_NE(files.Open("C:\\Data\\new", OpenMode::kCreateAlways, Sharing::kReadWrite), nullptr);
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() / "disk/Shared/new"));
+  for (const char* path : {"C:\\Data\\team", "C:\\Data\\own", "C:\\Data\\fresh", "note"}) {
+    EXPECT_TRUE(IsChangeable(path)) << path;
+  }
+  EXPECT_EQ(folder.Get("disk/Shared/team"), "") << "emptied, and then only the link was removed";
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() / "disk/Shared/team"));
+}
+
 TEST_F(PosixFilesTest, WhatIsNeitherFileNorFolderIsNotThereNorOpenedForALook) {
   const std::string pipe = folder.Path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
