@@ -13,6 +13,7 @@
 #include "host/calendar_files.h"
 #include "host/calendar_stems.h"
 #include "host/catalogue.h"
+#include "host/check/card_check.h"
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
 #include "host/record_views.h"
@@ -85,10 +86,20 @@ std::string HeaderFileOf(EngineRun& run, const std::string& location) {
   return run.NativePathOf(memo::Location(location).stem + memo::kHeaderFile);
 }
 
+// The module reads what it can of a cardfile, and says nothing of the rest.
+std::vector<std::string> ProblemsOfCardfile(EngineRun& run, const std::string& location) {
+  const auto bytes = ReadWholeFile(location, cardfile::kLargestFile);
+  const std::string found = bytes ? FindingsInOneLine(CheckCardfile(*bytes)) : std::string();
+  if (found.empty()) return {};
+  return {run.NativePathOf(location) + ": damaged: " + found};
+}
+
 // What the module doesn't say of the files behind an open source.
 void LookAtFiles(EngineRun& run, const std::string& type, OpenedSource& opened) {
   const std::string location = opened.category->Location.Str();
-  if (type == kTodoType) {
+  if (type == kContactType) {
+    opened.problems = ProblemsOfCardfile(run, location);
+  } else if (type == kTodoType) {
     opened.todoFiles = LookAtTodoFiles(run, location);
     opened.problems = opened.todoFiles.problems;
   } else if (type == kCalendarType) {

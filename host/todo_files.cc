@@ -2,24 +2,15 @@
 
 #include "calltask/frame_format.h"
 #include "host/check/todo_check.h"
-#include "host/counted.h"
 #include "platform/whole_file.h"
 
 namespace pw {
 namespace {
 
-// A line for all that was found; empty where that is nothing.
+// Empty where nothing was found.
 std::string ProblemOf(const FileCheck& check) {
-  if (check.findings.empty()) return {};
-  const Finding& first = check.findings.front();
-  std::string text = "damaged, so that not all of it is read: ";
-  if (first.offset) text += "at " + std::to_string(*first.offset) + " ";
-  text += first.text;
-  if (check.findings.size() > 1) {
-    text += ", and " + Counted(check.findings.size() - 1, "finding", "findings") +
-            " more; see `pairwise check`";
-  }
-  return text;
+  const std::string found = FindingsInOneLine(check);
+  return found.empty() ? found : "damaged, so that not all of it is read: " + found;
 }
 
 // Whether the file is of version 50.

@@ -30,4 +30,8 @@ struct FileCheck {
   }
 };
 
+// A line for all findings but notes: "at 73 the file ends before its cards, and 2 findings more;
+// see `pairwise check`". Empty where there are none.
+std::string FindingsInOneLine(const FileCheck& check);
+
 }  // namespace pw

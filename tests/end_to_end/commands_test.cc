@@ -214,6 +214,25 @@ TEST(Commands, NameADamagedFileAndGoOnWithTheOthers) {
   EXPECT_TRUE(Has(one.messages, complaint));
 }
 
+// Of which the module reads what it can, without a word.
+TEST(Commands, NameACardfileThatIsNotWholeAndLeaveIt) {
+  constexpr std::size_t kSecondCard = 1361 + 64;  // its entry in the index
+  const Sample sample;
+  const std::string whole = sample.folder.Get("c/Data/Friends.WMCard");
+  std::string withoutText = whole;
+  withoutText.replace(kSecondCard, 4, 4, '\0');
+  for (const std::string& damaged : {whole.substr(0, whole.size() - 5), withoutText}) {
+    sample.folder.Put("c/Data/Friends.WMCard", damaged);
+    for (const char* command : {"list", "export", "wipe"}) {
+      const Finished run = command == std::string("wipe") ? sample.Run({"wipe", "contact", "--yes"})
+                                                          : sample.Run({command, "contact"});
+      EXPECT_EQ(run.code, 4) << command;
+      EXPECT_TRUE(Has(run.messages, "Friends.WMCard: damaged: at "));
+    }
+    EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), damaged);
+  }
+}
+
 TEST(Commands, InitTakesTheRegistryOfTheOldMachineAsItIs) {
   const Sample sample;
   const std::string exported =
