@@ -30,7 +30,7 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
       if (&console.in == &std::cin && ::read(STDIN_FILENO, &nothing, 0) != 0) {
         return console.Fail(SystemFailure("standard input", errno));
       }
-      return WithWritingRun(line, *force, [&](EngineRun& run) {
+      return WithDrivenRun(line, *force, [&](EngineRun& run) {
         const auto closed = ClosedCalendarFile(run);
         if (closed) return console.Fail(*closed);
         const int code = RunDrive(run.Objects(), console.in, console.out);

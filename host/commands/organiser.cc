@@ -14,6 +14,7 @@
 #include "base/codepage.h"
 #include "base/text.h"
 #include "host/commands/commands.h"
+#include "host/organiser_guard.h"
 #include "host/text_table.h"
 #include "platform/posix/posix_registry.h"
 #include "platform/posix/window_folder.h"
@@ -24,7 +25,6 @@
 namespace pw {
 namespace {
 
-constexpr const char* kClassName = "Wingmate_95";
 constexpr const char* kNotesKey = "SOFTWARE\\Gullwing\\Pairwise 1.0\\Common";
 constexpr const char* kNoteNames[] = {"To Do", "Calendar", "Cardfile", "Write Binder",
                                       "Calls", "Goals",    "Multiday", "Clocks"};
@@ -66,7 +66,7 @@ class StandIn : public WindowHandler {
   void SetServer(WindowServer& running) { server = &running; }
   void AnswerTo(std::uint32_t wParam, std::int32_t answer) { answers[wParam] = answer; }
 
-  std::string ClassName() override { return kClassName; }
+  std::string ClassName() override { return kOrganiserWindow; }
   bool Enabled() override { return !options.disabled; }
   std::string Parent() override { return {}; }
 

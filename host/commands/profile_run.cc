@@ -8,6 +8,7 @@
 #include "host/calendar_guard.h"
 #include "host/commands/cut_off_run.h"
 #include "host/data_places.h"
+#include "host/organiser_guard.h"
 #include "host/run_mark.h"
 
 namespace pw {
@@ -46,9 +47,21 @@ class MarkedRun {
   RunMark mark;
 };
 
-int WorkInPlace(const Console& console, const Profile& profile, EngineRun& run, bool force,
-                const std::function<int(EngineRun&)>& work) {
-  if (const auto why = CalendarInTheWay(run, force)) return console.Fail(*why);
+// What doesn't keep a run away from the files.
+struct Overcome {
+  bool calendars = false;  // as far as can be
+  bool dialogs = false;    // of the organiser's
+};
+
+std::optional<Failure> DialogInTheWay(const Overcome& overcome) {
+  return overcome.dialogs ? std::nullopt : OrganiserInTheWay();
+}
+
+// One may have been opened while the person was asked.
+int WorkInPlace(const Console& console, const Profile& profile, EngineRun& run,
+                const Overcome& overcome, const std::function<int(EngineRun&)>& work) {
+  if (const auto why = DialogInTheWay(overcome)) return console.Fail(*why);
+  if (const auto why = CalendarInTheWay(run, overcome.calendars)) return console.Fail(*why);
   const auto backup = MakeBackup(profile, std::time(nullptr));
   if (!backup) return console.Fail(backup.Why());
   auto mark = RunMark::Set(profile, backup->name);
@@ -66,6 +79,21 @@ std::optional<int> NotAgreed(const Console& console, const Profile& profile, con
   const auto code = ask(**run);
   (*run)->ShowLog();
   return code;
+}
+
+int RunInPlace(const CommandLine& line, const Overcome& overcome,
+               const std::function<int(EngineRun&)>& work, const AskFirst& ask) {
+  const Console& console = line.console;
+  return WithLockedProfile(line, [&](const Profile& profile, ProfileLock lock) {
+    if (const auto code = SettleCutOffRun(console, profile)) return *code;
+    const auto data = DataLock::Take(profile);
+    if (!data) return console.Fail(data.Why());
+    if (const auto why = DialogInTheWay(overcome)) return console.Fail(*why);
+    if (const auto code = NotAgreed(console, profile, ask)) return *code;
+    const auto run =
+        EngineRun::Start(profile, RunMode::kWriting, console.messages, std::move(lock));
+    return run ? WorkInPlace(console, profile, **run, overcome, work) : console.Fail(run.Why());
+  });
 }
 
 }  // namespace
@@ -107,16 +135,11 @@ int WithReadingRun(const CommandLine& line, const std::function<int(EngineRun&)>
 
 int WithWritingRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work,
                    const AskFirst& ask) {
-  const Console& console = line.console;
-  return WithLockedProfile(line, [&](const Profile& profile, ProfileLock lock) {
-    if (const auto code = SettleCutOffRun(console, profile)) return *code;
-    const auto data = DataLock::Take(profile);
-    if (!data) return console.Fail(data.Why());
-    if (const auto code = NotAgreed(console, profile, ask)) return *code;
-    const auto run =
-        EngineRun::Start(profile, RunMode::kWriting, console.messages, std::move(lock));
-    return run ? WorkInPlace(console, profile, **run, force, work) : console.Fail(run.Why());
-  });
+  return RunInPlace(line, {force, false}, work, ask);
+}
+
+int WithDrivenRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work) {
+  return RunInPlace(line, {force, true}, work, {});
 }
 
 }  // namespace pw

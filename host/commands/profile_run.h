@@ -30,10 +30,15 @@ int WithReadingRun(const CommandLine& line, const std::function<int(EngineRun&)>
 using AskFirst = std::function<std::optional<int>(EngineRun&)>;
 
 // The same in place. A backup is made before, which is told, and nothing is made or marked before
-// `ask`, where there is one, agrees. No such run starts where one before it was cut off and nobody
-// says what is to become of its files, or where a calendar is in the way (calendar_guard.h), some
-// of them overcome by `force`.
+// `ask`, where there is one, agrees. No such run starts, nor is anything asked, where one before it
+// was cut off and nobody says what is to become of its files, or where the organiser waits in a
+// dialog (organiser_guard.h). Nor does it start where a calendar is in the way (calendar_guard.h),
+// some of them overcome by `force`.
 int WithWritingRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work,
                    const AskFirst& ask = {});
+
+// The same for somebody who plays the engine, and has a dialog of the organiser's looked for or
+// not.
+int WithDrivenRun(const CommandLine& line, bool force, const std::function<int(EngineRun&)>& work);
 
 }  // namespace pw

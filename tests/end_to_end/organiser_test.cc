@@ -1,15 +1,19 @@
 #include <signal.h>
 
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "host/commands/commands.h"
+#include "host/commands/profile_run.h"
 #include "host/engine_run.h"
 #include "plugin/handshake.h"
 #include "tests/end_to_end/process.h"
+#include "tests/end_to_end/profile_backups.h"
 #include "tests/end_to_end/sample.h"
 
 namespace pw {
@@ -108,28 +112,46 @@ TEST_F(OrganiserTest, HearsTheEndOfEachCommandThatWrites) {
 TEST_F(OrganiserTest, ThatIsDisabledStopsCommandsThatWrite) {
   const std::string demo = sample.Folder() + "/demo";
   ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
-  const std::string csv = sample.Folder() + "/todos.csv";
-  ASSERT_EQ(RunPairwise({"-p", demo, "export", "todo", "--format", "csv", "-o", csv}).code, 0);
+  std::vector<std::vector<std::string>> commands = {{"wipe", "contact", "memo", "--yes"},
+                                                    {"remove", "contact", "Friends", "--yes"},
+                                                    {"new", "contact", "Ben", "--field", "x"},
+                                                    {"new", "calendar", "Ben"}};
+  for (const char* type : {"contact", "calendar", "todo", "memo", "timezone"}) {
+    const std::string file = sample.Folder() + "/" + type + ".json";
+    ASSERT_EQ(RunPairwise({"-p", demo, "export", type, "-o", file}).code, 0);
+    commands.push_back({"import", type, file});
+  }
+  const FilesByName before = FilesIn(sample.folder, "demo/data");
+  const auto backups = ListedBackups(demo);
   const auto organiser = Start({"--disabled"});
-  const struct {
-    std::vector<std::string> words;
-    int code;
-    const char* out;
-  } cases[] = {
-      {{"wipe", "contact", "memo", "--yes"},
-       1,
-       "stopped; there is still contact (40 records), memo (6 records)\n"},
-      {{"new", "calendar", "Ben"}, 1, ""},
-      {{"import", "todo", csv}, 4, "0 records added\n"},
-  };
-  for (const auto& each : cases) {
-    std::vector<std::string> words = each.words;
+  for (std::vector<std::string> words : commands) {
     words.insert(words.begin(), {"-p", demo});
     const Finished run = RunPairwise(words);
-    EXPECT_EQ(run.code, each.code) << run.messages;
-    EXPECT_EQ(run.out, each.out);
-    EXPECT_TRUE(Has(run.messages, "PWDesktop-E0001: All dialogs in PairWise Desktop must be"));
+    EXPECT_EQ(run.code, 1) << words[2] << " " << words[3];
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.messages,
+              "pairwise: the organiser is busy with a dialog; close it, and try again; nothing was "
+              "done\n");
   }
+  EXPECT_EQ(FilesIn(sample.folder, "demo/data"), before);
+  EXPECT_EQ(ListedBackups(demo), backups);
+  EXPECT_EQ(RunPairwise({"-p", demo, "drive"}, "{\"op\":\"name\"}\n").code, 0);
+  organiser->Signal(SIGINT);
+  organiser->Finish();
+}
+
+TEST_F(OrganiserTest, ThatIsDisabledWhileSomebodyIsAskedStopsThemToo) {
+  std::unique_ptr<Process> organiser;
+  std::istringstream nobody;
+  const CommandLine line{{nobody, messages, messages}, sample.Folder(), {}};
+  const int code = WithWritingRun(
+      line, true, [](EngineRun& /*run*/) { return 0; },
+      [&](EngineRun& /*run*/) {
+        organiser = Start({"--disabled"});
+        return std::nullopt;
+      });
+  EXPECT_EQ(code, 1);
+  EXPECT_TRUE(Has(messages.str(), "the organiser is busy with a dialog"));
   organiser->Signal(SIGINT);
   organiser->Finish();
 }
