@@ -39,6 +39,7 @@ std::optional<Failure> ClosedFileIn(EngineRun& run, const std::string& folder) {
     const std::string prefix = folder + stem.text;
     for (const auto& [fixed, name] : stem.files) {
       const std::string path = prefix + fixed;
+      if (const auto why = run.WhyClosed(path)) return Failure{why->message + "; nothing was done"};
       if (files.Open(path, OpenMode::kReadWriteExisting, Sharing::kReadWrite) != nullptr) continue;
       return Failure{run.NativePathOf(path) +
                      ": can't be opened for reading and writing; nothing was done"};

@@ -7,6 +7,7 @@
 #include "host/binder_files.h"
 #include "host/calendar_files.h"
 #include "host/catalogue.h"
+#include "host/closed_files.h"
 #include "host/counted.h"
 #include "host/record_reader.h"
 #include "host/text_table.h"
@@ -16,7 +17,8 @@ namespace pw {
 namespace {
 
 CategoryLook LookAt(EngineRun& run, const std::string& type, const PWSourceCategory& category) {
-  CategoryLook look{category.Name.Str(), category.Location.Str(), 0, false, {}};
+  CategoryLook look{category.Name.Str(), category.Location.Str(), 0, false, {}, {}};
+  look.closed = ClosedFiles(run, type, look.location, FileChange::kMadeAnew);
   const auto opened = OpenForReading(run, type, category);
   if (!opened) {
     look.problems = {opened.Why().message};
@@ -35,7 +37,8 @@ CategoryLook LookAtUnlisted(EngineRun& run, const std::string& sectionFile) {
           "",
           0,
           false,
-          {run.NativePathOf(sectionFile) + ": the binder can't be opened; see `pairwise check`"}};
+          {run.NativePathOf(sectionFile) + ": the binder can't be opened; see `pairwise check`"},
+          {}};
 }
 
 TypeLook LookAtType(EngineRun& run, const std::string& type) {
@@ -55,23 +58,51 @@ TypeLook LookAtType(EngineRun& run, const std::string& type) {
   return look;
 }
 
-std::string SummaryOf(const TypeLook& look) {
-  std::uint32_t records = 0;
-  std::string notWhole;
+// "; 'Old', 'Bad' can't be read whole" of the categories that have such lines; empty if none has.
+std::string NamesWith(const TypeLook& look, std::vector<std::string> CategoryLook::*lines,
+                      const char* what) {
+  std::string names;
   for (const CategoryLook& category : look.categories) {
-    records += category.records;
-    if (category.problems.empty()) continue;
-    notWhole += (notWhole.empty() ? "'" : ", '") + OneLine(CodePageToUtf8(category.name)) + "'";
+    if ((category.*lines).empty()) continue;
+    names += (names.empty() ? "; '" : ", '") + OneLine(CodePageToUtf8(category.name)) + "'";
   }
-  if (!notWhole.empty()) notWhole = "; " + notWhole + " can't be read whole";
-  return look.type + " (" + Counted(records, "record", "records") + notWhole + ")";
+  return names.empty() ? names : names + what;
 }
 
 // Files of the calendar and of to-do items are made anew, whatever is in them.
 bool CanBeEmptied(const std::string& type, const CategoryLook& category) {
-  if (category.location.empty()) return false;
+  if (category.location.empty() || !category.closed.empty()) return false;
   if (type == kCalendarType || type == kTodoType) return true;
   return category.isOpen && category.problems.empty();
+}
+
+std::string SummaryOf(const TypeLook& look, Counting counting) {
+  std::uint32_t records = 0;
+  for (const CategoryLook& category : look.categories) {
+    const bool counts = counting == Counting::kAll || CanBeEmptied(look.type, category);
+    if (counts) records += category.records;
+  }
+  return look.type + " (" + Counted(records, "record", "records") +
+         NamesWith(look, &CategoryLook::problems, " can't be read whole") +
+         NamesWith(look, &CategoryLook::closed, " can't be changed") + ")";
+}
+
+// Several categories may be of one file.
+void AddNew(const std::vector<std::string>& lines, std::vector<std::string>& all) {
+  for (const std::string& line : lines) {
+    if (std::find(all.begin(), all.end(), line) == all.end()) all.push_back(line);
+  }
+}
+
+std::uint32_t RecordsAt(const std::vector<TypeLook>& looks, const std::string& type,
+                        const std::string& location) {
+  for (const TypeLook& look : looks) {
+    if (look.type != type) continue;
+    for (const CategoryLook& category : look.categories) {
+      if (category.location == location) return category.records;
+    }
+  }
+  return 0;
 }
 
 }  // namespace
@@ -85,11 +116,11 @@ std::vector<TypeLook> LookAtTypes(EngineRun& run, const std::vector<std::string>
   return looks;
 }
 
-std::string SummaryOf(const std::vector<TypeLook>& looks) {
+std::string SummaryOf(const std::vector<TypeLook>& looks, Counting counting) {
   std::string text;
   for (const TypeLook& look : looks) {
     if (look.categories.empty()) continue;
-    text += (text.empty() ? "" : ", ") + SummaryOf(look);
+    text += (text.empty() ? "" : ", ") + SummaryOf(look, counting);
   }
   return text;
 }
@@ -98,10 +129,24 @@ std::vector<std::string> ProblemsOf(const std::vector<TypeLook>& looks) {
   std::vector<std::string> problems;
   for (const TypeLook& look : looks) {
     for (const CategoryLook& category : look.categories) {
-      problems.insert(problems.end(), category.problems.begin(), category.problems.end());
+      AddNew(category.problems, problems);
+      AddNew(category.closed, problems);
     }
   }
   return problems;
+}
+
+std::vector<std::string> NotEmptied(const std::vector<TypeLook>& before,
+                                    const std::vector<TypeLook>& after) {
+  std::vector<std::string> locations;
+  for (const TypeLook& look : before) {
+    for (const CategoryLook& category : look.categories) {
+      const bool isLeft =
+          CanBeEmptied(look.type, category) && RecordsAt(after, look.type, category.location) > 0;
+      if (isLeft) locations.push_back(category.location);
+    }
+  }
+  return locations;
 }
 
 std::vector<TypeCategories> WhatCanBeEmptied(const std::vector<TypeLook>& looks) {

@@ -17,6 +17,7 @@ struct CategoryLook {
   std::uint32_t records = 0;
   bool isOpen = false;                // whether the module opens it
   std::vector<std::string> problems;  // what can't be read of it, a line each
+  std::vector<std::string> closed;    // why its files can't be emptied, a line each
 };
 
 struct TypeLook {
@@ -28,16 +29,23 @@ struct TypeLook {
 // leaving a source is nothing that a running organiser may hear of.
 std::vector<TypeLook> LookAtTypes(EngineRun& run, const std::vector<std::string>& types);
 
-// "contact (3 records; 'Old' can't be read whole), memo (no records)". Types without any category
-// are left out.
-std::string SummaryOf(const std::vector<TypeLook>& looks);
+// "contact (3 records; 'Old' can't be read whole), memo (0 records; 'Mine' can't be changed)": all
+// that there is, or only as many records as can be deleted. Types without any category are left
+// out.
+enum class Counting { kAll, kDeletable };
+std::string SummaryOf(const std::vector<TypeLook>& looks, Counting counting);
 
-// All problems, a line each.
+// What can't be read and what can't be emptied, a line each.
 std::vector<std::string> ProblemsOf(const std::vector<TypeLook>& looks);
+
+// The locations of what was to be emptied, by the first look, and has records by the second.
+std::vector<std::string> NotEmptied(const std::vector<TypeLook>& before,
+                                    const std::vector<TypeLook>& after);
 
 // The types of a run that deletes what was looked at, with the categories that are to be emptied:
 // a cardfile or binder that can't be read whole isn't one of them, as the module would pass it by
-// or spoil it. A type that is left with none takes no part, as it would end the module's walk.
+// or spoil it, nor is one whose files can't be changed. A type that is left with none takes no
+// part, as it would end the module's walk.
 std::vector<TypeCategories> WhatCanBeEmptied(const std::vector<TypeLook>& looks);
 
 }  // namespace pw

@@ -14,6 +14,7 @@
 #include "host/calendar_stems.h"
 #include "host/catalogue.h"
 #include "host/check/card_check.h"
+#include "host/closed_files.h"
 #include "host/json_fields.h"
 #include "host/organiser_folder.h"
 #include "host/record_views.h"
@@ -168,6 +169,10 @@ Outcome<OpenedSource> OpenForReading(EngineRun& run, const std::string& type,
     return opened;
   }
   if (auto said = TakeLoggedFailure(run)) return *said;
+  if (run.Mode() == RunMode::kWriting) {
+    const auto closed = ClosedFiles(run, type, category.Location.Str(), FileChange::kSaved);
+    if (!closed.empty()) return Failure{closed.front()};
+  }
   if (!HasCategories(type)) {
     return Failure{run.NativePathOf(OrganiserFolder(run)) +
                    ": CLOCKS.DAT is missing or cut, or names a city that cityinfo.dat lacks"};

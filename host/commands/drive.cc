@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include <CLI/CLI.hpp>
 
@@ -16,6 +17,16 @@
 
 // `pairwise drive`: the engine's calls as JSON lines.
 namespace pw {
+namespace {
+
+// A call says no more than that it failed.
+void TellRefused(const EngineRun& run, const Console& console) {
+  for (const std::string& file : run.RefusedFiles()) {
+    if (const auto why = run.WhyClosed(file)) console.Warn({why->message});
+  }
+}
+
+}  // namespace
 
 void AddDriveCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand(
@@ -34,6 +45,7 @@ void AddDriveCommand(CLI::App& app, CommandLine& line) {
         const auto closed = ClosedCalendarFile(run);
         if (closed) return console.Fail(*closed);
         const int code = RunDrive(run.Objects(), console.in, console.out);
+        TellRefused(run, console);
         // Nor is one that fails half-way an input that ended.
         if (&console.in == &std::cin && std::ferror(stdin) != 0) {
           return console.Fail(SystemFailure("standard input", EIO));

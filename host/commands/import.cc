@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +15,7 @@
 #include "base/text.h"
 #include "host/calendar_guard.h"
 #include "host/catalogue.h"
+#include "host/closed_files.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/counted.h"
@@ -123,6 +126,27 @@ void LeaveOutStrays(Incoming& incoming, const PWSourceCategoryVector& categories
   incoming.problems.insert(incoming.problems.end(), told.begin(), told.end());
 }
 
+// Those that go into files that can't be changed, of which each is told. What comes upon calendars
+// doesn't start at all then.
+void LeaveOutClosed(EngineRun& run, const std::string& type,
+                    const PWSourceCategoryVector& categories, Incoming& incoming) {
+  if (AnyNeedsCalendars({type})) return;
+  std::map<const PWSourceCategory*, bool> isClosed;
+  std::set<std::string> told;  // several categories may be of one file
+  for (const IncomingRecord& record : incoming.records) {
+    const PWSourceCategory* category = CategoryOf(record, categories);
+    if (isClosed.count(category) > 0) continue;
+    const auto reasons = ClosedFiles(run, type, category->Location.Str(), FileChange::kSaved);
+    isClosed[category] = !reasons.empty();
+    for (const std::string& reason : reasons) {
+      if (told.insert(reason).second) incoming.problems.push_back(reason);
+    }
+  }
+  std::erase_if(incoming.records, [&](const IncomingRecord& record) {
+    return isClosed[CategoryOf(record, categories)];
+  });
+}
+
 Outcome<PWSourceCategoryVector> CategoriesFor(EngineRun& run, const ImportOptions& options) {
   auto categories = ChooseCategories(run.Manager(), options.type, options.category);
   if (categories && categories->Count() == 0) {
@@ -170,6 +194,7 @@ std::optional<int> Prepare(EngineRun& run, const Console& console, const ImportO
     incoming.problems.push_back(options.file + ": holds no " + options.type + " records");
   }
   LeaveOutStrays(incoming, *categories);
+  LeaveOutClosed(run, options.type, *categories, incoming);
   console.Warn(incoming.remarks);
   prepared.anyProblem = console.Warn(incoming.problems);
   prepared.records = std::move(incoming.records);

@@ -25,7 +25,9 @@ struct RemoveOptions {
 std::optional<int> NotAgreed(EngineRun& run, const Console& console, const RemoveOptions& options) {
   const auto found = ChooseCategories(run.Manager(), options.type, options.category);
   if (!found) return console.Fail(found.Why());
-  const std::string file = run.NativePathOf(found->At(0)->Location.Str());
+  const std::string location = found->At(0)->Location.Str();
+  if (const auto why = run.WhyClosed(location)) return console.Fail(*why);
+  const std::string file = run.NativePathOf(location);
   return NotConfirmed(console, "Remove " + file + "?", options.agreed);
 }
 

@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "base/codepage.h"
 #include "host/calendar_guard.h"
 #include "host/category_look.h"
 #include "host/commands/commands.h"
@@ -22,14 +23,32 @@ struct WipeOptions {
   bool agreed = false;
 };
 
-// As a run that only reads sees them, so that the organiser doesn't hear of a look.
-Outcome<std::vector<TypeLook>> Look(const Profile& profile, const Console& console,
-                                    const WipeOptions& options) {
+// In a run that only reads, so that the organiser doesn't hear of a look.
+Outcome<std::vector<TypeLook>> LookAgain(const Profile& profile, const Console& console,
+                                         const WipeOptions& options) {
   const auto run = EngineRun::Start(profile, RunMode::kReading, console.messages);
   if (!run) return run.Why();
   std::vector<TypeLook> looks = LookAtTypes(**run, options.types);
   (*run)->ShowLog();
   return looks;
+}
+
+// Looks at what there is, and asks. The exit code if nothing is to be deleted.
+std::optional<int> NotToBeWiped(EngineRun& run, const Console& console, const WipeOptions& options,
+                                std::vector<TypeLook>& looks) {
+  if (const auto why = CalendarInTheWay(run, !AnyNeedsCalendars(options.types))) {
+    return console.Fail(*why);
+  }
+  looks = LookAtTypes(run, options.types);
+  run.ShowLog();
+  const bool anyProblem = console.Warn(ProblemsOf(looks));
+  if (WhatCanBeEmptied(looks).empty()) {
+    console.messages << "there is nothing " << (anyProblem ? "that can be deleted" : "to delete")
+                     << "\n";
+    return anyProblem ? kExitSomeSkipped : kExitDone;
+  }
+  return NotConfirmed(console, "Delete all of " + SummaryOf(looks, Counting::kDeletable) + "?",
+                      options.agreed);
 }
 
 int Delete(EngineRun& run, const Console& console, const std::vector<TypeCategories>& types) {
@@ -39,32 +58,34 @@ int Delete(EngineRun& run, const Console& console, const std::vector<TypeCategor
   return console.Fail({"the organiser is busy with a dialog; close it, and wipe again"});
 }
 
+// The module doesn't say what it could not empty.
+int TellDeleted(const Console& console, int code, const std::vector<TypeLook>& before,
+                const std::vector<TypeLook>& after) {
+  const std::vector<std::string> left = NotEmptied(before, after);
+  for (const std::string& location : left) {
+    console.Fail({CodePageToUtf8(location) + ": could not be emptied"});
+  }
+  const bool isDeleted = code == kExitDone && left.empty();
+  console.out << (isDeleted ? "deleted; there is now " : "not all was deleted; there is still ")
+              << SummaryOf(after, Counting::kAll) << "\n";
+  if (!isDeleted) return kExitFailed;
+  return ProblemsOf(after).empty() ? kExitDone : kExitSomeSkipped;
+}
+
 int Wipe(const CommandLine& line, const Profile& profile, const WipeOptions& options) {
   const Console& console = line.console;
-  const auto before = Look(profile, console, options);
-  if (!before) return console.Fail(before.Why());
-  const bool anyProblem = console.Warn(ProblemsOf(*before));
-  const std::vector<TypeCategories> types = WhatCanBeEmptied(*before);
-  if (types.empty()) {
-    console.messages << "there is nothing " << (anyProblem ? "that can be deleted" : "to delete")
-                     << "\n";
-    return anyProblem ? kExitSomeSkipped : kExitDone;
-  }
-  const std::string question = "Delete all of " + SummaryOf(*before) + "?";
-  if (const auto code = NotConfirmed(console, question, options.agreed)) return *code;
-
-  std::optional<int> deleted;
-  const int code = WithWritingRun(line, !AnyNeedsCalendars(options.types), [&](EngineRun& run) {
-    deleted = Delete(run, console, types);
-    return *deleted;
-  });
-  if (!deleted) return code;
-  const auto after = Look(profile, console, options);
-  if (!after) return console.Fail(after.Why());
-  console.out << (*deleted == kExitDone ? "deleted; there is now " : "stopped; there is still ")
-              << SummaryOf(*after) << "\n";
-  if (code != kExitDone) return code;
-  return ProblemsOf(*after).empty() ? kExitDone : kExitSomeSkipped;
+  std::vector<TypeLook> before;
+  bool anyDeleted = false;
+  const int code = WithWritingRun(
+      line, !AnyNeedsCalendars(options.types),
+      [&](EngineRun& run) {
+        anyDeleted = true;
+        return Delete(run, console, WhatCanBeEmptied(before));
+      },
+      [&](EngineRun& run) { return NotToBeWiped(run, console, options, before); });
+  if (!anyDeleted) return code;
+  const auto after = LookAgain(profile, console, options);
+  return after ? TellDeleted(console, code, before, *after) : console.Fail(after.Why());
 }
 
 }  // namespace
@@ -72,8 +93,8 @@ int Wipe(const CommandLine& line, const Profile& profile, const WipeOptions& opt
 void AddWipeCommand(CLI::App& app, CommandLine& line) {
   CLI::App* command = app.add_subcommand("wipe", "Delete all records of the types named");
   command->footer(
-      "Cardfiles keep their fields, and binders their sections. One that can't be read whole is "
-      "left as it is, which is said.");
+      "Cardfiles keep their fields, and binders their sections. One that can't be read whole, "
+      "or not be changed, is left as it is, which is said.");
   auto options = std::make_shared<WipeOptions>();
   command->add_option("types", options->types, "Data types: contact, calendar, todo, memo")
       ->required()

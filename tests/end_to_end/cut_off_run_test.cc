@@ -268,6 +268,20 @@ TEST_F(CutOffRunTest, IsSettledAtATerminal) {
   EXPECT_EQ(DataFiles(), cut);
 }
 
+// What is looked at and asked about is what is there once the run is settled.
+TEST_F(CutOffRunTest, IsSettledBeforeAWipeAsks) {
+  ASSERT_EQ(RunUntil(2), kCutOff);
+  const auto cut = DataFiles();
+  const Finished refused = Run({"wipe", "contact", "--yes"});
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_TRUE(Has(refused.messages, "was cut off"));
+  EXPECT_EQ(DataFiles(), cut);
+  const Finished asked = RunAtTerminal({"-p", demo, "wipe", "contact"}, "r\nno\n");
+  EXPECT_EQ(asked.code, 1);
+  EXPECT_TRUE(Has(asked.out, "Delete all of contact (40 records)?"));
+  EXPECT_EQ(DataFiles(), before);
+}
+
 // Whoever stops at a question, in whatever way, has left nothing to be settled.
 TEST_F(CutOffRunTest, IsNoneThatWasOnlyAskedFor) {
   folder.Put("demo/data/changed", "since the last backup");

@@ -113,6 +113,7 @@ TEST_F(OrganiserTest, ThatIsDisabledStopsCommandsThatWrite) {
   const std::string demo = sample.Folder() + "/demo";
   ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
   std::vector<std::vector<std::string>> commands = {{"wipe", "contact", "memo", "--yes"},
+                                                    {"wipe", "calendar"},
                                                     {"remove", "contact", "Friends", "--yes"},
                                                     {"new", "contact", "Ben", "--field", "x"},
                                                     {"new", "calendar", "Ben"}};
