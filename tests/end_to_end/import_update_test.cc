@@ -116,15 +116,45 @@ TEST(ImportUpdate, LeavesCardsOfAnotherFileAlone) {
          {}},
         true);
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before);
+  Check(sample, {"own.vcf", own, 0, "0 records added, 3 updated\n", {}, {}}, true);
+  Check(sample, {"new.vcf", other, 0, "1 record added\n", {}, {}}, false);
+}
+
+// The last named field and the contact log are the only ones that aren't lines of the file.
+TEST(ImportUpdate, KeepsTheLineBreaksThatACardHas) {
+  for (const char* format : {"json", "csv", "vcf"}) {
+    SCOPED_TRACE(format);
+    const Sample sample;
+    const std::string own = sample.Run({"export", "contact", "--format", format}).out;
+    const auto fields = [&] {
+      nlohmann::json all;
+      const auto cards = nlohmann::json::parse(sample.Run({"export", "contact"}).out);
+      for (const auto& card : cards) all.push_back(card["fields"]);
+      return all;
+    };
+    const nlohmann::json before = fields();
+    ASSERT_EQ(before[0]["Company"], "Acme\r\nSecond line");
+    const std::string file = std::string("own.") + format;
+    Check(sample, {file.c_str(), own, 0, "0 records added, 3 updated\n", {}, {}}, true);
+    EXPECT_EQ(fields(), before);
+    ASSERT_EQ(sample.Run({"remove", "contact", "Friends", "--yes"}).code, 0);
+    ASSERT_EQ(sample
+                  .Run({"new", "contact", "Friends", "--field", "First Name", "--field",
+                        "Last Name", "--field", "Company"})
+                  .code,
+              0);
+    Check(sample, {file.c_str(), own, 0, "3 records added\n", {}, {}}, false);
+    EXPECT_EQ(fields(), before);
+  }
+  const Sample sample;
   Check(sample,
-        {"own.vcf",
-         own,
+        {"lines.csv",
+         "First Name,Company,Contact Log\r\n\"a\r\nb\",\"c\r\nd\",\"e\r\nf\"\r\n",
          0,
-         "0 records added, 3 updated, 1 of them changed\n",
-         {"record 1 (Ann): Company is in one line now"},
-         {}},
-        true);
-  Check(sample, {"new.vcf", other, 0, "1 record added, 1 of them changed\n", {}, {}}, false);
+         "1 record added, 1 of them changed\n",
+         {"First Name is in one line now"},
+         {"a b", "\"c\r\nd\"", "\"e\r\nf\""}},
+        false);
 }
 
 TEST(ImportLimits, ACardfileHasItsMostCardsAndNoMore) {
