@@ -157,6 +157,35 @@ TEST(ImportUpdate, KeepsTheLineBreaksThatACardHas) {
         false);
 }
 
+// An alarm of a day comes out as a minute more than the plug-in lets in, which rounds it up again.
+TEST(ImportUpdate, TellsOfNoAlarmThatStaysAsItWas) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  const auto exported = [&](const char* format) {
+    return RunPairwise({"-p", demo, "export", "calendar", "--format", format}).out;
+  };
+  const auto import = [&](const std::string& file, const std::string& text) {
+    folder.Put(file, text);
+    return RunPairwise(
+        {"-p", demo, "import", "calendar", (folder.Path() / file).string(), "--update"});
+  };
+  nlohmann::json birthday;
+  for (const auto& each : nlohmann::json::parse(exported("json"))) {
+    if (each["record"].value("AlarmAdvance", 0) == 1440) birthday = each;
+  }
+  ASSERT_FALSE(birthday.is_null());
+  const std::string before = exported("json");
+  for (const char* format : {"json", "csv", "ics"}) {
+    const Finished run = import(std::string("own.") + format, exported(format));
+    EXPECT_EQ(run.messages.find("W2015"), std::string::npos) << run.messages;
+    EXPECT_EQ(exported("json"), before) << format;
+  }
+  birthday["record"]["AlarmAdvance"] = 2160;
+  const Finished two = import("two.json", nlohmann::json::array({birthday}).dump());
+  EXPECT_TRUE(Has(two.messages, "W2015")) << "of two days one is left";
+}
+
 TEST(ImportLimits, ACardfileHasItsMostCardsAndNoMore) {
   const Sample sample;
   nlohmann::json cards = nlohmann::json::array();
