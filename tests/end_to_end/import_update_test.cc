@@ -226,25 +226,28 @@ TEST(ImportLimits, NothingIsWrittenToADamagedFile) {
   const struct {
     const char* file;
     std::size_t at;
-    const char* bytes;
-    const char* type;
+    std::string bytes;
+    std::string type;
   } cases[] = {
-      {"Friends.WMCard", 0, "XXX", "contact"},            // its magic
-      {"Friends.WMCard", 60, "\xFF\xFF\xFF", "contact"},  // where its names are
-      {"Friends.WMCard", 10, "\xFF", "contact"},          // its count of cards
-      {"Notebook.WMNoteHeader", 0, "XXX", "memo"},        // its magic
-      {"Notebook.WMNoteHeader", 6, "\x02", "memo"},       // its count of notes
-      {"Notebook.WMWrite", 0, "\x01", "memo"},            // its count of sections
+      {"Friends.WMCard", 0, "XXX", "contact"},                    // its magic
+      {"Friends.WMCard", 60, "\xFF\xFF\xFF", "contact"},          // where its names are
+      {"Friends.WMCard", 10, "\xFF", "contact"},                  // its count of cards
+      {"Friends.WMCard", 1361, std::string(4, '\0'), "contact"},  // where a card's body is
+      {"Friends.WMCard", 1371, std::string(2, '\0'), "contact"},  // how long that is
+      {"Notebook.WMNoteHeader", 0, "XXX", "memo"},                // its magic
+      {"Notebook.WMNoteHeader", 6, "\x02", "memo"},               // its count of notes
+      {"Notebook.WMNoteHeader", 12, "\x09", "memo"},              // the section of a note
+      {"Notebook.WMWrite", 0, "\x01", "memo"},                    // its count of sections
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(testing::Message() << each.file << " " << each.at);
     const std::string path = std::string("demo/data/") + each.file;
     const std::string whole = folder.Get(path);
     std::string damaged = whole;
-    damaged.replace(each.at, std::string(each.bytes).size(), each.bytes);
+    damaged.replace(each.at, each.bytes.size(), each.bytes);
     ASSERT_NE(damaged, whole);
     folder.Put(path, damaged);
-    const std::string file = each.type == std::string("memo") ? "/memos.csv" : "/cards.csv";
+    const std::string file = each.type == "memo" ? "/memos.csv" : "/cards.csv";
     const Finished run =
         RunPairwise({"-p", demo, "import", each.type, folder.Path().string() + file});
     EXPECT_EQ(run.code, 4) << run.out;
