@@ -8,7 +8,7 @@ namespace pw::cardfile {
 namespace {
 
 constexpr std::string_view kMagic("WMW300", kMagicSize);
-constexpr std::size_t kMostNameBytes = 0xFFFF;
+constexpr std::size_t kMostCounted = 0xFFFF;
 
 // Takes the first name off a line of them. What is left starts without white space.
 std::string TakeKey(std::string_view& line) {
@@ -131,7 +131,7 @@ std::vector<std::string> DecodeFieldNames(std::string_view block) {
 std::string EncodeFieldNames(const std::vector<std::string>& names) {
   std::string block;
   for (const std::string& name : names) {
-    if (name.empty() || block.size() + name.size() + kLineEnd.size() > kMostNameBytes) break;
+    if (name.empty() || block.size() + name.size() + kLineEnd.size() > kMostCounted) break;
     block += name;
     block += kLineEnd;
   }

@@ -134,7 +134,10 @@ void EncodeKeyLine(ByteWriter& out, std::string_view line);
 //
 // Read, a name is a line without its last character, whatever that is; a line of nothing but its
 // line feed is no name. Written, the names end before the first empty one, and before one that the
-// size couldn't count in.
+// size couldn't count in. The organiser itself has room for so many bytes of all of them, and of
+// one without its line end.
+inline constexpr std::size_t kMostNameBytes = 4096;
+inline constexpr std::size_t kLongestFieldName = 1023;
 std::vector<std::string> DecodeFieldNames(std::string_view block);
 std::string EncodeFieldNames(const std::vector<std::string>& names);
 

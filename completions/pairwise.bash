@@ -51,6 +51,20 @@ _pairwise_argument() {
   esac
 }
 
+# A folder as it was typed, which the shell would still have to expand: its quotes, and a "~" before
+# it.
+_pairwise_folder() {
+  local typed=$1 home=''
+  if [[ $typed =~ ^~[[:alnum:]._-]*(/|$) ]]; then
+    home=${typed%%/*}
+    typed=${typed#"$home"}
+    # Nothing but a name can be behind the "~".
+    eval "home=$home"
+  fi
+  typed=${typed//[\"\']/}
+  printf '%s\n' "$home${typed//\\/}"
+}
+
 # Offers these words, or what stands for them.
 _pairwise_offer() {
   local profile=$2
@@ -79,7 +93,7 @@ _pairwise() {
   for ((i = 1; i < COMP_CWORD; ++i)); do
     word=${COMP_WORDS[i]}
     case $word in
-      -p | --profile) profile=${COMP_WORDS[++i]} ;;
+      -p | --profile) ((++i)) && profile=$(_pairwise_folder "${COMP_WORDS[i]}") ;;
       --data | --product | --registry | --city | --format | -o | --output | --category | --template | \
         --field | --answers | --answer | --answer-to | --count | --from-system) ((++i)) ;;
       -*) ;;

@@ -20,7 +20,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kUnfinished = ".unfinished";
 constexpr const char* kList = "files.txt";
 constexpr std::uintmax_t kLargestList = 64 << 20;
-constexpr std::uintmax_t kLargestFile = UINTMAX_MAX;
 
 bool IsUnfinished(std::string_view name) {
   return name.ends_with(kUnfinished) &&
@@ -55,14 +54,6 @@ Outcome<std::vector<DataPlace>> PlacesFor(const Profile& profile, const BackupWi
   return places;
 }
 
-bool AreSame(const fs::path& file, const fs::path& kept, std::uintmax_t size) {
-  std::error_code error;
-  if (fs::file_size(file, error) != size || error) return false;
-  const auto bytes = ReadNativeFile(file, kLargestFile);
-  const auto keptBytes = ReadNativeFile(kept, kLargestFile);
-  return bytes && keptBytes && *bytes == *keptBytes;
-}
-
 // Whether a place has just the files of a backup's part, with the same bytes.
 bool IsUnchanged(const Profile& profile, const DataPlace& place, const BackupPart& part,
                  const fs::path& folder) {
@@ -73,7 +64,7 @@ bool IsUnchanged(const Profile& profile, const DataPlace& place, const BackupPar
                  [](const std::string& name, const ListedFile& file) { return name == file.name; });
   return hasSameNames &&
          std::all_of(part.files.begin(), part.files.end(), [&](const ListedFile& file) {
-           return AreSame(place.folder / file.name, folder / file.name, file.size);
+           return HaveSameBytes(place.folder / file.name, folder / file.name);
          });
 }
 
@@ -214,6 +205,11 @@ Outcome<BackupList> ReadBackup(const Profile& profile, const std::string& name) 
   }
   if (const auto why = WhyNotWhole(profile, name, *list)) return *why;
   return std::move(*list);
+}
+
+bool IsAsInBackup(const Profile& profile, const std::string& name) {
+  const auto places = DataPlaces(profile);
+  return places && HasAllOf(profile, name, *places);
 }
 
 Outcome<MadeBackup> MakeBackup(const Profile& profile, std::int64_t now,

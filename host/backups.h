@@ -30,6 +30,9 @@ std::filesystem::path PartFolder(const std::filesystem::path& backup, std::size_
 // whole: it has no list, or a file of it is missing or of another size.
 Outcome<BackupList> ReadBackup(const Profile& profile, const std::string& name);
 
+// Whether the profile's places have just the files of a backup, with the same bytes.
+bool IsAsInBackup(const Profile& profile, const std::string& name);
+
 struct BackupWishes {
   std::vector<std::string> kept;     // backups that must not go, however old
   std::vector<DataPlace> alsoHolds;  // places beside those of the profile

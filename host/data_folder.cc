@@ -6,6 +6,11 @@
 
 namespace pw {
 
+std::filesystem::path FolderWithoutSlash(const std::string& path) {
+  const bool endsInSlash = path.size() > 1 && path.back() == '/';
+  return path.substr(0, path.size() - (endsInSlash ? 1 : 0));
+}
+
 std::vector<Mount> Mounts(const Profile& profile, bool readOnly) {
   std::vector<Mount> mounts;
   for (const ProfileDrive& drive : profile.drives) {
@@ -23,7 +28,7 @@ Outcome<std::filesystem::path> NativeDataFolder(const Profile& profile) {
     return Failure{profile.DescriptionFile().string() +
                    ": entry 2 of [config] must be the data folder, on one of the drives"};
   }
-  return std::filesystem::path(found->path);
+  return FolderWithoutSlash(found->path);
 }
 
 std::optional<std::string> FolderOfClocks(const Profile& profile) {

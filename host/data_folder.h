@@ -11,6 +11,9 @@
 
 namespace pw {
 
+// A path of this machine as a person writes that of a folder.
+std::filesystem::path FolderWithoutSlash(const std::string& path);
+
 // Where the organiser's paths of a profile lie on this machine.
 std::vector<Mount> Mounts(const Profile& profile, bool readOnly);
 

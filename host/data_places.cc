@@ -49,7 +49,7 @@ std::optional<fs::path> FolderOfLocation(const Profile& profile, const std::stri
   if (location.empty()) return profile.folder;
   const PathTable paths(Mounts(profile, false), profile.folder);
   const auto found = paths.Translate(location);
-  return found ? std::optional<fs::path>(found->path) : std::nullopt;
+  return found ? std::optional(FolderWithoutSlash(found->path)) : std::nullopt;
 }
 
 void AddPlace(const DataPlace& added, std::vector<DataPlace>& places) {

@@ -97,6 +97,16 @@ Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uint
   }
 }
 
+bool HaveSameBytes(const std::filesystem::path& one, const std::filesystem::path& other) {
+  std::error_code error;
+  std::error_code otherError;
+  const std::uintmax_t size = std::filesystem::file_size(one, error);
+  if (size != std::filesystem::file_size(other, otherError) || error || otherError) return false;
+  const auto bytes = ReadNativeFile(one, size);
+  const auto otherBytes = ReadNativeFile(other, size);
+  return bytes && otherBytes && *bytes == *otherBytes;
+}
+
 Outcome<Done> WriteNativeFile(const std::filesystem::path& file, std::string_view bytes) {
   return Write(file, bytes, false);
 }
@@ -123,6 +133,15 @@ std::optional<Failure> SyncFiles(const std::filesystem::path& folder,
   if (!opened.IsOpen()) return SystemFailure(folder, errno);
   if (::fsync(opened.Number()) == 0 || errno == EINVAL) return std::nullopt;
   return SystemFailure(folder, errno);
+}
+
+std::optional<Failure> WhyNotMakeable(const std::filesystem::path& file) {
+  struct stat status {};
+  if (::lstat(file.c_str(), &status) == 0) return std::nullopt;
+  if (errno != ENOENT) return SystemFailure(file, errno);
+  const std::filesystem::path folder = file.parent_path();
+  if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return std::nullopt;
+  return SystemFailure(file, errno);
 }
 
 std::filesystem::path BehindLinks(std::filesystem::path file) {

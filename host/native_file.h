@@ -15,6 +15,9 @@ namespace pw {
 // `limit` bytes, or one that isn't a regular file, fails.
 Outcome<std::string> ReadNativeFile(const std::filesystem::path& file, std::uintmax_t limit);
 
+// Whether both can be read, and hold the same.
+bool HaveSameBytes(const std::filesystem::path& one, const std::filesystem::path& other);
+
 // Puts the bytes into a file beside the target, which then takes the target's place in one step:
 // there is never half a file under that name. A target that is a symbolic link stays one, and the
 // file that it leads to is replaced or made. A device or a pipe is written into.
@@ -30,6 +33,10 @@ bool WriteAll(int descriptor, std::string_view bytes);
 // way, or nothing; some file systems can't do it with a folder, and that counts as done.
 std::optional<Failure> SyncFiles(const std::filesystem::path& folder,
                                  const std::vector<std::string>& names);
+
+// Why no file of that name can be made in its folder, such as a name that is too long, as far as
+// the system says so beforehand. Nothing otherwise, nor where it is there.
+std::optional<Failure> WhyNotMakeable(const std::filesystem::path& file);
 
 // What the links of that name lead to, whether it is there or not.
 std::filesystem::path BehindLinks(std::filesystem::path file);

@@ -36,15 +36,19 @@ Outcome<Done> MakeCalendar(EngineRun& run, const std::string& location) {
   category.Location = location.c_str();
   const std::unique_ptr<PWSource> source(run.Manager().CreateSource(kCalendarType));
   source->Category = &category;
-  const Failure failure{run.NativePathOf(location + std::string(kEventFile)) +
-                        ": could not be made; a calendar needs the cities of the organiser "
-                        "(`pairwise cities`)"};
-  if (source->Open(0) != kResultOk) return TakeLoggedFailure(run).value_or(failure);
+  const std::string file = run.NativePathOf(location + std::string(kEventFile));
+  if (source->Open(0) != kResultOk) {
+    return TakeLoggedFailure(run).value_or(
+        Failure{file + ": could not be made; a calendar needs the cities of the organiser "
+                       "(`pairwise cities`)"});
+  }
   PWRecord record = PassingEvent();
   const bool isMade = source->AddRecord(record) == kResultOk && source->RecordCount() == 1 &&
                       source->DeleteRecord() == kResultOk;
   const bool isSaved = source->CloseSource() == kResultOk;
-  if (!isMade || !isSaved || CalendarFilesAt(run, location).empty()) return failure;
+  if (!isMade || !isSaved || CalendarFilesAt(run, location).empty()) {
+    return Failure{file + ": could not be made"};
+  }
   return Done{};
 }
 

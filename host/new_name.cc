@@ -1,9 +1,10 @@
 #include "host/new_name.h"
 
 #include <algorithm>
-#include <optional>
+#include <cstddef>
 
 #include "base/codepage.h"
+#include "cardfile/format.h"
 #include "host/text_table.h"
 #include "memo/format.h"
 
@@ -54,9 +55,31 @@ Outcome<std::string> NewSectionName(std::string_view given) {
   return name;
 }
 
-Outcome<std::string> NewFieldName(std::string_view given) {
-  if (given.empty()) return Failure{"a field needs a name"};
-  return InCodePage(given);
+Outcome<std::vector<std::string>> NewFieldNames(const std::vector<std::string>& given) {
+  std::vector<std::string> names;
+  for (const std::string& each : given) {
+    if (each.empty()) return Failure{"a field needs a name"};
+    const auto name = InCodePage(each);
+    if (!name) return name.Why();
+    names.push_back(*name);
+  }
+  if (auto failure = WhyNoRoomFor(names)) return *failure;
+  return names;
+}
+
+std::optional<Failure> WhyNoRoomFor(const std::vector<std::string>& fields) {
+  std::size_t size = 0;
+  for (const std::string& name : fields) {
+    if (name.size() > cardfile::kLongestFieldName) {
+      return Failure{"the name of a field has room for 1,023 characters, and one has " +
+                     std::to_string(name.size())};
+    }
+    size += name.size() + cardfile::kLineEnd.size();
+  }
+  if (size <= cardfile::kMostNameBytes) return std::nullopt;
+  return Failure{
+      "the names of all fields have room for 4,096 bytes, two for the end of each, and " +
+      std::to_string(size) + " are needed"};
 }
 
 }  // namespace pw

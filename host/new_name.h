@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/outcome.h"
 
@@ -16,7 +18,11 @@ Outcome<std::string> NewFileName(std::string_view given);
 // Of a section of a binder, and so of the binder's files too.
 Outcome<std::string> NewSectionName(std::string_view given);
 
-// Of a field of a cardfile, as it is given.
-Outcome<std::string> NewFieldName(std::string_view given);
+// Of the fields of a cardfile, as they are given, if it has room for all of them.
+Outcome<std::vector<std::string>> NewFieldNames(const std::vector<std::string>& given);
+
+// Why the organiser can't read all of these names of a cardfile's fields, which are in its code
+// page; nothing if it can.
+std::optional<Failure> WhyNoRoomFor(const std::vector<std::string>& fields);
 
 }  // namespace pw

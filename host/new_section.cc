@@ -1,8 +1,8 @@
 #include "host/new_section.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "base/codepage.h"
 #include "host/binder_files.h"
 #include "host/record_reader.h"
 #include "memo/format.h"
@@ -22,10 +22,22 @@ bool Has(const std::vector<std::string>& sections, const std::string& name) {
   return std::find(sections.begin(), sections.end(), name) != sections.end();
 }
 
+std::string StemOf(EngineRun& run, const std::string& name) {
+  return run.Objects().config.String(PWConfig::kDataFolder).Str() + "\\" + name;
+}
+
+// For a person.
+std::string NameOf(EngineRun& run, const std::string& name) {
+  return run.NativePathOf(StemOf(run, name) + memo::kSectionFile) + ": section '" +
+         CodePageToUtf8(name) + "'";
+}
+
+}  // namespace
+
 // Where the file of the sections is missing the module makes all three anew, and one that it can't
 // read it leaves alone without a word.
-std::optional<Failure> WhatIsInTheWay(EngineRun& run, const std::string& stem,
-                                      const std::string& name) {
+std::optional<Failure> WhatIsInTheWayOfSection(EngineRun& run, const std::string& name) {
+  const std::string stem = StemOf(run, name);
   const auto file = FileThere(stem);
   if (!file) return std::nullopt;
   const auto sections = SectionNames(stem);
@@ -35,19 +47,15 @@ std::optional<Failure> WhatIsInTheWay(EngineRun& run, const std::string& stem,
                    "complete; see `pairwise check`"};
   }
   if (!Has(*sections, name)) return std::nullopt;
-  return Failure{run.NativePathOf(stem + ";" + name) + ": is there already"};
+  return Failure{NameOf(run, name) + " is there already"};
 }
 
-}  // namespace
-
 Outcome<std::string> MakeSection(EngineRun& run, const std::string& name) {
-  const std::string stem = run.Objects().config.String(PWConfig::kDataFolder).Str() + "\\" + name;
-  if (auto failure = WhatIsInTheWay(run, stem, name)) return *failure;
-  PWString location;
-  const PWRESULT result = run.Manager().NewCategory(name.c_str(), kMemoType, &location);
-  const auto sections = SectionNames(stem);
-  if (result == kResultOk && sections && Has(*sections, name)) return location.Str();
-  return Failure{run.NativePathOf(location.Str()) + ": could not be made"};
+  const PWRESULT result = run.Manager().NewCategory(name.c_str(), kMemoType, nullptr);
+  const auto sections = SectionNames(StemOf(run, name));
+  if (result == kResultOk && sections && Has(*sections, name)) return NameOf(run, name);
+  if (auto said = TakeLoggedFailure(run)) return *said;
+  return Failure{NameOf(run, name) + " could not be made"};
 }
 
 }  // namespace pw

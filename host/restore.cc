@@ -25,21 +25,43 @@ bool AreSpellingsOfOne(const std::string& a, const std::string& b) {
   return first && second && EqualFileNames(*first, *second);
 }
 
+// A part of a backup, and the folder that has its files.
+struct KeptPart {
+  BackupPart part;
+  fs::path folder;
+};
+
+// Nothing where the backup has none of that place.
+std::optional<KeptPart> PartOfPlace(const Profile& profile, const CutOffRun& run,
+                                    const DataPlace& place) {
+  const auto places = PlacesOf(profile, run.list);
+  if (!places) return std::nullopt;
+  for (std::size_t i = 0; i < places->size(); ++i) {
+    std::error_code error;
+    const fs::path& folder = (*places)[i].folder;
+    if (folder != place.folder && !fs::equivalent(folder, place.folder, error)) continue;
+    return KeptPart{run.list[i], PartFolder(BackupFolder(profile, run.backup), i)};
+  }
+  return std::nullopt;
+}
+
 // One part of a backup on its way back into its place.
 class PartRestore {
  public:
+  // `before` is what there was before a run that was cut off; nothing where none was, or it wasn't
+  // of that place.
   PartRestore(const Profile& profile, const DataPlace& place, const BackupPart& part,
-              Restored& result)
-      : profile(profile), place(place), part(part), result(result) {}
+              std::optional<KeptPart> before, Restored& result)
+      : profile(profile), place(place), part(part), before(std::move(before)), result(result) {}
 
-  void Run(const fs::path& from, NewFiles newFiles) {
+  void Run(const fs::path& from) {
     std::error_code error;
     fs::create_directories(place.folder, error);
     RemoveTemporaries();
     for (const ListedFile& file : part.files) {
       if (!PutBack(from, file.name)) return;
     }
-    RemoveNew(newFiles);
+    RemoveNew();
     if (!result.failure) result.failure = SyncFiles(place.folder, changed);
   }
 
@@ -83,14 +105,34 @@ class PartRestore {
                        [&](const ListedFile& file) { return AreSpellingsOfOne(file.name, name); });
   }
 
-  bool MustGo(const std::string& name, const std::set<std::string>& sets, NewFiles newFiles) const {
-    if (Has(name)) return false;
-    if (IsOtherSpelling(name)) return true;
-    if (!IsOrganiserFile(name) || !BelongsTo(place.kind, name)) return false;
-    return newFiles == NewFiles::kGo || sets.count(SetOfFile(name)) > 0;
+  bool IsOfOrganiser(const std::string& name) const {
+    return IsOrganiserFile(name) && BelongsTo(place.kind, name);
   }
 
-  void RemoveNew(NewFiles newFiles) {
+  // That there was before the run that was cut off; nullptr if there was none.
+  const ListedFile* BeforeCutOffRun(const std::string& name) const {
+    const auto& files = before->part.files;
+    const auto found = std::find_if(files.begin(), files.end(), [&](const ListedFile& file) {
+      return AreSpellingsOfOne(file.name, name);
+    });
+    return found == files.end() ? nullptr : &*found;
+  }
+
+  bool MustGo(const std::string& name, const std::set<std::string>& sets) const {
+    if (Has(name)) return false;
+    if (IsOtherSpelling(name)) return true;
+    if (!IsOfOrganiser(name)) return false;
+    return sets.count(SetOfFile(name)) > 0 || (before && BeforeCutOffRun(name) == nullptr);
+  }
+
+  // Whether a file that stays isn't as it was before the run that was cut off.
+  bool IsLeftCut(const std::string& name) const {
+    if (Has(name) || !IsOfOrganiser(name) || !before) return false;
+    const ListedFile* file = BeforeCutOffRun(name);
+    return file != nullptr && !HaveSameBytes(place.folder / name, before->folder / file->name);
+  }
+
+  void RemoveNew() {
     std::set<std::string> sets;
     for (const ListedFile& file : part.files) sets.insert(SetOfFile(file.name));
     sets.erase("");
@@ -100,8 +142,11 @@ class PartRestore {
       return;
     }
     for (const std::string& name : *names) {
-      if (!MustGo(name, sets, newFiles)) continue;
       const fs::path file = place.folder / name;
+      if (!MustGo(name, sets)) {
+        if (IsLeftCut(name)) result.leftCut.push_back(file);
+        continue;
+      }
       std::error_code error;
       fs::remove(file, error);
       if (error) {
@@ -115,6 +160,7 @@ class PartRestore {
   const Profile& profile;
   const DataPlace& place;
   const BackupPart& part;
+  const std::optional<KeptPart> before;
   Restored& result;
   std::vector<std::string> changed;  // the names of those that were put back
 };
@@ -141,7 +187,7 @@ Outcome<std::vector<DataPlace>> PlacesOf(const Profile& profile, const BackupLis
 }
 
 Restored RestoreBackup(const Profile& profile, const std::string& name, const BackupList& list,
-                       NewFiles newFiles) {
+                       const std::optional<CutOffRun>& cutOff) {
   Restored result;
   const auto places = PlacesOf(profile, list);
   if (!places) {
@@ -149,8 +195,10 @@ Restored RestoreBackup(const Profile& profile, const std::string& name, const Ba
     return result;
   }
   for (std::size_t i = 0; i < list.size() && !result.failure; ++i) {
-    PartRestore part(profile, (*places)[i], list[i], result);
-    part.Run(PartFolder(BackupFolder(profile, name), i), newFiles);
+    const DataPlace& place = (*places)[i];
+    PartRestore part(profile, place, list[i],
+                     cutOff ? PartOfPlace(profile, *cutOff, place) : std::nullopt, result);
+    part.Run(PartFolder(BackupFolder(profile, name), i));
   }
   return result;
 }

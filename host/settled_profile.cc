@@ -11,7 +11,9 @@
 #include "host/data_folder.h"
 #include "host/default_calendar.h"
 #include "host/native_file.h"
+#include "host/new_name.h"
 #include "host/profile_edit.h"
+#include "host/text_table.h"
 
 namespace pw {
 namespace {
@@ -74,12 +76,19 @@ std::string SettledChanges(const Profile& before, const Profile& after) {
   return JoinNonEmpty(changes, ", ");
 }
 
-std::optional<Failure> WhyUnusable(const Profile& profile) {
-  if (NativeDataFolder(profile)) return std::nullopt;
-  const std::string folder = profile.DataFolder();
-  return Failure{(folder.empty() ? "no data folder" : CodePageToUtf8(folder)) +
-                 ": not on one of the drives that [drives] in " +
-                 profile.DescriptionFile().string() + " names; nothing was saved"};
+std::optional<Failure> WhyUnusable(const Profile& before, const Profile& after) {
+  if (!NativeDataFolder(after)) {
+    const std::string folder = after.DataFolder();
+    return Failure{(folder.empty() ? "no data folder" : CodePageToUtf8(folder)) +
+                   ": not on one of the drives that [drives] in " +
+                   after.DescriptionFile().string() + " names; nothing was saved"};
+  }
+  const std::string stem = after.Setting(PWConfig::kCalendarStem);
+  if (stem.empty() || stem == before.Setting(PWConfig::kCalendarStem)) return std::nullopt;
+  const auto name = NewFileName(CodePageToUtf8(stem));
+  if (name) return std::nullopt;
+  return Failure{"calendar '" + OneLine(CodePageToUtf8(stem)) + "': " + name.Why().message +
+                 "; nothing was saved"};
 }
 
 std::vector<std::string> SettledWarnings(const Profile& before, const Profile& after) {

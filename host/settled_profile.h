@@ -18,8 +18,8 @@ Profile SettledProfile(const Profile& before, PWConfig& settings, std::int32_t s
 // What is different, for the person; empty if nothing is.
 std::string SettledChanges(const Profile& before, const Profile& after);
 
-// Why nobody could work with the profile; nothing if all is well.
-std::optional<Failure> WhyUnusable(const Profile& profile);
+// Why nobody could work with what was settled; nothing if all is well.
+std::optional<Failure> WhyUnusable(const Profile& before, const Profile& after);
 
 // What the person should know of the files that the profile leads to now.
 std::vector<std::string> SettledWarnings(const Profile& before, const Profile& after);

@@ -1,29 +1,28 @@
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
-#include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "base/codepage.h"
-#include "base/text.h"
 #include "cardfile/format.h"
 #include "host/calendar_guard.h"
+#include "host/calendar_stems.h"
+#include "host/card_template.h"
 #include "host/commands/commands.h"
 #include "host/commands/profile_run.h"
 #include "host/counted.h"
+#include "host/native_file.h"
 #include "host/new_calendar.h"
 #include "host/new_name.h"
 #include "host/new_section.h"
 #include "host/record_reader.h"
-#include "host/text_table.h"
+#include "memo/format.h"
 #include "platform/platform.h"
 
 // `pairwise new`: cardfiles, binders and calendars made.
@@ -43,77 +42,48 @@ struct NewThing {
   std::string name;
   std::optional<std::string> templateName;  // as it was given
   std::vector<std::string> fields;
-};
-
-// The list shows the first one in brackets, as the default.
-std::vector<std::string> NamesOf(std::vector<std::string> entries) {
-  constexpr std::string_view kEnd = " default]";
-  if (!entries.empty() && entries[0].starts_with('[') && entries[0].ends_with(kEnd)) {
-    entries[0] = entries[0].substr(1, entries[0].size() - 1 - kEnd.size());
-  }
-  return entries;
-}
-
-std::string InQuotes(const std::vector<std::string>& names) {
-  std::string text;
-  for (const std::string& name : names) {
-    text += (text.empty() ? "'" : ", '") + OneLine(CodePageToUtf8(name)) + "'";
-  }
-  return text;
-}
-
-// A choice among the templates that there are, and the exit code where none was made; that was told
-// then.
-class TemplateChoice {
- public:
-  TemplateChoice(const Console& console, std::optional<std::string> wanted)
-      : console(console), wanted(std::move(wanted)) {}
-
-  std::optional<std::size_t> Among(const std::vector<std::string>& entries) {
-    const std::vector<std::string> names = NamesOf(entries);
-    if (wanted) return Find(names);
-    if (console.isAsking) return Ask(names);
-    code = console.FailUsage("which template? Give one as --template NAME; there is " +
-                             InQuotes(names));
-    return std::nullopt;
-  }
-
-  std::optional<int> Code() const { return code; }
-
- private:
-  std::optional<std::size_t> Find(const std::vector<std::string>& names) {
-    const auto name = Utf8ToCodePage(*wanted);
-    const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& each) {
-      return name && EqualIgnoringCase(each, *name);
-    });
-    if (found != names.end()) return static_cast<std::size_t>(found - names.begin());
-    code = console.Fail({"there is no template '" + *wanted + "'; there is " + InQuotes(names)});
-    return std::nullopt;
-  }
-
-  std::optional<std::size_t> Ask(const std::vector<std::string>& names) {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      console.messages << "  " << i + 1 << "  " << OneLine(CodePageToUtf8(names[i])) << "\n";
-    }
-    const std::string most = std::to_string(names.size());
-    const auto answer = console.Ask("Which template (1 to " + most + ", Enter for the first)? ");
-    if (answer && answer->empty()) return 0;
-    std::size_t number = 0;
-    const std::string text = answer.value_or("");
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isNumber = error == std::errc() && end == text.data() + text.size();
-    if (isNumber && number >= 1 && number <= names.size()) return number - 1;
-    code = console.Fail({"'" + OneLine(text) + "' is none of 1 to " + most + "; nothing was made"});
-    return std::nullopt;
-  }
-
-  const Console& console;
-  std::optional<std::string> wanted;
-  std::optional<int> code;
+  CardTemplateChoice ofTemplate;  // of a cardfile without fields; chosen before the run that writes
 };
 
 std::string LocationOf(EngineRun& run, const std::string& name) {
   return run.Objects().config.String(PWConfig::kDataFolder).Str() + "\\" + name;
+}
+
+std::string CardfileOf(EngineRun& run, const NewThing& wanted) {
+  return LocationOf(run, wanted.name) + std::string(cardfile::kExtension);
+}
+
+// Of the files that it will have the one with the longest name.
+std::string LongestFileOf(EngineRun& run, const NewThing& wanted) {
+  if (wanted.type == kContactType) return CardfileOf(run, wanted);
+  const std::string location = LocationOf(run, wanted.name);
+  return location + (wanted.type == kMemoType ? memo::kHeaderFile : std::string(kEventFile));
+}
+
+// What there is of that name the module would empty, or add nothing to.
+std::optional<Failure> WhatIsThere(EngineRun& run, const NewThing& wanted) {
+  if (wanted.type == kMemoType) return WhatIsInTheWayOfSection(run, wanted.name);
+  if (wanted.type == kContactType) {
+    const std::string file = CardfileOf(run, wanted);
+    if (!CurrentPlatform().files->Exists(file)) return std::nullopt;
+    return Failure{run.NativePathOf(file) + ": is there already"};
+  }
+  const std::vector<std::string> files = CalendarFilesAt(run, LocationOf(run, wanted.name));
+  if (files.empty()) return std::nullopt;
+  return Failure{files.front() + ": is there already"};
+}
+
+// The exit code if it can't be made, or nobody says how. Nothing is made or changed by the look.
+std::optional<int> LookBeforehand(EngineRun& run, const Console& console, NewThing& wanted) {
+  if (const auto there = WhatIsThere(run, wanted)) return console.Fail(*there);
+  const std::string file = run.NativePathOf(LongestFileOf(run, wanted));
+  if (const auto why = WhyNotMakeable(file)) return console.Fail(*why);
+  if (wanted.type != kContactType || !wanted.fields.empty()) return std::nullopt;
+  return ChooseCardTemplate(run, console, wanted.templateName, wanted.ofTemplate);
+}
+
+int FailToMake(EngineRun& run, const Console& console, const std::string& location) {
+  return console.Fail({run.NativePathOf(location) + ": could not be made"});
 }
 
 int TellMade(EngineRun& run, const Console& console, const std::string& location) {
@@ -122,8 +92,8 @@ int TellMade(EngineRun& run, const Console& console, const std::string& location
 }
 
 // A cardfile has no room for any number of names, and the module leaves out what is beyond.
-int TellFieldsLeftOut(EngineRun& run, const Console& console, const NewThing& wanted,
-                      const std::string& location) {
+int TellFieldsLeftOut(EngineRun& run, const Console& console,
+                      const std::vector<std::string>& fields, const std::string& location) {
   PWSourceCategory category;
   category.Location = location.c_str();
   const std::vector<std::string> made = FieldNames(run, kContactType, category);
@@ -131,85 +101,73 @@ int TellFieldsLeftOut(EngineRun& run, const Console& console, const NewThing& wa
     return CodePageToUtf8(asked) == name;
   };
   const auto left =
-      std::mismatch(wanted.fields.begin(), wanted.fields.end(), made.begin(), made.end(), isMade)
-          .first;
-  if (left == wanted.fields.end()) return kExitDone;
-  const auto count = static_cast<std::size_t>(wanted.fields.end() - left);
-  console.Fail({run.NativePathOf(location) + ": the last " +
-                Counted(count, "field was", "fields were") +
-                " left out, as all names together have room for 65,535 bytes"});
+      std::mismatch(fields.begin(), fields.end(), made.begin(), made.end(), isMade).first;
+  if (left != fields.end()) {
+    const auto count = static_cast<std::size_t>(fields.end() - left);
+    console.Fail({run.NativePathOf(location) + ": the last " +
+                  Counted(count, "field was", "fields were") +
+                  " left out, as all names together have room for 65,535 bytes"});
+    return kExitSomeSkipped;
+  }
+  const auto tooMuch = WhyNoRoomFor(fields);
+  if (!tooMuch) return kExitDone;
+  console.Fail(
+      {run.NativePathOf(location) + ": " + tooMuch->message + "; the organiser may not read more"});
   return kExitSomeSkipped;
 }
 
 // As an engine that brings data in makes it: with fields of its own.
-int MakeCardfileOfFields(EngineRun& run, const Console& console, const NewThing& wanted,
-                         const std::string& location) {
+int MakeCardfileOfFields(EngineRun& run, const Console& console, const NewThing& wanted) {
+  const std::string location = CardfileOf(run, wanted);
   PWStringVector names;
   for (const std::string& field : wanted.fields) names.AppendText(field);
   PWImportManager& manager = run.Objects().importManager;
   manager.SetImportPath(location.c_str());
   manager.PrepareImport(kContactType, names);
-  if (!CurrentPlatform().files->Exists(location)) {
-    return console.Fail({run.NativePathOf(location) + ": could not be made"});
-  }
-  TellMade(run, console, location);
-  return TellFieldsLeftOut(run, console, wanted, location);
+  const bool isMade = CurrentPlatform().files->Exists(location);
+  return isMade ? TellMade(run, console, location) : FailToMake(run, console, location);
 }
 
 int MakeCardfileOfTemplate(EngineRun& run, const Console& console, const NewThing& wanted) {
-  TemplateChoice choice(console, wanted.templateName);
-  bool areTemplates = false;
-  run.Objects().dialogs.ChooseFromLists([&](const std::vector<std::string>& entries) {
-    areTemplates = true;
-    return choice.Among(entries);
-  });
-  PWString location;
-  const PWRESULT result = run.Manager().NewCategory(wanted.name.c_str(), kContactType, &location);
+  const std::string location = CardfileOf(run, wanted);
+  const CardTemplateChoice& chosen = wanted.ofTemplate;
+  run.Objects().dialogs.ChooseFromLists([&](const auto& /*entries*/) { return chosen.place; });
+  const PWRESULT result = run.Manager().NewCategory(wanted.name.c_str(), kContactType, nullptr);
   run.Objects().dialogs.ChooseFromLists({});
-  if (result == kResultOk) return TellMade(run, console, location.Str());
-  if (choice.Code()) return *choice.Code();
-  const std::string file = run.NativePathOf(location.Str());
-  if (areTemplates) return console.Fail({file + ": not made"});
-  const std::string folder = run.Objects().config.String(PWConfig::kInstallFolder).Str();
-  return console.Fail({file + ": not made, as there are no templates in '" +
-                       CodePageToUtf8(folder) +
-                       "\\Data\\crdstyle.dat', whose folder is entry 3 of the profile's [config]; "
-                       "--field names fields without one"});
+  if (result != kResultOk) return FailToMake(run, console, location);
+  TellMade(run, console, location);
+  return TellFieldsLeftOut(run, console, chosen.fields, location);
 }
 
-int MakeCardfile(EngineRun& run, const Console& console, const NewThing& wanted) {
-  const std::string location = LocationOf(run, wanted.name) + std::string(cardfile::kExtension);
-  if (CurrentPlatform().files->Exists(location)) {
-    return console.Fail({run.NativePathOf(location) + ": is there already"});
-  }
-  return wanted.fields.empty() ? MakeCardfileOfTemplate(run, console, wanted)
-                               : MakeCardfileOfFields(run, console, wanted, location);
-}
-
-// What there is of that name would be emptied by the module.
 int MakeCalendarSet(EngineRun& run, const Console& console, const NewThing& wanted) {
   const std::string location = LocationOf(run, wanted.name);
-  const std::vector<std::string> before = CalendarFilesAt(run, location);
-  if (!before.empty()) return console.Fail({before.front() + ": is there already"});
   if (wanted.type == kCalendarType) {
     const auto made = MakeCalendar(run, location);
     if (!made) return console.Fail(made.Why());
   } else {
-    PWString where;
-    run.Manager().NewCategory(wanted.name.c_str(), kTodoType, &where);
+    run.Manager().NewCategory(wanted.name.c_str(), kTodoType, nullptr);
   }
   const std::vector<std::string> made = CalendarFilesAt(run, location);
-  if (made.empty()) return console.Fail({run.NativePathOf(location) + ": could not be made"});
+  if (made.empty()) return FailToMake(run, console, LongestFileOf(run, wanted));
   for (const std::string& file : made) console.out << file << " is made\n";
   console.messages << "`pairwise options` has the profile use it\n";
   return kExitDone;
 }
 
+int MakeMemoSection(EngineRun& run, const Console& console, const NewThing& wanted) {
+  const auto made = MakeSection(run, wanted.name);
+  if (!made) return console.Fail(made.Why());
+  console.out << *made << " is made\n";
+  return kExitDone;
+}
+
 int Make(EngineRun& run, const Console& console, const NewThing& wanted) {
-  if (wanted.type == kContactType) return MakeCardfile(run, console, wanted);
-  if (wanted.type != kMemoType) return MakeCalendarSet(run, console, wanted);
-  const auto location = MakeSection(run, wanted.name);
-  return location ? TellMade(run, console, *location) : console.Fail(location.Why());
+  // The look beforehand was at copies of the files.
+  if (const auto there = WhatIsThere(run, wanted)) return console.Fail(*there);
+  if (wanted.type == kMemoType) return MakeMemoSection(run, console, wanted);
+  if (wanted.type != kContactType) return MakeCalendarSet(run, console, wanted);
+  return wanted.fields.empty() ? MakeCardfileOfTemplate(run, console, wanted)
+                               : MakeCardfileOfFields(run, console, wanted);
 }
 
 // A failure says why the command line can't be meant.
@@ -221,13 +179,9 @@ Outcome<NewThing> ToMake(const NewOptions& options) {
   }
   const auto name = type == kMemoType ? NewSectionName(options.name) : NewFileName(options.name);
   if (!name) return name.Why();
-  NewThing wanted{type, *name, options.templateName, {}};
-  for (const std::string& given : options.fields) {
-    const auto field = NewFieldName(given);
-    if (!field) return field.Why();
-    wanted.fields.push_back(*field);
-  }
-  return wanted;
+  auto fields = NewFieldNames(options.fields);
+  if (!fields) return fields.Why();
+  return NewThing{type, *name, options.templateName, std::move(*fields), {}};
 }
 
 }  // namespace
@@ -256,11 +210,14 @@ void AddNewCommand(CLI::App& app, CommandLine& line) {
       ->excludes(ofTemplate);
   command->callback([&line, options] {
     line.chosen = [&line, options] {
-      const auto wanted = ToMake(*options);
+      auto wanted = ToMake(*options);
       if (!wanted) return line.console.FailUsage(wanted.Why().message);
-      return WithWritingRun(line, !AnyNeedsCalendars({wanted->type}), [&](EngineRun& run) {
+      const auto make = [&](EngineRun& run) {
         run.Objects().setWindowChain(true);
         return Make(run, line.console, *wanted);
+      };
+      return WithWritingRun(line, !AnyNeedsCalendars({wanted->type}), make, [&](EngineRun& run) {
+        return LookBeforehand(run, line.console, *wanted);
       });
     };
   });

@@ -102,7 +102,7 @@ Outcome<Shown> ShowAndSave(const Console& console, const OptionPages& pages,
     console.messages << "nothing has changed\n";
     return shown;
   }
-  if (const auto unusable = WhyUnusable(shown.settled)) return *unusable;
+  if (const auto unusable = WhyUnusable(profile, shown.settled)) return *unusable;
   const auto saved = SaveSettled(profile, shown.settled);
   if (!saved) return saved.Why();
   console.messages << "saved in " << profile.DescriptionFile().string() << ": " << changes << "\n";

@@ -1,7 +1,9 @@
 #include "host/commands/profile_run.h"
 
 #include <ctime>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "host/backups.h"
@@ -21,15 +23,22 @@ int EndRun(const Console& console, EngineRun& run, int code) {
   return lost ? console.Fail(*lost) : code;
 }
 
-// The module doesn't say where a save failed.
-int TellUnwritten(const Console& console, const EngineRun& run, const std::string& backup,
-                  int code) {
+// The module doesn't say where a save failed. Where all is as it was there is nothing to bring
+// back.
+int TellUnwritten(const Console& console, const Profile& profile, const EngineRun& run,
+                  const std::string& backup, int code) {
   const std::vector<std::string> files = run.UnwrittenFiles();
+  if (files.empty()) return code;
+  const bool isUnchanged = IsAsInBackup(profile, backup);
   for (const std::string& file : files) {
-    const Failure cut{run.NativePathOf(file) + ": could not be written whole"};
+    const std::string native = run.NativePathOf(file);
+    std::error_code error;
+    const bool isMissing = isUnchanged && !std::filesystem::exists(native, error);
+    const Failure cut{native +
+                      (isMissing ? ": could not be made" : ": could not be written whole")};
     console.Fail(run.WhyClosed(file).value_or(cut));
   }
-  if (files.empty()) return code;
+  if (isUnchanged) return kExitFailed;
   return console.Fail({"`pairwise restore " + backup + "` brings back what was there before"});
 }
 
@@ -68,7 +77,7 @@ int WorkInPlace(const Console& console, const Profile& profile, EngineRun& run,
   if (!mark) return console.Fail(mark.Why());
   const MarkedRun marked(profile, std::move(*mark));
   console.messages << "pairwise: the files as they were are in backup " << backup->name << "\n";
-  return TellUnwritten(console, run, backup->name, EndRun(console, run, work(run)));
+  return TellUnwritten(console, profile, run, backup->name, EndRun(console, run, work(run)));
 }
 
 // The exit code if the person doesn't agree, or can't be asked.

@@ -1,6 +1,7 @@
 #include "host/import/contact_records.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <unordered_set>
 #include <utility>
 
@@ -25,10 +26,25 @@ std::string Folded(const std::string& text) {
   return folded;
 }
 
+// The fields that may hold line breaks: the contact log, and of those with names of their own the
+// last one, which ends with the card's text and not with a line. A name means the first field that
+// has it.
+std::unordered_set<std::string> FieldsOfLines(const std::vector<std::string>& names) {
+  const bool hasLog = !names.empty() && names.back() == kContactLog;
+  const std::size_t beside = hasLog ? 2 : 1;
+  const std::size_t last = names.size() - std::min(beside, names.size());
+  std::unordered_set<std::string> fields;
+  for (std::size_t i = last; i < names.size(); ++i) {
+    const auto first = std::find(names.begin(), names.end(), names[i]);
+    if (first - names.begin() == static_cast<std::ptrdiff_t>(i)) fields.insert(names[i]);
+  }
+  return fields;
+}
+
 class ContactImport {
  public:
   explicit ContactImport(const std::vector<std::string>& names)
-      : fields(names.begin(), names.end()) {}
+      : fields(names.begin(), names.end()), fieldsOfLines(FieldsOfLines(names)) {}
 
   void Fill(const Contact& contact, IncomingRecord& record) const {
     std::unordered_set<std::string_view> seen;
@@ -47,9 +63,9 @@ class ContactImport {
   }
 
  private:
-  static void SetField(const std::string& name, const std::string& value, IncomingRecord& record) {
+  void SetField(const std::string& name, const std::string& value, IncomingRecord& record) const {
     std::string text = value;
-    if (name != kContactLog && value.find_first_of("\r\n") != std::string::npos) {
+    if (fieldsOfLines.count(name) == 0 && value.find_first_of("\r\n") != std::string::npos) {
       text = Folded(value);
       record.remarks.push_back(name + " is in one line now");
     }
@@ -59,6 +75,7 @@ class ContactImport {
   }
 
   std::unordered_set<std::string> fields;
+  std::unordered_set<std::string> fieldsOfLines;
 };
 
 struct ReadCards {

@@ -6,6 +6,7 @@
 
 #include "base/codepage.h"
 #include "host/catalogue.h"
+#include "host/import/all_day_alarm.h"
 #include "host/import/comparison.h"
 #include "host/import/damage.h"
 #include "host/import/record_limits.h"
@@ -99,6 +100,7 @@ std::string Importer::Add(PWSource& source, IncomingRecord& incoming) {
       FirstOf({incoming.lacks, WhyEmpty(given, type), WhyWithoutLength(given, type),
                WhyTooLong(given, type), type == kContactType ? WhyFull(source) : std::string()});
   if (!why.empty()) return Refusal(why);
+  if (type == kCalendarType) PassAlarmOfOneDay(incoming.record);
   const std::uint32_t before = source.RecordCount();
   const bool isAdded = source.AddRecord(incoming.record) == kResultOk;
   return isAdded && source.RecordCount() > before ? "" : kRefusedByPlugIn;
@@ -131,6 +133,7 @@ std::string Importer::Update(PWSource& source, const std::string& id, IncomingRe
 
 // What no longer goes where it was the module deletes first, and then may have no place for it.
 std::string Importer::Replace(PWSource& source, PWRecord& record, PWRecord& before) {
+  if (type == kCalendarType) PassAlarmOfOneDay(record);
   const std::uint32_t count = source.RecordCount();
   const bool isDone = source.UpdateRecord(record) == kResultOk;
   if (isDone && source.RecordCount() == count) return {};

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/end_to_end/process.h"
+#include "tests/platform/temp_folder.h"
 
 // What the shells offer and what the man page tells, against what the program's own help lists.
 namespace pw {
@@ -115,6 +117,31 @@ TEST(CompletionTest, BashOffersWhatFits) {
   EXPECT_EQ(offered("remove \"\""), Words{"contact"});
   EXPECT_EQ(offered("new t"), Words{"todo"}) << "clocks can't be made";
   EXPECT_EQ(offered("wipe contact t"), Words{"todo"}) << "nor emptied";
+}
+
+// The shell hands over what was typed, before it has expanded anything.
+TEST(CompletionTest, BashFindsTheBackupsOfAnyProfile) {
+  const TempFolder folder;
+  for (const char* profile : {"organiser", "my own", "."}) {
+    folder.Put(std::string(profile) + "/backups/2026-11-25T21-49-01/files.txt", "");
+  }
+  const std::string home = folder.Path().string();
+  const auto offered = [&](const std::string& words) {
+    folder.Put("try.bash", "source '" + kBashFile + "'\nCOMP_WORDS=(pairwise " + words +
+                               ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_pairwise\n"
+                               "echo \"${COMPREPLY[@]}\"\n");
+    return OutputOf("HOME='" + home + "' PAIRWISE_PROFILE='" + home + "/organiser' bash '" + home +
+                    "/try.bash'");
+  };
+  const std::string backup = "2026-11-25T21-49-01\n";
+  for (const char* words :
+       {"restore ''", "-p '~/organiser' restore ''", "restore --profile '~/organiser' 2026",
+        "-p '~' restore ''", "-p '~/my\\ own' restore ''", "-p '~/\"my own\"' restore ''"}) {
+    EXPECT_EQ(offered(words), backup) << words;
+  }
+  EXPECT_EQ(offered("-p '~/nowhere' restore ''"), "\n");
+  EXPECT_EQ(offered("-p '~;touch>$HOME/made/' restore ''"), "\n");
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "made")) << "nothing typed is run";
 }
 
 }  // namespace

@@ -194,6 +194,44 @@ TEST_F(CutOffRunTest, LeavesNoNewFiles) {
   EXPECT_GT(DataFiles().size(), before.size());
 }
 
+// An older backup than the run's own: what was there before the run stays, though it may be half
+// written, which is told.
+TEST_F(CutOffRunTest, TakesAlongOnlyWhatItHasMade) {
+  const std::string older = BackupOf(demo);
+  ASSERT_EQ(Run({"new", "contact", "Later", "--field", "Name"}).code, 0);
+  ASSERT_EQ(Run({"new", "memo", "LaterNotes"}).code, 0);
+  before = DataFiles();
+  constexpr const char* kCallsOnNewFiles = R"({"op":"newcategory","type":"memo","name":"Cut"}
+{"op":"open","type":"contact","location":"C:\\Data\\Later.WMCard"}
+{"op":"add","record":{"Name":"Ann"}}
+{"op":"close"}
+)";
+  bool wasLeftCut = false;
+  int change = 1;
+  for (; RunUntil(change, kCallsOnNewFiles) == kCutOff; ++change) {
+    const std::string cut = folder.Get("demo/data/Later.WMCard");
+    const std::string marked = MarkedBackup();
+    const Finished restored = Run({"restore", older});
+    ASSERT_EQ(restored.code, 0) << restored.messages;
+    auto expected = before;
+    expected["Later.WMCard"] = cut;
+    ASSERT_EQ(DataFiles(), expected) << "at change " << change;
+    const bool isLeftCut = cut != before["Later.WMCard"];
+    wasLeftCut = wasLeftCut || isLeftCut;
+    std::string told = "Later.WMCard: not in " + older;
+    told.append(", so it stays as the run that was cut off has left it; ").append(marked);
+    told.append(" has it as it was\n");
+    EXPECT_EQ(restored.messages.find(told) != std::string::npos, isLeftCut) << restored.messages;
+    // Of the many backups of this loop the older one must not be too old.
+    for (const std::string& name : ListedBackups(demo)) {
+      if (name != older) fs::remove_all(fs::path(demo) / "backups" / name);
+    }
+    folder.Put("demo/data/Later.WMCard", before["Later.WMCard"]);
+  }
+  EXPECT_GT(change, 5);
+  EXPECT_TRUE(wasLeftCut);
+}
+
 TEST_F(CutOffRunTest, IsToldUntilItIsSettled) {
   ASSERT_EQ(RunUntil(2), kCutOff);
   const auto cut = DataFiles();

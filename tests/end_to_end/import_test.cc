@@ -368,7 +368,8 @@ TEST_F(ImportTest, MakesRemovesAndEmpties) {
   };
   EXPECT_EQ(run({"new", "contact", "Shops", "--field", "Name", "--field", "Open"}).code, 0);
   EXPECT_EQ(own.Get("demo/data/Shops.WMCard").substr(0, 6), "WMW300");
-  EXPECT_EQ(run({"new", "memo", "Ideas"}).out, demo + "/data/Ideas;Ideas is made\n");
+  EXPECT_EQ(run({"new", "memo", "Ideas"}).out,
+            demo + "/data/Ideas.WMWrite: section 'Ideas' is made\n");
   const std::string stem = demo + "/data/Ben";
   EXPECT_EQ(
       run({"new", "calendar", "Ben"}).out,

@@ -116,15 +116,74 @@ TEST(ImportUpdate, LeavesCardsOfAnotherFileAlone) {
          {}},
         true);
   EXPECT_EQ(sample.folder.Get("c/Data/Friends.WMCard"), before);
+  Check(sample, {"own.vcf", own, 0, "0 records added, 3 updated\n", {}, {}}, true);
+  Check(sample, {"new.vcf", other, 0, "1 record added\n", {}, {}}, false);
+}
+
+// The last named field and the contact log are the only ones that aren't lines of the file.
+TEST(ImportUpdate, KeepsTheLineBreaksThatACardHas) {
+  for (const char* format : {"json", "csv", "vcf"}) {
+    SCOPED_TRACE(format);
+    const Sample sample;
+    const std::string own = sample.Run({"export", "contact", "--format", format}).out;
+    const auto fields = [&] {
+      nlohmann::json all;
+      const auto cards = nlohmann::json::parse(sample.Run({"export", "contact"}).out);
+      for (const auto& card : cards) all.push_back(card["fields"]);
+      return all;
+    };
+    const nlohmann::json before = fields();
+    ASSERT_EQ(before[0]["Company"], "Acme\r\nSecond line");
+    const std::string file = std::string("own.") + format;
+    Check(sample, {file.c_str(), own, 0, "0 records added, 3 updated\n", {}, {}}, true);
+    EXPECT_EQ(fields(), before);
+    ASSERT_EQ(sample.Run({"remove", "contact", "Friends", "--yes"}).code, 0);
+    ASSERT_EQ(sample
+                  .Run({"new", "contact", "Friends", "--field", "First Name", "--field",
+                        "Last Name", "--field", "Company"})
+                  .code,
+              0);
+    Check(sample, {file.c_str(), own, 0, "3 records added\n", {}, {}}, false);
+    EXPECT_EQ(fields(), before);
+  }
+  const Sample sample;
   Check(sample,
-        {"own.vcf",
-         own,
+        {"lines.csv",
+         "First Name,Company,Contact Log\r\n\"a\r\nb\",\"c\r\nd\",\"e\r\nf\"\r\n",
          0,
-         "0 records added, 3 updated, 1 of them changed\n",
-         {"record 1 (Ann): Company is in one line now"},
-         {}},
-        true);
-  Check(sample, {"new.vcf", other, 0, "1 record added, 1 of them changed\n", {}, {}}, false);
+         "1 record added, 1 of them changed\n",
+         {"First Name is in one line now"},
+         {"a b", "\"c\r\nd\"", "\"e\r\nf\""}},
+        false);
+}
+
+// An alarm of a day comes out as a minute more than the plug-in lets in, which rounds it up again.
+TEST(ImportUpdate, TellsOfNoAlarmThatStaysAsItWas) {
+  const TempFolder folder;
+  const std::string demo = (folder.Path() / "demo").string();
+  ASSERT_EQ(RunPairwise({"demo", demo}).code, 0);
+  const auto exported = [&](const char* format) {
+    return RunPairwise({"-p", demo, "export", "calendar", "--format", format}).out;
+  };
+  const auto import = [&](const std::string& file, const std::string& text) {
+    folder.Put(file, text);
+    return RunPairwise(
+        {"-p", demo, "import", "calendar", (folder.Path() / file).string(), "--update"});
+  };
+  nlohmann::json birthday;
+  for (const auto& each : nlohmann::json::parse(exported("json"))) {
+    if (each["record"].value("AlarmAdvance", 0) == 1440) birthday = each;
+  }
+  ASSERT_FALSE(birthday.is_null());
+  const std::string before = exported("json");
+  for (const char* format : {"json", "csv", "ics"}) {
+    const Finished run = import(std::string("own.") + format, exported(format));
+    EXPECT_EQ(run.messages.find("W2015"), std::string::npos) << run.messages;
+    EXPECT_EQ(exported("json"), before) << format;
+  }
+  birthday["record"]["AlarmAdvance"] = 2160;
+  const Finished two = import("two.json", nlohmann::json::array({birthday}).dump());
+  EXPECT_TRUE(Has(two.messages, "W2015")) << "of two days one is left";
 }
 
 TEST(ImportLimits, ACardfileHasItsMostCardsAndNoMore) {
@@ -167,25 +226,28 @@ TEST(ImportLimits, NothingIsWrittenToADamagedFile) {
   const struct {
     const char* file;
     std::size_t at;
-    const char* bytes;
-    const char* type;
+    std::string bytes;
+    std::string type;
   } cases[] = {
-      {"Friends.WMCard", 0, "XXX", "contact"},            // its magic
-      {"Friends.WMCard", 60, "\xFF\xFF\xFF", "contact"},  // where its names are
-      {"Friends.WMCard", 10, "\xFF", "contact"},          // its count of cards
-      {"Notebook.WMNoteHeader", 0, "XXX", "memo"},        // its magic
-      {"Notebook.WMNoteHeader", 6, "\x02", "memo"},       // its count of notes
-      {"Notebook.WMWrite", 0, "\x01", "memo"},            // its count of sections
+      {"Friends.WMCard", 0, "XXX", "contact"},                    // its magic
+      {"Friends.WMCard", 60, "\xFF\xFF\xFF", "contact"},          // where its names are
+      {"Friends.WMCard", 10, "\xFF", "contact"},                  // its count of cards
+      {"Friends.WMCard", 1361, std::string(4, '\0'), "contact"},  // where a card's body is
+      {"Friends.WMCard", 1371, std::string(2, '\0'), "contact"},  // how long that is
+      {"Notebook.WMNoteHeader", 0, "XXX", "memo"},                // its magic
+      {"Notebook.WMNoteHeader", 6, "\x02", "memo"},               // its count of notes
+      {"Notebook.WMNoteHeader", 12, "\x09", "memo"},              // the section of a note
+      {"Notebook.WMWrite", 0, "\x01", "memo"},                    // its count of sections
   };
   for (const auto& each : cases) {
     SCOPED_TRACE(testing::Message() << each.file << " " << each.at);
     const std::string path = std::string("demo/data/") + each.file;
     const std::string whole = folder.Get(path);
     std::string damaged = whole;
-    damaged.replace(each.at, std::string(each.bytes).size(), each.bytes);
+    damaged.replace(each.at, each.bytes.size(), each.bytes);
     ASSERT_NE(damaged, whole);
     folder.Put(path, damaged);
-    const std::string file = each.type == std::string("memo") ? "/memos.csv" : "/cards.csv";
+    const std::string file = each.type == "memo" ? "/memos.csv" : "/cards.csv";
     const Finished run =
         RunPairwise({"-p", demo, "import", each.type, folder.Path().string() + file});
     EXPECT_EQ(run.code, 4) << run.out;

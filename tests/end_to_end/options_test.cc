@@ -109,6 +109,8 @@ TEST_F(OptionsTest, AnswersThatCanNotBeGivenSaveNothing) {
       {"options", "[folder]\nbrowse = '\\tmp'\n", "is on none of the profile's drives: C:"},
       {"options", "[folder]\nfolder = 'D:\\New'\n", "D:\\New: not on one of the drives"},
       {"options", "[folder]\nfolder = ''\n", "no data folder: not on one"},
+      {"options", "[folder]\ncalendar = 'A/B'\n",
+       "calendar 'A/B': a name holds none of / \\ ? * | : < > \", and isn't empty; nothing was"},
       {"options", "[setup]\nfolder = 'C:\\New'\n", "answers.toml:1: there is no page 'setup' here"},
       {"setup", "[setup]\nfolder = '\\New'\n", "\\New: not on one of the drives"},
   };
@@ -139,7 +141,10 @@ TEST_F(OptionsTest, ATypedFolderIsTakenWithoutATestAndWarnedOf) {
   EXPECT_PRED_FORMAT2(IsSubstring, "backups that were made before may be of another ",
                       run.messages);
   ExpectDescription(Description("C:\\Later", "Ada"));
-  EXPECT_PRED_FORMAT2(IsSubstring, "but none of 'Ada'",
+  std::string description = Description("C:\\Later", "Ada");
+  description.insert(description.find("[config]"), "'C:\\New' = 'c/New'\n");
+  sample.folder.Put("profile.toml", description);
+  EXPECT_PRED_FORMAT2(IsSubstring, "/c/New: has calendar or to-do files, but none of 'Ada'",
                       Answer("options", "[folder]\nfolder = 'C:\\New'\ncalendar = 'Ada'").messages);
 }
 

@@ -139,6 +139,18 @@ TEST_F(RestoreTest, ReachesTheDefaultUsersCalendarInAnotherFolder) {
   EXPECT_EQ(FilesIn(sample.folder, "demo/other"), wiped);
 }
 
+TEST_F(RestoreTest, MakesADataFolderThatHasGoneAgain) {
+  const auto before = Files();
+  const std::string name = Backup();
+  for (const char* gone : {"c/Data", "c"}) {
+    fs::remove_all(sample.folder.Path() / gone);
+    const Finished restored = sample.Run({"restore", name});
+    EXPECT_EQ(restored.code, 0) << restored.messages;
+    EXPECT_TRUE(Has(restored.messages, "c/Data: was not there, and is made again\n"));
+    EXPECT_EQ(Files(), before);
+  }
+}
+
 TEST_F(RestoreTest, OfABackupThatIsNotWholeIsRefused) {
   sample.folder.Put("c/Data/other", "x");
   const std::string name = Backup();
