@@ -7,8 +7,8 @@
 
 #include "calendar/calendar_state.h"
 #include "calendar/data_file.h"
+#include "fuzz/data_file_records.h"
 #include "platform/testing/test_platform.h"
-#include "tests/support/data_file_records.h"
 
 // Reads anything as a data file. What loads is found by its ids, changed and removed; what is saved
 // is each record that was held, and loads again, but for what is misplaced by rule.

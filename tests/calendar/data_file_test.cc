@@ -4,9 +4,7 @@
 
 #include "calendar/calendar_state.h"
 #include "platform/testing/test_platform.h"
-#include "tests/support/damage.h"
 #include "tests/support/data_file_builder.h"
-#include "tests/support/data_file_records.h"
 
 namespace {
 
@@ -335,58 +333,6 @@ TEST_F(DataFileTest, IndexFollowsEveryChange) {
   EXPECT_EQ(find("MultiDay:900000001+6"), 3U);
   EXPECT_EQ(find("SpecialDay:900000000+5"), 4U);
   EXPECT_EQ(file->Count(), 7U);
-}
-
-// Whatever stands in a file: it loads, each record is found by its id, and a save writes all that
-// is held. It loads again, where the table says truly where it stands.
-class DataFileDamageTest : public DataFileTest {
- protected:
-  static std::string ThreeRecords() {
-    return DataFileBytes{.sections = {{kSpecialDays, {Special50("a"), Special50("b")}},
-                                      {kMultiDays, {Multi50("c")}}}}
-        .Build();
-  }
-  std::uint32_t Exercise(const std::string& bytes) {
-    const auto file = Load(bytes);
-    const std::uint32_t count = file->Count();
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const auto found = file->Find(file->IdText(i));
-      EXPECT_TRUE(found && *found <= i && file->IdText(*found) == file->IdText(i));
-    }
-    file->AddMultiDay(NewMultiDay("new"));
-    const auto held = pw::test::RecordsHeld(*file);
-    const std::string saved = Saved(*file);
-    const auto sections = pw::test::SectionsOf(held, datafile::DecodeFile(saved).table);
-    EXPECT_EQ(saved.substr(126), sections.bytes);
-    EXPECT_EQ(saved.size(), 126 + (count + 1) * datafile::RecordSize(file->FileVersion()));
-    const auto again = Load();
-    EXPECT_EQ(again->FileVersion(), file->FileVersion());
-    if (!sections.arePlaced) return count;
-    EXPECT_EQ(pw::test::RecordsHeld(*again), held);
-    ++loadedAgain;
-    return count;
-  }
-
-  std::size_t loadedAgain = 0;
-};
-
-TEST_F(DataFileDamageTest, CutAtEveryLength) {
-  for (const auto& [whole, size] :
-       {std::pair(ThreeRecords(), 71), std::pair(File35(false).Build(), 59)}) {
-    const auto use = [&, size = size](const std::string& cut) {
-      EXPECT_EQ(Exercise(cut), cut.size() < 126 ? 0 : (cut.size() - 126) / size);
-    };
-    pw::test::ForEachCut(whole, use);
-    use(whole);
-  }
-  EXPECT_EQ(loadedAgain, 126 + 3 * 71 + 1 + 126 + 59U) << "with two kinds in the old form it isn't";
-}
-
-TEST_F(DataFileDamageTest, EveryByteFlipped) {
-  for (const std::string& whole : {ThreeRecords(), File35(false).Build()}) {
-    pw::test::ForEachFlip(
-        whole, [&](const std::string& damaged, std::size_t) { EXPECT_LE(Exercise(damaged), 6U); });
-  }
 }
 
 }  // namespace
