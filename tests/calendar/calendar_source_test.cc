@@ -150,21 +150,6 @@ TEST_F(CalendarSourceTest, WarningsStandInTheLog) {
   EXPECT_EQ(source->RecordCount(), 3U);
 }
 
-TEST_F(CalendarSourceTest, AlarmsOfBirthdays) {
-  ASSERT_EQ(source->Open(0), 0);
-  for (const auto& [lead, readLead] :
-       {std::pair(719, 0), {720, 1440}, {1439, 1440}, {2160, 1440}}) {
-    PWRecord record = DatesRecord("b", PWDateTimeStamp(1999, 5, 8, 0, 0, 0),
-                                  PWDateTimeStamp(1999, 5, 8, 0, 0, 0));
-    *Recur(record, kRecurranceYearlyByDate).YearlyByDate() = {4, 7};
-    PWEventRecord(&record).Alarm(true);
-    PWEventRecord(&record).AlarmAdvance(lead);
-    EXPECT_EQ(source->AddRecord(record), 0);
-    EXPECT_EQ(source->ReadRecord(&record), 0);
-    EXPECT_EQ(PWEventRecord(&record).AlarmAdvance(), readLead) << lead;
-  }
-}
-
 TEST_F(CalendarSourceTest, ARuleThatTheEngineCannotSayIsSkippedWithAWarning) {
   RecurringFileBytes recurring;
   SeriesBytes series;
