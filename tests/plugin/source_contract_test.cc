@@ -27,20 +27,34 @@ namespace {
 // leave and not written, the others are not opened as long as it has a dialog open.
 enum class Leave { kNotAsked, kToWrite, kToOpen };
 
-struct SourceKind {
+struct Named {
   const char* type;
   std::uint32_t kind;
   const char* location;
-  std::vector<const char*> files;  // of the sample; a change shows in the last
-  Lines ids;                       // of its records
+};
+
+// What the organiser is told of, and by which note.
+struct Asked {
   Leave leave;
-  const char *note, *noted;  // what the organiser is told of, and by which note
-  PWRESULT missing;          // an open without files
+  const char *note, *noted;
+};
+
+// What an open without files gives, and where the cursor is when it is on no record.
+struct Odd {
+  PWRESULT missing;
   const char* idAtEnd;
-  bool missesToStart;  // where a search that finds nothing leaves the cursor
-  void (*put)(MemoryFiles&);
+  bool missesToStart;  // a search that finds nothing
+};
+
+struct Records {
+  void (*put)(MemoryFiles&);  // the sample
   void (*write)(PWRecord&, const std::string& text);
   std::string (*read)(PWRecord&);
+};
+
+struct SourceKind : Named, Asked, Odd, Records {
+  std::vector<const char*> files;  // of the sample; a change shows in the last
+  Lines ids;                       // of its records
 };
 
 constexpr const char* kCardfile = "C:\\Data\\Friends.WMCard";
@@ -127,76 +141,36 @@ std::string ReadClock(PWRecord& record) {
 }
 
 const SourceKind kKinds[] = {
-    {"contact",
-     2,
-     kCardfile,
+    {{"contact", 2, kCardfile},
+     {Leave::kNotAsked, "Cardfile", ""},
+     {kResultFileMissing, "", false},
+     {PutCards, WriteCard, ReadCard},
      {kCardfile},
-     {"7", "3", "12"},
-     Leave::kNotAsked,
-     "Cardfile",
-     "",
-     kResultFileMissing,
-     "",
-     false,
-     PutCards,
-     WriteCard,
-     ReadCard},
-    {"calendar",
-     2,
-     "C:\\Data\\Ada",
+     {"7", "3", "12"}},
+    {{"calendar", 2, "C:\\Data\\Ada"},
+     {Leave::kToOpen, "Calendar", kEventFile},
+     {kResultOk, "", true},
+     {PutEvents, WriteEvent, ReadEvent},
      {kEventFile},
-     {"1+2", "3+4"},
-     Leave::kToOpen,
-     "Calendar",
-     kEventFile,
-     kResultOk,
-     "",
-     true,
-     PutEvents,
-     WriteEvent,
-     ReadEvent},
-    {"todo",
-     2,
-     "C:\\Data\\Ada",
+     {"1+2", "3+4"}},
+    {{"todo", 2, "C:\\Data\\Ada"},
+     {Leave::kToOpen, "To Do", kTaskFile},
+     {kResultOk, "", true},
+     {PutTodos, WriteTodo, ReadTodo},
      {kCallFile, kTaskFile},
-     {"1+2", "3+4", "5+6"},
-     Leave::kToOpen,
-     "To Do",
-     kTaskFile,
-     kResultOk,
-     "",
-     true,
-     PutTodos,
-     WriteTodo,
-     ReadTodo},
-    {"memo",
-     2,
-     "C:\\Data\\Notes;Work",
+     {"1+2", "3+4", "5+6"}},
+    {{"memo", 2, "C:\\Data\\Notes;Work"},
+     {Leave::kToOpen, "Write Binder", "C:\\Data\\Notes.WMWrite"},
+     {kResultFileMissing, "0", true},
+     {PutMemos, WriteMemo, ReadMemo},
      {"C:\\Data\\Notes.WMWrite", "C:\\Data\\Notes.WMNoteHeader", "C:\\Data\\Notes.WMContent"},
-     {"900000000", "900000005"},
-     Leave::kToOpen,
-     "Write Binder",
-     "C:\\Data\\Notes.WMWrite",
-     kResultFileMissing,
-     "0",
-     true,
-     PutMemos,
-     WriteMemo,
-     ReadMemo},
-    {"timezone",
-     0,
-     "",
+     {"900000000", "900000005"}},
+    {{"timezone", 0, ""},
+     {Leave::kToWrite, "Clocks", kClockFile},
+     {kResultFailed, "", false},
+     {PutClocks, WriteClock, ReadClock},
      {kClockFile},
-     {"0", "1", "2", "3", "4", "5", "6", "7"},
-     Leave::kToWrite,
-     "Clocks",
-     kClockFile,
-     kResultFailed,
-     "",
-     false,
-     PutClocks,
-     WriteClock,
-     ReadClock},
+     {"0", "1", "2", "3", "4", "5", "6", "7"}},
 };
 
 class SourceContractTest : public SourceTest, public testing::WithParamInterface<SourceKind> {
