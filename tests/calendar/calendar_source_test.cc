@@ -27,11 +27,6 @@ class CalendarSourceTest : public SourceTest {
     category.Location = kCalendar;
   }
 
-  void Reopen() {
-    EXPECT_EQ(source->CloseSource(), 0);
-    MakeSource();
-    EXPECT_EQ(source->Open(0), 0);
-  }
   PWRESULT Add(PWRecord record) { return source->AddRecord(record); }
   PWRESULT Update(PWRecord record) { return source->UpdateRecord(record); }
   std::string Subject() {

