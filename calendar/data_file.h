@@ -34,9 +34,8 @@ class WMDataFile : public PWObject {
   // Makes an empty file of the version of the calendar's files. False if it can't be made.
   static bool CreateEmpty(const std::string& path);
 
-  // That of the file that was loaded; it decides what records are known by and how they are saved.
-  // Setting 50 takes a version 35 file over into the new form.
-  Version FileVersion() const { return version; }
+  // In place of that of the file that was loaded, which decides what records are known by and how
+  // they are saved. Setting 50 takes a version 35 file over into the new form.
   void SetFileVersion(Version newVersion) { version = newVersion; }
 
   std::uint32_t MultiDayCount() const { return multiDays.Count(); }

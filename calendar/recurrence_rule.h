@@ -12,9 +12,7 @@ inline constexpr std::uint16_t kMonthlyByDate = 2;
 inline constexpr std::uint16_t kWeekly = 3;
 inline constexpr std::uint16_t kDaily = 4;
 
-// The bit of the week mask for the fifth such weekday of a month, or the last; and that of the day
-// mask for the last day of a month.
-inline constexpr std::uint8_t kFifthWeek = 1U << 4;
+// The bit of the day mask for the last day of a month.
 inline constexpr std::uint32_t kLastDayOfMonth = 1U << 31;
 
 }  // namespace pw::calendar

@@ -24,8 +24,6 @@ class PWConfig : public PWObject {
   PWString& String(std::uint32_t id) { return entries[id]; }
   void String(std::uint32_t id, const char* value) { entries[id] = value; }
 
-  const std::map<std::uint32_t, PWString>& Entries() const { return entries; }
-
  private:
   std::map<std::uint32_t, PWString> entries;
 };

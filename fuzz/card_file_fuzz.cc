@@ -33,9 +33,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   WMCardFile file;
   if (file.Load(kPath) != 0 || file.CardCount() > kMostCards) return 0;
 
+  std::vector<std::string> names;
+  file.GetFieldNames(names);
   std::vector<std::string> values;
   for (std::uint32_t i = 0; i < std::min(file.CardCount(), kCardsLookedAt); ++i) {
     file.DecodeCard(file.Card(i), values);
+    if (values.size() != names.size()) __builtin_trap();
     if (file.FindCard(file.Card(i).index.id) == std::nullopt) __builtin_trap();
   }
   if (file.CardCount() > 1) file.EncodeCard(file.Card(1), values);

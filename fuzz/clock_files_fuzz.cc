@@ -1,15 +1,21 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "framework/source.h"
+#include "platform/testing/test_platform.h"
+#include "plugin/source_manager.h"
+#include "tests/support/zone_files.h"
 #include "timeplace/clock_format.h"
 #include "timeplace/place_format.h"
 
 // Reads anything as the file of clocks and as the list of places. A clock is written as it was
-// read, also after its own texts were set again; what was read of places comes back, but for a last
-// character that a save has no room for.
+// read, also after its own texts were set again; a source over all of them leaves what it can't
+// read, and else the file's size; what was read of places comes back, but for a last character that
+// a save has no room for.
 namespace {
 
 void Require(bool holds) {
@@ -35,6 +41,28 @@ void CheckClocks(std::string_view bytes) {
   }
 }
 
+void CheckSource(std::string_view bytes) {
+  constexpr const char* kPath = "C:\\Data\\CLOCKS.DAT";
+  constexpr const char* kMain = "SOFTWARE\\Gullwing\\PairWise Desktop\\Version 1\\Main";
+  pw::TestPlatform platform;
+  pw::test::PutZoneFiles(platform, pw::test::SomeCities(), "Lima");
+  platform.registry.Set(kMain, "PRODUCT", pw::NumberValue(2));
+  platform.files.Put(kPath, bytes);
+  PWConfig config;
+  config.String(PWConfig::kProductKey, kMain);
+  WMSourceManager manager(0);
+  manager.Config = &config;
+  const std::unique_ptr<PWSource> source(manager.CreateSource("timezone"));
+  if (source->Open(0) != kResultOk) return Require(platform.files.Get(kPath) == bytes);
+  for (PWRESULT at = source->FirstRecord(); at == kResultOk; at = source->NextRecord()) {
+    PWRecord record;
+    Require(source->ReadRecord(&record) == kResultOk);
+    Require(source->UpdateRecord(record) == kResultOk);
+  }
+  Require(source->CloseSource() == kResultOk);
+  Require(platform.files.Get(kPath)->size() == bytes.size());
+}
+
 void CheckPlaces(std::string_view bytes) {
   pw::places::PlaceFile file = pw::places::Decode(bytes);
   Require(file.places.size() <= bytes.size() / pw::places::kEntrySize);
@@ -52,6 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   CheckClocks(bytes);
+  CheckSource(bytes);
   CheckPlaces(bytes);
   return 0;
 }

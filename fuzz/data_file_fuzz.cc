@@ -7,8 +7,8 @@
 
 #include "calendar/calendar_state.h"
 #include "calendar/data_file.h"
+#include "fuzz/data_file_records.h"
 #include "platform/testing/test_platform.h"
-#include "tests/support/data_file_records.h"
 
 // Reads anything as a data file. What loads is found by its ids, changed and removed; what is saved
 // is each record that was held, and loads again, but for what is misplaced by rule.
@@ -82,14 +82,14 @@ std::size_t CountLost(const RecordsByKind& held, const RecordsByKind& again) {
 std::size_t SaveAndLoadAgain(WMDataFile& file, const pw::MemoryFiles& files) {
   Require(file.Save(kPath));
   const std::string saved = files.Get(kPath).value();
-  const RecordsByKind held = pw::test::RecordsHeld(file);
-  const auto sections = pw::test::SectionsOf(held, datafile::DecodeFile(saved).table);
+  const datafile::File decoded = datafile::DecodeFile(saved);
+  const RecordsByKind held = pw::test::RecordsHeld(file, *decoded.version);
+  const auto sections = pw::test::SectionsOf(held, decoded.table);
   Require(saved.substr(datafile::kFirstSection) == sections.bytes);
 
   WMDataFile again;
   again.Load(kPath);
-  if (file.Count() > 0) Require(again.FileVersion() == file.FileVersion());
-  const RecordsByKind found = pw::test::RecordsHeld(again);
+  const RecordsByKind found = pw::test::RecordsHeld(again, *decoded.version);
   Require(!sections.arePlaced || found == held);
   return CountLost(held, found);
 }
@@ -108,7 +108,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   file.Load(kPath);
   FindAll(file);
   const std::size_t lost = SaveAndLoadAgain(file, platform.files);
-  Require(lost == datafile::LostAtSave(datafile::DecodeFile(bytes), file.FileVersion()));
+  const auto version = datafile::DecodeFile(platform.files.Get(kPath).value()).version;
+  Require(lost == datafile::LostAtSave(datafile::DecodeFile(bytes), *version));
   file.SetFileVersion(FormatVersion::k50);
   FindAll(file);
   Change(file);

@@ -7,19 +7,12 @@ namespace pw {
 
 CityCatalogue::CityCatalogue(WMCityIndex& index) : byZone(UINT8_MAX + 1U) {
   records.reserve(index.Count());
-  byName.reserve(index.Count());
   for (std::uint32_t number = 1; number <= index.Count(); ++number) {
     const WMCityRecord* read = index.Read(number);
     if (read == nullptr) continue;
     const WMCityRecord& record = records.emplace_back(*read);
-    byName.try_emplace(record.Name(), &record);
     if (byZone[record.zone] == nullptr) byZone[record.zone] = &record;
   }
-}
-
-const WMCityRecord* CityCatalogue::ByName(std::string_view name) const {
-  const auto found = byName.find(name);
-  return found == byName.end() ? nullptr : found->second;
 }
 
 const WMCityRecord* CityCatalogue::ByZone(std::uint8_t zone) const {

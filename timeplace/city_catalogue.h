@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "timeplace/city_format.h"
@@ -14,7 +12,7 @@ class WMCityIndex;
 namespace pw {
 
 // What is kept in memory of a city file, so that a change of zone touches no file. Lookups take
-// constant time on average and allocate nothing. Records stay where they are for as long as the
+// constant time and allocate nothing. Records stay where they are for as long as the
 // catalogue, or the one that it was moved to, lives.
 class CityCatalogue {
  public:
@@ -29,13 +27,11 @@ class CityCatalogue {
   CityCatalogue(const CityCatalogue&) = delete;
   CityCatalogue& operator=(const CityCatalogue&) = delete;
 
-  // The first city of that name or zone, in the order of the file; null if there is none.
-  const WMCityRecord* ByName(std::string_view name) const;
+  // The first city of that zone, in the order of the file; null if there is none.
   const WMCityRecord* ByZone(std::uint8_t zone) const;
 
  private:
-  std::vector<WMCityRecord> records;  // never grows once it is pointed into
-  std::unordered_map<std::string_view, const WMCityRecord*> byName;
+  std::vector<WMCityRecord> records;        // never grows once it is pointed into
   std::vector<const WMCityRecord*> byZone;  // empty, or one for each number
 };
 

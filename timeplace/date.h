@@ -20,7 +20,6 @@ inline constexpr std::int32_t kSecondsPerDay = 86400;
 inline constexpr std::int32_t kFirstYearOfSeconds = 1970;
 inline constexpr std::int32_t kLastYearOfSeconds = 2037;
 inline constexpr std::int32_t kSecondsPerCommonYear = 31536000;
-inline constexpr std::int32_t kSecondsPerLeapYear = 31622400;
 inline constexpr std::int32_t kSecondsPerFourYears = 126230400;
 
 // The sum of two 32-bit words, cut to 32 bits.

@@ -22,8 +22,6 @@ class WMPlaceList {
   // characters that the file has room for first, so that a longer one isn't added again each time.
   void Add(std::string_view text);
 
-  const std::vector<std::string>& Places() const { return places; }
-
  private:
   struct Position {
     std::size_t index;

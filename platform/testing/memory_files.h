@@ -47,15 +47,13 @@ class MemoryFiles : public Files {
   std::size_t Opens() const { return opens; }
   std::size_t Writes() const { return disk.writes; }
 
-  void SetModulePath(std::string path) { modulePath = std::move(path); }
-
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode, Sharing sharing) override;
   bool Exists(const std::string& path) override;
   bool IsReadableAndWritable(const std::string& path) override;
   bool Delete(const std::string& path) override;
   bool CopyWithoutOverwriting(const std::string& from, const std::string& to) override;
   std::vector<FoundFile> Find(const std::string& pattern) override;
-  std::string ModulePath() override { return modulePath; }
+  std::string ModulePath() override { return "C:\\PairWise\\module.dll"; }
 
  private:
   using Node = std::shared_ptr<MemoryNode>;
@@ -76,7 +74,6 @@ class MemoryFiles : public Files {
   MemoryNode top;  // its children are the roots
   std::set<std::string> failing;
   std::size_t opens = 0;
-  std::string modulePath = "C:\\PairWise\\module.dll";
 };
 
 }  // namespace pw

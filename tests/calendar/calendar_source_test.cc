@@ -3,7 +3,6 @@
 #include "calendar/calendar_state.h"
 #include "plugin/discovery.h"
 #include "tests/calendar/mapping_fixture.h"
-#include "tests/support/busy_organiser.h"
 #include "tests/support/data_file_builder.h"
 #include "tests/support/event_file_builder.h"
 #include "tests/support/recurring_file_builder.h"
@@ -14,9 +13,6 @@ namespace {
 
 constexpr std::int32_t kNine = 925999200;  // 6 May 1999, 9:00 in Lima
 constexpr std::int32_t kHour = 3600;
-constexpr const char* kBusy =
-    "1 PWDesktop-E0001: All dialogs in Wingmate 99 must be closed before PairWise can synchronize "
-    "its data.";
 
 // A calendar in Lima on 5 May 1999 at noon in Greenwich.
 class CalendarSourceTest : public SourceTest {
@@ -31,11 +27,6 @@ class CalendarSourceTest : public SourceTest {
     category.Location = kCalendar;
   }
 
-  void Reopen() {
-    EXPECT_EQ(source->CloseSource(), 0);
-    MakeSource();
-    EXPECT_EQ(source->Open(0), 0);
-  }
   PWRESULT Add(PWRecord record) { return source->AddRecord(record); }
   PWRESULT Update(PWRecord record) { return source->UpdateRecord(record); }
   std::string Subject() {
@@ -52,56 +43,6 @@ class CalendarSourceTest : public SourceTest {
   }
   std::string Saved(const char* path) { return platform.files.Get(path).value_or("none"); }
 };
-
-TEST_F(CalendarSourceTest, TheOrganiserIsToldAroundTheWork) {
-  const WindowId organiser = platform.windows.Add("Wingmate_95");
-  std::string atEnd;
-  platform.windows.SetAnswer(organiser, [&](const WindowMessage& message) {
-    if (message.wParam == 2) atEnd = Saved(kEventPath).substr(0, 9);
-    return 1;
-  });
-  EXPECT_EQ(source->Kind, 2U);
-  ASSERT_EQ(source->Open(0), 0) << "whatever the organiser answers";
-  EXPECT_EQ(platform.registry.Get("SOFTWARE\\Gullwing\\Pairwise 1.0\\Common", "Calendar")->data,
-            "C:\\Data\\AdaEven.WMW");
-  EXPECT_EQ(source->RecordCount(), 0U);
-  EXPECT_EQ(source->FirstRecord(), 1);
-  EXPECT_EQ(source->NextRecord(), 1);
-  EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(Sent(), (Steps{0, 1, 2}));
-  EXPECT_EQ(atEnd, "none") << "nothing was changed";
-  MakeSource();
-  ASSERT_EQ(source->Open(0), 0);
-  EXPECT_EQ(Add(Hour("E")), 0);
-  EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(atEnd, "WMWCALE50") << "it was written before the end is told";
-}
-
-TEST_F(CalendarSourceTest, AnOrganiserWithADialogOpenStopsTheOpen) {
-  MakeOrganiserBusy(platform);
-  EXPECT_EQ(source->Open(0), 1);
-  EXPECT_EQ(log->lines, Lines{kBusy});
-  EXPECT_TRUE(platform.windows.sent.empty());
-  EXPECT_EQ(source->RecordCount(), 0U);
-}
-
-TEST_F(CalendarSourceTest, ACalendarThatCannotBeReadIsClosedAgain) {
-  platform.windows.Add("Wingmate_95");
-  platform.files.Put(kEventPath, "cut");
-  EXPECT_EQ(source->Open(0), 1);
-  EXPECT_EQ(Sent(), (Steps{0, 1, 3}));
-  PWRecord record = Hour("E");
-  EXPECT_EQ(source->AddRecord(record), 1);
-  EXPECT_EQ(source->UpdateRecord(record), 1);
-  EXPECT_EQ(source->DeleteRecord(), 1);
-  EXPECT_EQ(source->ReadRecord(&record), 1);
-  EXPECT_EQ(source->FindRecord("1+1"), 1);
-  EXPECT_EQ(source->RecordCount(), 0U);
-  EXPECT_EQ(source->RecordCRC(), 0U);
-  EXPECT_EQ(Id(), "");
-  EXPECT_EQ(source->CloseSource(), 0);
-  EXPECT_EQ(Saved(kEventPath), "cut");
-}
 
 TEST_F(CalendarSourceTest, TheEditionChoosesTheKeyOfTheCalendar) {
   const struct {
@@ -148,11 +89,6 @@ TEST_F(CalendarSourceTest, TheCursorFollowsWhatIsChanged) {
   EXPECT_EQ(Subject(), "a");
   EXPECT_EQ(source->FindRecord(b.c_str()), 0);
   EXPECT_EQ(source->NextRecord(), 1);
-  EXPECT_EQ(source->NextRecord(), 1) << "at the end the cursor stays";
-  PWRecord record;
-  EXPECT_EQ(source->ReadRecord(&record), 1);
-  EXPECT_EQ(source->DeleteRecord(), 1);
-  EXPECT_EQ(Id(), "");
   EXPECT_EQ(source->FindRecord("12+34"), 1);
   EXPECT_EQ(Subject(), "m") << "a search that finds nothing leaves the cursor at the start";
   EXPECT_EQ(source->FindRecord(b.c_str()), 0);
@@ -207,21 +143,6 @@ TEST_F(CalendarSourceTest, WarningsStandInTheLog) {
   EXPECT_EQ(log->lines.size(), 2U);
   EXPECT_EQ(log->lines[1], shortened[0]);
   EXPECT_EQ(source->RecordCount(), 3U);
-}
-
-TEST_F(CalendarSourceTest, AlarmsOfBirthdays) {
-  ASSERT_EQ(source->Open(0), 0);
-  for (const auto& [lead, readLead] :
-       {std::pair(719, 0), {720, 1440}, {1439, 1440}, {2160, 1440}}) {
-    PWRecord record = DatesRecord("b", PWDateTimeStamp(1999, 5, 8, 0, 0, 0),
-                                  PWDateTimeStamp(1999, 5, 8, 0, 0, 0));
-    *Recur(record, kRecurranceYearlyByDate).YearlyByDate() = {4, 7};
-    PWEventRecord(&record).Alarm(true);
-    PWEventRecord(&record).AlarmAdvance(lead);
-    EXPECT_EQ(source->AddRecord(record), 0);
-    EXPECT_EQ(source->ReadRecord(&record), 0);
-    EXPECT_EQ(PWEventRecord(&record).AlarmAdvance(), readLead) << lead;
-  }
 }
 
 TEST_F(CalendarSourceTest, ARuleThatTheEngineCannotSayIsSkippedWithAWarning) {

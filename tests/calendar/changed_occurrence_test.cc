@@ -1,9 +1,6 @@
 #include "calendar/calendar_state.h"
 #include "calendar/mapping/series_mapping.h"
 #include "tests/calendar/mapping_fixture.h"
-#include "tests/support/data_file_builder.h"
-#include "tests/support/event_file_builder.h"
-#include "tests/support/recurring_file_builder.h"
 #include "timeplace/engine_zone.h"
 
 namespace pw::test {
@@ -172,102 +169,13 @@ TEST_F(ChangedOccurrenceTest, ItsDatesAreThoseOfTheZoneOfTheSeries) {
   EXPECT_EQ(ShownIn(sydney, store->occurrenceItems.Item(0).Start()), "1999-05-07 09:00");
   EXPECT_EQ(store->occurrenceItems.Item(3).Zone(), CityNamed("Lima").zone)
       << "a changed one is of the home zone";
+  const auto& stored = store->recurring.Item(0).exceptions;
+  EXPECT_EQ(stored.at(0).date, LocalToUtc(sydney, PlainSeconds(1999, 5, 6, 0, 0, 0)));
   Reopen();
   PWRecurranceExceptionVector& exceptions = ReadExceptions();
   EXPECT_EQ(exceptions.At(0)->Date, PWDateTimeStamp(1999, 5, 6, 0, 0, 0));
   EXPECT_EQ(exceptions.At(1)->Date, PWDateTimeStamp(1999, 5, 8, 0, 0, 0));
   EXPECT_EQ(exceptions.At(1)->StartDate, UtcStamp(start + 2 * kDay + 60));
-}
-
-// One record of each form, byte by byte.
-TEST_F(ChangedOccurrenceTest, BytesOfTheFiles) {
-  const auto now = static_cast<std::int32_t>(platform.clock.now);
-  platform.clock.ticks = 0x00051234;
-  PWRecord plain = EventRecord("tea~", kMay6, kMay6 + 5400);
-  PWEventRecord event(&plain);
-  event.Location("Caf\xE9");
-  event.Notes("x\x7Fy", PWRecord::kWholeText);
-  event.Alarm(true);
-  event.AlarmAdvance(75);
-  event.Sensitivity(kSensitivityPersonal);
-  Add(plain);
-  PWEventRecord series(&record);
-  series.Notes("", PWRecord::kWholeText);
-  series.Location("");
-  series.Sensitivity(kSensitivityNormal);
-  series.RecurrancePattern()->EndDate = PWDateTimeStamp(1999, 5, 8, 0, 0, 0);
-  Except(7, 0x10);
-  Move(8, 0x02).Subject = "its own";
-  Add(record);
-  Add(DatesRecord("trip", PWDateTimeStamp(1999, 5, 18, 0, 0, 0),
-                  PWDateTimeStamp(1999, 5, 24, 0, 0, 0)));
-  Add(DatesRecord("day", PWDateTimeStamp(1999, 4, 6, 0, 0, 0),
-                  PWDateTimeStamp(1999, 4, 6, 0, 0, 0)));
-  store->Save();
-
-  ItemBytes tea;
-  tea.created = tea.modified = now;
-  tea.id = 0x1234;
-  tea.start = kMay6;
-  tea.end = kMay6 + 5400;
-  tea.flags = 0x01000000;
-  tea.zone = 6;
-  tea.place = PairBytes{"Caf\xE9", "", {}};
-  tea.timeWord = 0x89808A9E;  // 9:00 to 10:30
-  tea.flagWord = 0x818F80E2;  // an alarm an hour and a quarter before, notes, subject
-  tea.subject = "tea\x10";
-  tea.notes = "x y";
-  ItemBytes occurrence;
-  occurrence.created = now;
-  occurrence.modified = now;
-  occurrence.id = 0x00011234;
-  occurrence.start = kMay6;
-  occurrence.end = kMay6 + 3600;
-  occurrence.zone = 6;
-  occurrence.flagWord = 0x808080C1;
-  occurrence.subject = "E";
-  ItemBytes changed = occurrence;
-  changed.id = 0x00021234;
-  changed.start = kMay6 + 2 * kDay + 9 * 3600;
-  changed.end = changed.start + 1800;
-  changed.flags = 4;
-  changed.timeWord = 0x9280929E;  // 18:00 to 18:30
-  changed.flagWord = 0x808080C0;
-  changed.subject = "its own";
-  EventFileBytes events;
-  events.carried = std::string(16, '\0');
-  // Days and quarters are those of Greenwich.
-  events.days = {{1999, 125, Day({{56, Slot({tea.Build(), occurrence.Build()})}})},
-                 {1999, 127, Day({{92, Slot({changed.Build()})}})}};
-  EXPECT_EQ(Saved(kEventPath), events.Build());
-
-  SeriesBytes rule;
-  rule.firstDay = kMay6;
-  rule.lastDay = kMay6 + 2 * kDay + 3660;
-  rule.zone = 6;
-  rule.key = rule.modified = now;
-  rule.startSlot = 36;
-  rule.timeWord = 0x89808A80;
-  rule.exceptions = {
-      {now, 0x1234, 1, PlainSeconds(1999, 5, 7, 5, 0, 0), StampToSeconds(PWDateTimeStamp())},
-      {now, 0x00021234, 0, PlainSeconds(1999, 5, 8, 5, 0, 0), changed.start}};
-  rule.subject = "E";
-  rule.notes = "";
-  rule.slack = std::string(4, '\0');
-  RecurringFileBytes recurring;
-  // The first start isn't given, and the first end is that of the first date.
-  recurring.records = {rule.Build50().replace(8, 8, Word(0, 4) + Word(kMay6 + 3600, 4))};
-  EXPECT_EQ(Saved(kRecurringPath).substr(28), recurring.Build().substr(28));
-
-  DataFileBytes data;
-  data.behindMagic = std::string(16, '\0');
-  data.sections = {
-      {kSpecialDays, {DayKey(now, 0x00031234, 0) + DateFields(99, 3, 6) + DayText("day")}},
-      {kMultiDays,
-       {DayKey(now, 0x00021234, 0) +
-        SpanFields(PlainSeconds(1999, 5, 18, 5, 0, 0), PlainSeconds(1999, 5, 24, 5, 0, 0)) +
-        DayText("trip")}}};
-  EXPECT_EQ(Saved(kDataPath), data.Build());
 }
 
 }  // namespace

@@ -289,25 +289,4 @@ TEST_F(EventFileTest, CutAtEveryLength) {
   pw::test::ForEachCut(year.Build(), readsOneOrNone, kFirstBlob);
 }
 
-// Whatever is read of a damaged file is written as a whole one, which is read as often as it is
-// written, but for what stands a minute before midnight.
-TEST_F(EventFileTest, EveryByteFlipped) {
-  EventFileBytes file = pw::test::SomeEvents();
-  file.days = {file.days[1]};
-  const std::string whole = file.Build();
-  pw::test::ForEachFlip(whole, [&](const std::string& damaged, std::size_t at) {
-    const bool isInTable = at >= kFirstTable && at < kFirstBlob;
-    if (isInTable && whole[at] == '\0' && damaged[at] != '\xFF') return;  // most of it is alike
-    if (!Read(damaged)) return;
-    const std::string written = Written();
-    const std::size_t items = plain.Count() + occurrences.Count();
-    EXPECT_LE(items, 4U);
-    for (const std::string& blob : CheckedBlocks(written)) {
-      EXPECT_EQ(blob.substr(0, 4), "\xFF\xEF\xEF\xFF");
-    }
-    EXPECT_TRUE(Read(written));
-    EXPECT_LE(plain.Count() + occurrences.Count(), items);
-  });
-}
-
 }  // namespace

@@ -115,25 +115,6 @@ TEST_F(RecurringFileTest, WhatCanNotBeReadIsGoneAtTheSave) {
   pw::test::ForEachCut(whole, use, 1);
 }
 
-TEST_F(RecurringFileTest, EveryByteDamaged) {
-  for (const bool is50 : {true, false}) {
-    RecurringFileBytes file = pw::test::SomeSeries(is50);
-    file.records.pop_back();
-    pw::test::ForEachFlip(file.Build(), [&](const std::string& damaged, std::size_t) {
-      platform.files.Put(kPath, damaged);
-      WMRecurringFile loaded;
-      loaded.Load(kPath);
-      const std::size_t count = loaded.Count();
-      EXPECT_LE(count, 3U);
-      for (std::size_t i = 0; i < count; ++i) loaded.Item(i).Occurrences();
-      loaded.Save();
-      WMRecurringFile again;
-      EXPECT_TRUE(again.Load(kPath));
-      EXPECT_EQ(again.Count(), count);
-    });
-  }
-}
-
 TEST_F(RecurringFileTest, AFailedOpenLeavesNoSeriesAndTheFile) {
   const std::string bytes = pw::test::SomeSeries(true).Build();
   platform.files.Put(kPath, bytes);

@@ -271,28 +271,6 @@ TEST(CalendarRecords, ShowInACalendarProgram) {
             "1998-04-20\n Trip\n1998-04-22\n18:30 Choir\n1998-04-30\n14:00 Rehearsal\n");
 }
 
-TEST(CalendarRecords, DrivenTellWhatIsNotStored) {
-  const CalendarSample sample;
-  const std::string hour = Times("1998-04-06T13:00:00", "1998-04-06T14:00:00");
-  const Finished driven = sample.Drive(
-      Add(Times("1998-04-06T13:00:00", "1998-04-06T13:00:00")) + Add(hour) + Add(hour) + Add(hour) +
-      Add("\"Subject\":\"Fourth\"," + hour) + "{\"op\":\"log\"}\n" +
-      Add("\"StartDate\":\"1998-04-06\"") + Add(hour + ",\"Pattern\":{\"Interval\":2}") +
-      Add(hour + ",\"Pattern\":{\"Type\":1,\"Interval\":40000}") +
-      Add(hour + ",\"Pattern\":{\"Type\":1,\"Exceptions\":[{\"Changes\":16}]}"));
-  EXPECT_EQ(driven.code, 1);
-  const std::string ok = "{\"result\":0}\n";
-  EXPECT_EQ(driven.out,
-            "{}\n" + ok + "{\"result\":0,\"stored\":false}\n" + ok + ok + ok +
-                "{\"result\":1}\n{\"log\":[{\"image\":9,\"text\":\"PWDesktop-W2013: Three events "
-                "overlap with the event 'Fourth', and it cannot be added into Wingmate/PairWise "
-                "Desktop.\"}]}\n"
-                "{\"error\":\"\\\"EndDate\\\" is missing\"}\n{\"error\":\"\\\"Type\\\" is "
-                "missing\"}\n{\"error\":\"\\\"Interval\\\" must be a whole number from -32768 to "
-                "32767\"}\n{\"error\":\"\\\"Date\\\" is missing\"}\n" +
-                ok);
-}
-
 TEST(CalendarRecords, ThatCannotBeReadAreToldByFile) {
   const CalendarSample sample;
   EXPECT_EQ(sample.Run({"list", "calendar"}).messages, "") << "a calendar that isn't there yet";

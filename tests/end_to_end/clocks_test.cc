@@ -95,26 +95,5 @@ TEST(Clocks, ThatCannotBeReadAreToldInOneLine) {
   EXPECT_EQ(sample.Run({"info"}).code, 4);
 }
 
-TEST(Clocks, DrivenHaveOneHomeAndOneActiveClock) {
-  const ClockSample sample;
-  const std::string ok = "{\"result\":0}\n";
-  const Finished run =
-      sample.Run({"drive"},
-                 "{\"op\":\"open\",\"type\":\"timezone\"}\n{\"op\":\"find\",\"id\":\"0\"}\n"
-                 "{\"op\":\"update\",\"record\":{\"City\":\"New York\",\"State\":\"NY\","
-                 "\"Country\":\"USA\",\"World\":true,\"Active\":true}}\n"
-                 "{\"op\":\"stamp\"}\n{\"op\":\"find\",\"id\":\"1\"}\n{\"op\":\"read\"}\n"
-                 "{\"op\":\"update\",\"record\":{\"City\":\"Lima\",\"Home\":true,"
-                 "\"Bias\":-2147483648}}\n{\"op\":\"close\"}\n");
-  EXPECT_EQ(run.code, 0) << run.messages;
-  EXPECT_EQ(run.out,
-            ok + ok + ok + "{\"stamp\":\"0000-00-00T00:00:00\"}\n" + ok +
-                "{\"result\":0,\"record\":{\"City\":\"Lima\",\"State\":\"\",\"Country\":\"Peru\","
-                "\"Home\":true,\"World\":false,\"Active\":false,\"Bias\":-300,\"StandardBias\":0,"
-                "\"DaylightBias\":0,\"StandardSwitch\":0,\"DaylightSwitch\":0}}\n" +
-                ok + ok);
-  EXPECT_EQ(sample.FlagsInFile(), "-a h- -- -- -- -- -- -- ");
-}
-
 }  // namespace
 }  // namespace pw

@@ -31,60 +31,6 @@ Finished Talked(const Sample& sample, const Talk& talk) {
 
 const std::string kOpen = R"({"op":"open","type":"contact","location":"C:\\Data\\Friends.WMCard"})";
 const std::string kOk = R"({"result":0})";
-const std::string kFailed = R"({"result":1})";
-
-TEST(Drive, MakesTheCallsOfARunOnACardfile) {
-  ::setenv("TZ", "UTC", 1);
-  const Sample sample;
-  const Talk talk = {
-      {R"({"op":"name"})", R"({"name":"PairWise Desktop"})"},
-      {R"({"op":"types"})", R"({"types":["contact","calendar","todo","memo","timezone"]})"},
-      {R"({"op":"categories","type":"contact"})",
-       R"({"result":0,"categories":[{"name":"Friends","location":"C:\\Data\\Friends.WMCard"}]})"},
-      {R"({"op":"fieldnames","type":"contact","location":"C:\\Data\\Friends.WMCard"})",
-       R"({"result":0,"names":["First Name","Last Name","Company","Contact Log"]})"},
-      {R"({"op":"syncing","types":["contact"]})", "{}"},
-      {R"({"op":"now","seconds":917000100})", "{}"},
-      {R"({"op":"open","type":"contact","location":"C:\\Data\\None.WMCard"})", R"({"result":7})"},
-      {kOpen, kOk},
-      {R"({"op":"count"})", R"({"count":3})"},
-      {R"({"op":"first"})", kOk},
-      {R"({"op":"id"})", R"({"id":"7"})"},
-      {R"({"op":"read"})",
-       R"({"result":0,"record":{"fields":[["First Name","Ann"],["Last Name","Abel"],)"
-       R"(["Company","Acme\r\nSecond line"],["Contact Log","met in May\r\nlikes tea"]]}})"},
-      {R"({"op":"stamp"})", R"({"stamp":"1999-01-22T10:13:20"})"},
-      {R"({"op":"crc"})", R"({"crc":0})"},
-      {R"({"op":"next"})", kOk},
-      {R"({"op":"read"})",
-       R"({"result":0,"record":{"fields":[["First Name","Bo"],["Last Name","Bücher"],)"
-       R"(["Company",""],["Contact Log",""]]}})"},
-      {R"({"op":"next"})", kOk},
-      {R"({"op":"read"})", R"({"result":0,"record":{"fields":[["First Name",""],["Last Name",""],)"
-                           R"(["Company","Corp"],["Contact Log","n"]]}})"},
-      {R"({"op":"next"})", kFailed},
-      {R"({"op":"find","id":"99"})", kFailed},
-      {R"({"op":"find","id":"3"})", kOk},
-      {R"({"op":"findfield","name":"Company"})", R"({"index":2})"},
-      {R"({"op":"setfield","index":9,"text":"x"})", kFailed},
-      {R"({"op":"update","record":{"fields":[["Company","€ Ltd"]]}})", kOk},
-      {R"({"op":"stamp"})", R"({"stamp":"1999-01-22T10:15:00"})"},
-      {R"({"op":"add","record":{"fields":[["Last Name","Zorn"],["Shoe Size","9"]]}})", kOk},
-      {R"({"op":"id"})", R"({"id":"13"})"},
-      {R"({"op":"find","id":"7"})", kOk},
-      {R"({"op":"delete"})", kOk},
-      {R"({"op":"close"})", kOk},
-      {kOpen, kOk},
-      {R"({"op":"count"})", R"({"count":3})"},
-      {R"({"op":"find","id":"3"})", kOk},
-      {R"({"op":"read"})",
-       R"({"result":0,"record":{"fields":[["First Name","Bo"],["Last Name","Bücher"],)"
-       R"(["Company","€ Ltd"],["Contact Log",""]]}})"},
-      {R"({"op":"close"})", kOk},
-      {R"({"op":"log"})", R"({"log":[]})"},
-  };
-  EXPECT_EQ(Talked(sample, talk).code, 0);
-}
 
 TEST(Drive, TellsTimesInTheZoneOfTZ) {
   const Sample sample;

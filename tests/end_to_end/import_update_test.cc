@@ -1,12 +1,15 @@
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "host/formats/contact_json.h"
 #include "tests/end_to_end/process.h"
 #include "tests/end_to_end/sample.h"
 #include "tests/platform/temp_folder.h"
+#include "tests/support/card_file_builder.h"
 
 namespace pw {
 namespace {
@@ -186,21 +189,34 @@ TEST(ImportUpdate, TellsOfNoAlarmThatStaysAsItWas) {
   EXPECT_TRUE(Has(two.messages, "W2015")) << "of two days one is left";
 }
 
+// Two cards more find room.
 TEST(ImportLimits, ACardfileHasItsMostCardsAndNoMore) {
   const Sample sample;
-  nlohmann::json cards = nlohmann::json::array();
-  for (int i = 0; i < 65'540; ++i) {
-    cards.push_back({{"fields", {{"Company", "c" + std::to_string(i)}}}});
+  test::CardFileBytes full = test::ThreeCards();
+  while (full.cards.size() < kMostContacts - 2) {
+    const std::string name = "c" + std::to_string(full.cards.size());
+    full.cards.push_back({static_cast<std::int32_t>(full.cards.size() + 100), name,
+                          test::Stamped("\r\n\r\n" + name + "\r\n", "917000000"), ""});
   }
+  sample.folder.Put("c/Data/Friends.WMCard", full.Build());
   Check(sample,
-        {"many.json",
-         cards.dump(),
+        {"more.csv",
+         "Company\r\nd1\r\nd2\r\nd3\r\nd4\r\n",
          4,
-         "65532 records added, 3 refused\n",
-         {"contact 65536: a cardfile holds 65,535 cards at most",
-          "record 65533 (c65532): refused, as a cardfile holds 65,535 cards at most"},
-         {"Acme", ",c0,", ",c65531,"}},
+         "2 records added, 2 refused\n",
+         {"record 3 (d3): refused, as a cardfile holds 65,535 cards at most"},
+         {"Acme", ",c3,", ",d2,"}},
         false);
+}
+
+TEST(ImportLimits, OfAFileOfMoreCardsOnlySoManyAreRead) {
+  std::string cards = "[";
+  for (std::size_t i = 0; i <= kMostContacts; ++i) cards += "{\"fields\":[[\"N\",\"c\"]]},";
+  cards.back() = ']';
+  const JsonContacts read = ReadContactsJson(cards);
+  EXPECT_EQ(read.contacts.size(), kMostContacts);
+  EXPECT_EQ(read.errors.Texts(),
+            std::vector<std::string>{std::string("contact 65536: ") + kTooManyContacts});
 }
 
 // The disk is full: of a thousand cards the file keeps those at its front.

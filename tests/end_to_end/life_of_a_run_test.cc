@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/end_to_end/process.h"
 #include "tests/platform/temp_folder.h"
@@ -12,6 +16,7 @@
 namespace pw {
 namespace {
 
+using Json = nlohmann::json;
 using Lines = std::vector<std::string>;
 
 Lines LinesOf(const std::string& text) {
@@ -38,48 +43,215 @@ class LifeOfARunTest : public testing::Test {
     return LinesOf(driven.out);
   }
 
-  // What a source of this type answers to a walk, an addition of the record, and its removal.
-  Lines Live(const std::string& type, const std::string& location,
-             const std::string& record) const {
-    Lines answers =
-        Drive("{\"op\":\"open\",\"type\":\"" + type + "\",\"location\":\"" + location +
-              "\"}\n{\"op\":\"count\"}\n{\"op\":\"first\"}\n{\"op\":\"next\"}\n"
-              "{\"op\":\"add\",\"record\":" +
-              record + "}\n{\"op\":\"count\"}\n{\"op\":\"delete\"}\n{\"op\":\"close\"}\n");
-    return answers;
-  }
-
   const TempFolder folder;
   const std::string demo = (folder.Path() / "demo").string();
 };
 
-TEST_F(LifeOfARunTest, EveryTypeIsWalkedAndChanged) {
-  const std::string ok = "{\"result\":0}";
+// One type of a run: what is added, what it becomes by an update, and what is left of the first by
+// then, as the cardfile's columns do that an update doesn't name.
+struct Life {
+  const char* type;
+  const char* location;
+  std::size_t count;
+  Json added, updated, kept;
+  std::string heard;  // of its files, by the organiser
+};
+
+// The engine, call by call, with what each is to answer.
+class Engine {
+ public:
+  explicit Engine(const std::string& profile) : drive({"-p", profile, "drive"}) {}
+
+  Json Call(const Json& call) {
+    drive.Write(call.dump() + "\n");
+    return Json::parse(drive.ReadLine());
+  }
+  int Result(const char* op, Json call = Json::object()) {
+    call["op"] = op;
+    return Call(call).value("result", -1);
+  }
+  Json Ask(const char* op, const char* answer) { return Call({{"op", op}}).at(answer); }
+  void Open(const Life& life) {
+    EXPECT_EQ(Result("open", {{"type", life.type}, {"location", life.location}}), 0) << life.type;
+  }
+  void Reopen(const Life& life) {
+    EXPECT_EQ(Result("close"), 0) << life.type;
+    Open(life);
+  }
+  // Every property that is named has its value; a cardfile's columns are pairs of name and value.
+  void ExpectRecord(const Json& expected) {
+    const Json read = Ask("read", "record");
+    for (const auto& [name, value] : expected.items()) {
+      const bool areColumns = name == "fields";
+      EXPECT_TRUE(areColumns || read.at(name) == value) << name << ": " << read;
+      for (const Json& column : areColumns ? value : Json()) {
+        EXPECT_NE(std::count(read.at(name).begin(), read.at(name).end(), column), 0) << column;
+      }
+    }
+  }
+  int Finish() { return drive.Finish().code; }
+
+ private:
+  Process drive;
+};
+
+void Walk(Engine& engine, const Life& life) {
+  EXPECT_EQ(engine.Ask("count", "count"), life.count) << life.type;
+  std::set<std::string> ids;
+  for (int at = engine.Result("first"); at == 0; at = engine.Result("next")) {
+    ids.insert(engine.Ask("id", "id").get<std::string>());
+    EXPECT_EQ(engine.Result("read"), 0);
+  }
+  EXPECT_EQ(ids.size(), life.count) << life.type;
+}
+
+// A record comes, is changed and goes, each time with the file.
+void LiveOnce(Engine& engine, const Life& life) {
+  SCOPED_TRACE(life.type);
+  engine.Open(life);
+  Walk(engine, life);
+  EXPECT_EQ(engine.Result("add", {{"record", life.added}}), 0);
+  const Json found = {{"id", engine.Ask("id", "id")}};
+  engine.Reopen(life);
+  EXPECT_EQ(engine.Result("find", found), 0);
+  engine.ExpectRecord(life.added);
+  EXPECT_EQ(engine.Result("update", {{"record", life.updated}}), 0);
+  engine.Reopen(life);
+  EXPECT_EQ(engine.Ask("count", "count"), life.count + 1);
+  EXPECT_EQ(engine.Result("find", found), 0);
+  engine.ExpectRecord(life.updated);
+  engine.ExpectRecord(life.kept);
+  EXPECT_EQ(engine.Result("delete"), 0);
+  engine.Reopen(life);
+  EXPECT_EQ(engine.Result("find", found), 1);
+  Walk(engine, life);
+  EXPECT_EQ(engine.Result("close"), 0);
+}
+
+// No clock comes or goes; it becomes the home clock in place of another.
+void MoveHome(Engine& engine, const Life& life) {
+  engine.Open(life);
+  Walk(engine, life);
+  EXPECT_EQ(engine.Result("add", {{"record", life.added}}), 1);
+  EXPECT_EQ(engine.Result("find", {{"id", "0"}}), 0);
+  engine.ExpectRecord(life.added);
+  EXPECT_EQ(engine.Result("update", {{"record", life.updated}}), 0);
+  EXPECT_EQ(engine.Result("delete"), 1);
+  engine.Reopen(life);
+  EXPECT_EQ(engine.Result("find", {{"id", "0"}}), 0);
+  engine.ExpectRecord(life.updated);
+  EXPECT_EQ(engine.Result("find", {{"id", "1"}}), 0);
+  engine.ExpectRecord(life.kept);
+  EXPECT_EQ(engine.Result("close"), 0);
+}
+
+Json Event(const char* subject, const char* location, int lead) {
+  return {{"Subject", subject}, {"Location", location},
+          {"Notes", "a\r\nb"},  {"StartDate", "1999-07-04T10:00:00"},
+          {"AllDay", false},    {"EndDate", "1999-07-04T11:00:00"},
+          {"Alarm", lead != 0}, {"AlarmAdvance", lead == 0 ? 15 : lead},
+          {"Sensitivity", 2}};
+}
+
+Json Todo(const char* subject, const char* due, bool completed) {
+  return {{"Call", true},         {"Subject", subject}, {"Note", "a\r\nb"},
+          {"NoStartDate", false}, {"Priority", 2},      {"StartDate", "1999-06-30T00:00:00"},
+          {"DueDate", due},       {"NoDueDate", false}, {"Completed", completed}};
+}
+
+Json City(const char* city, const char* country, bool home) {
+  return {{"City", city}, {"Country", country}, {"Home", home}};
+}
+
+Json Fields(const char* name, const char* value) {
+  return {{"fields", Json::array({Json::array({name, value})})}};
+}
+
+// The whole run, from the module's one function on: with sample data as a person has them first,
+// and with an organiser beside it that is another process.
+TEST_F(LifeOfARunTest, OfAllTypesBesideTheOrganiser) {
+  const Life lives[] = {
+      {"contact", "C:\\Data\\Friends.WMCard", 40, Fields("Last Name", "Zorn"),
+       Fields("Company", "\u20AC Ltd"), Fields("Last Name", "Zorn"), ""},
+      {"calendar", "C:\\Data\\Ada", 15, Event("New", "Zo\u00EB's", 15), Event("Newer", "", 0),
+       Json::object(), "  Calendar      C:\\Data\\AdaEven.WMW\n"},
+      {"todo", "C:\\Data\\Ada", 12, Todo("New", "1999-07-29T00:00:00", false),
+       Todo("Newer", "1999-08-01T00:00:00", true), Json::object(),
+       "  To Do         C:\\Data\\AdaTASK.WMW\n"},
+      {"memo",
+       "C:\\Data\\Notebook;Workshop",
+       3,
+       {{"Subject", "New"}, {"Body", "a\r\nb"}},
+       {{"Subject", "Newer"}, {"Body", "c"}},
+       Json::object(),
+       "  Write Binder  C:\\Data\\Notebook.WMWrite\n"},
+      {"timezone", "", 8, City("London", "Britain (UK)", false),
+       City("London", "Britain (UK)", true), City("New York", "USA", false),
+       "  Clocks        C:\\Data\\CLOCKS.DAT\n"},
+  };
+  Process organiser({"-p", demo, "organiser"});
+  ASSERT_EQ(organiser.ReadLine(), "ready");
+  Engine engine(demo);
+  EXPECT_EQ(engine.Ask("name", "name"), "PairWise Desktop");
+  const Json types = engine.Ask("types", "types");
+  ASSERT_EQ(types.size(), std::size(lives));
+  engine.Call({{"op", "now"}, {"seconds", 930787200}});
+  for (const Life& life : lives) {
+    EXPECT_EQ(std::count(types.begin(), types.end(), life.type), 1) << life.type;
+    life.type == std::string("timezone") ? MoveHome(engine, life) : LiveOnce(engine, life);
+  }
+  EXPECT_EQ(engine.Ask("log", "log"), Json::array());
+  EXPECT_EQ(engine.Finish(), 0);
+  organiser.Signal(2);
+  const std::string heard = organiser.Finish().out;
+  for (const Life& life : lives) EXPECT_TRUE(Has(heard, life.heard));
+  EXPECT_FALSE(Has(heard, "Cardfile"));
+  EXPECT_FALSE(Has(heard, "step 3"));
+  EXPECT_EQ(RunPairwise({"check", demo + "/data/Data"}).code, 0);
+}
+
+// What the module takes without keeping it, and what no record can be made of.
+TEST_F(LifeOfARunTest, WhatIsNotStoredIsTold) {
+  const std::string hour = R"("StartDate":"1998-04-06T13:00:00","EndDate":"1998-04-06T14:00:00")";
+  const auto pattern = [&](const std::string& members) {
+    return hour + R"(,"Pattern":{)" + members + "}";
+  };
+  const std::string ok = R"({"result":0})";
   const struct {
     const char* type;
-    const char* location;
-    const char* record;
-    int count;
+    std::vector<std::pair<std::string, std::string>> talk;  // records, and what is answered
   } cases[] = {
-      {"contact", "C:\\\\Data\\\\Friends.WMCard", "{\"fields\":[[\"Last Name\",\"New\"]]}", 40},
-      {"todo", "C:\\\\Data\\\\Ada", "{\"Subject\":\"New\"}", 12},
-      {"calendar", "C:\\\\Data\\\\Ada",
-       "{\"StartDate\":\"1999-01-04T10:00:00\",\"EndDate\":\"1999-01-04T11:00:00\"}", 15},
-      {"memo", "C:\\\\Data\\\\Notebook;Workshop", "{\"Subject\":\"New\"}", 3},
+      {"calendar",
+       {{R"("StartDate":"1998-04-06T13:00:00","EndDate":"1998-04-06T13:00:00")",
+         R"({"result":0,"stored":false})"},
+        {hour, ok},
+        {hour, ok},
+        {hour, ok},
+        {hour, R"({"result":1})"},
+        {R"("StartDate":"1998-04-06")", R"({"error":"\"EndDate\" is missing"})"},
+        {pattern(R"("Interval":2)"), R"({"error":"\"Type\" is missing"})"},
+        {pattern(R"("Type":1,"Interval":40000)"),
+         R"({"error":"\"Interval\" must be a whole number from -32768 to 32767"})"},
+        {pattern(R"("Type":1,"Exceptions":[{"Changes":16}])"),
+         R"({"error":"\"Date\" is missing"})"}}},
+      {"todo",
+       {{R"("DueDate":"29 May")",
+         R"({"error":"\"DueDate\" must be a date as 1998-03-02, or 1998-03-02T12:00:00"})"},
+        {R"("NoDueDate":false)", R"({"error":"\"DueDate\" is missing"})"}}},
   };
   for (const auto& each : cases) {
-    const auto count = [&](int more) {
-      return "{\"count\":" + std::to_string(each.count + more) + "}";
-    };
-    EXPECT_EQ(Live(each.type, each.location, each.record),
-              (Lines{ok, count(0), ok, ok, ok, count(1), ok, ok}))
-        << each.type;
+    std::string calls =
+        std::string(R"({"op":"open","location":"C:\\Data\\Ada","type":")") + each.type + "\"}\n";
+    Lines answers = {ok};
+    for (const auto& [record, answer] : each.talk) {
+      calls += R"({"op":"add","record":{)" + record + "}}\n";
+      answers.push_back(answer);
+    }
+    const Finished driven = RunPairwise({"-p", demo, "drive"}, calls + "{\"op\":\"close\"}\n");
+    answers.push_back(ok);
+    EXPECT_EQ(LinesOf(driven.out), answers);
+    EXPECT_EQ(driven.code, 1);
   }
-  const Lines clocks = Drive(
-      "{\"op\":\"open\",\"type\":\"timezone\"}\n{\"op\":\"count\"}\n{\"op\":\"find\",\"id\":\"0\"}"
-      "\n"
-      "{\"op\":\"delete\"}\n{\"op\":\"close\"}\n");
-  EXPECT_EQ(clocks, (Lines{ok, "{\"count\":8}", ok, "{\"result\":1}", ok}));
 }
 
 TEST_F(LifeOfARunTest, CategoriesAreMadeAndAllIsDeletedUnderTheOrganisersEyes) {

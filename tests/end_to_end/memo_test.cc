@@ -26,10 +26,6 @@ class MemoSample : public Sample {
   }
 };
 
-const std::string kOpenWork =
-    "{\"op\":\"now\",\"seconds\":950000000}\n"
-    "{\"op\":\"open\",\"type\":\"memo\",\"location\":\"C:\\\\Data\\\\Notes;Work\"}\n";
-
 TEST(Memos, AreListedShownAndExported) {
   const MemoSample sample;
   EXPECT_EQ(sample.Run({"categories", "memo"}).out.find("Work - Notes") == std::string::npos,
@@ -111,28 +107,6 @@ TEST(Memos, ReadTheSameInAnotherProgram) {
     }
     EXPECT_EQ(found, expected);
   }
-}
-
-TEST(Memos, AreChangedByTheEnginesCalls) {
-  const MemoSample sample;
-  const Finished driven =
-      sample.Run({"drive"}, kOpenWork +
-                                "{\"op\":\"count\"}\n"
-                                "{\"op\":\"find\",\"id\":\"900000005\"}\n"
-                                "{\"op\":\"update\",\"record\":{\"Subject\":\"now rich\"}}\n"
-                                "{\"op\":\"stamp\"}\n"
-                                "{\"op\":\"find\",\"id\":\"900000000\"}\n"
-                                "{\"op\":\"delete\"}\n"
-                                "{\"op\":\"find\",\"id\":\"-3\"}\n"
-                                "{\"op\":\"close\"}\n");
-  const std::string ok = "{\"result\":0}\n";
-  EXPECT_EQ(driven.out, "{}\n" + ok + "{\"count\":2}\n" + ok + ok +
-                            "{\"stamp\":\"2000-02-08T08:53:20\"}\n" + ok + ok + "{\"result\":1}\n" +
-                            ok);
-  EXPECT_EQ(sample.Run({"list", "memo"}).out,
-            "Category\tID\tSubject\tBody\nWork - Notes\t900000005\tnow rich\t\n"
-            "Café - Notes\t-3\tTrip\tpack\n");
-  EXPECT_EQ(sample.Run({"check", sample.Folder() + "/c/Data"}).code, 0);
 }
 
 TEST(Memos, OfDamagedBindersAreTold) {

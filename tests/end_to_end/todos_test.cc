@@ -16,8 +16,6 @@ using test::Call50;
 using test::kNewWord;
 using test::Task50;
 
-constexpr const char* kOk = "{\"result\":0}\n";
-
 // The sample with Ada's tasks and calls of 10 February 1998.
 class TodoSample : public Sample {
  public:
@@ -99,28 +97,6 @@ TEST(Todos, ThatCannotBeReadAreToldByFile) {
   EXPECT_EQ(list.messages,
             "pairwise: " + sample.Folder() +
                 "/c/Data/AdaTASK.WMW: neither this file nor the calls beside it can be read\n");
-}
-
-TEST(Todos, DrivenTakeDatesAndKeepThem) {
-  const TodoSample sample;
-  const Finished run = sample.Run(
-      {"drive"},
-      "{\"op\":\"open\",\"type\":\"todo\",\"location\":\"C:\\\\Data\\\\Ada\"}\n"
-      "{\"op\":\"add\",\"record\":{\"Call\":true,\"Subject\":\"Bea\",\"DueDate\":\"1998-05-29\","
-      "\"StartDate\":\"1998-04-30T10:00:00\",\"Priority\":2}}\n{\"op\":\"read\"}\n"
-      "{\"op\":\"add\",\"record\":{\"DueDate\":\"29 May\"}}\n"
-      "{\"op\":\"add\",\"record\":{\"NoDueDate\":false}}\n{\"op\":\"close\"}\n");
-  EXPECT_EQ(run.code, 1);
-  EXPECT_EQ(run.out,
-            std::string(kOk) + kOk +
-                "{\"result\":0,\"record\":{\"Call\":true,\"Subject\":\"Bea\",\"Note\":\"\","
-                "\"NoStartDate\":false,\"StartDate\":\"1998-04-30T00:00:00\",\"NoDueDate\":false,"
-                "\"DueDate\":\"1998-05-29T00:00:00\",\"Priority\":2,\"Completed\":false}}\n"
-                "{\"error\":\"\\\"DueDate\\\" must be a date as 1998-03-02, or "
-                "1998-03-02T12:00:00\"}\n{\"error\":\"\\\"DueDate\\\" is missing\"}\n" +
-                kOk);
-  EXPECT_TRUE(
-      Has(sample.Run({"list", "todo"}).out, "\tcall\tBea\t1998-04-30\t1998-05-29\thigh\t\t\n"));
 }
 
 // Where the files don't tell when something was changed nothing says so.

@@ -122,5 +122,21 @@ TEST_F(BinderLoadTest, WhatStandsBehindTheLastIsGone) {
   ExpectFiles(expected);
 }
 
+// All of them have the whole file of contents as their body.
+TEST_F(BinderLoadTest, NotesThatShareTheirTextsTakeNoRoomOfTheirOwn) {
+  constexpr int kNotes = 5000;
+  const std::string shared(1 << 20, 'x');
+  NoteBytes note;
+  note.body = shared;
+  std::string many = "WMW300" + Word(kNotes, 4);
+  for (int i = 0; i < kNotes; ++i) many += note.Header(0);
+  PutFiles(TwoSections().Sections(), many, shared);
+  ASSERT_EQ(Open(), 0);
+  EXPECT_EQ(binder->Note(kNotes - 1).BodyText(), shared);
+  binder->AddSection("new");
+  EXPECT_EQ(binder->Save(), -1) << "its contents would outgrow 32 bits";
+  EXPECT_EQ(Get(".WMContent"), shared);
+}
+
 }  // namespace
 }  // namespace pw::test

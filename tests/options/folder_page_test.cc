@@ -26,17 +26,6 @@ class FolderPageTest : public test::OptionsTest {
   FolderPage page{manager};
 };
 
-TEST_F(FolderPageTest, ShowsFolderAndIcon) {
-  Start(page, "");
-  EXPECT_EQ(page.Dialog(), 129);
-  EXPECT_EQ(ControlOf(page, 1008).text, "C:\\Data");
-  EXPECT_EQ(ControlOf(page, 1010).text,
-            "PairWise supports only one folder for PairWise Desktop files.  If you have your files "
-            "in multiple folders, you may want to merge them into one folder before continuing.");
-  EXPECT_EQ(ControlOf(page, 1011).text, "&PairWise Desktop folder:");
-  EXPECT_EQ(platform.dialogs.IconNumber(page.Icon()), 134);
-}
-
 TEST_F(FolderPageTest, OffersTheCalendarsOfTheFolder) {
   const struct {
     std::vector<std::string> files;

@@ -32,36 +32,6 @@ class OptionsSheetTest : public test::OptionsTest {
   PWConfig settings;
 };
 
-TEST_F(OptionsSheetTest, TextsAndPicturesByProduct) {
-  const struct {
-    std::int32_t product;
-    const char* title;
-    std::int32_t picture;
-    std::int32_t setupPicture;
-  } cases[] = {{-1, "PairWise Information Manager", 135, 133},
-               {0, "PairWise Information Manager", 135, 133},
-               {1, "Wingmate 98", 136, 132},
-               {2, "PairWise Desktop", 135, 133},
-               {3, "Wingmate 99", 137, 138},
-               {4, "PairWise Information Manager", 135, 133}};
-  for (const auto& c : cases) {
-    manager.Product = c.product;
-    const std::string name = manager.Name().Str();
-    Show(SheetAnswer::kCancel, [&](PageModel& synchronize, PageModel&) {
-      EXPECT_EQ(synchronize.Dialog(), 128);
-      EXPECT_EQ(ControlOf(synchronize, 0).text, c.title);
-      EXPECT_EQ(ControlOf(synchronize, 1016).text, name + " data");
-      EXPECT_EQ(synchronize.Picture(), c.picture) << c.product;
-    });
-    EXPECT_EQ(platform.dialogs.sheets.back().title, std::string(c.title) + " Options");
-    EXPECT_EQ(platform.dialogs.sheets.back().captions, (Texts{name, name}));
-    SetupPage setup(manager, nullptr);
-    setup.Show(kNoWindow);
-    EXPECT_EQ(ControlOf(setup, 1019).text, std::string(c.title) + " Setup");
-    EXPECT_EQ(setup.Picture(), c.setupPicture) << c.product;
-  }
-}
-
 TEST_F(OptionsSheetTest, OnlyOkChangesAnything) {
   settings.String(PWConfig::kDataFolder, "C:\\Old");
   Engine().mainWindow = PWWindow(sheetWindow);
@@ -95,22 +65,6 @@ TEST_F(OptionsSheetTest, APageThatWasNeverShownChangesNothing) {
   EXPECT_EQ(source.SyncMode, 3);
   EXPECT_STREQ(settings.String(PWConfig::kDataFolder), "C:\\Old\\");
   EXPECT_TRUE(platform.dialogs.boxes.empty());
-}
-
-TEST_F(OptionsSheetTest, AFolderWithoutACalendarCanBeTaken) {
-  settings.String(PWConfig::kDataFolder, "C:\\Old");
-  settings.String(PWConfig::kCalendarStem, "Ann");
-  config.String(PWConfig::kCalendarStem, "Ann");
-  EXPECT_FALSE(Show(SheetAnswer::kOk, [](PageModel&, PageModel& folder) {
-    EXPECT_TRUE(ControlOf(folder, 1022).items.empty());
-    EXPECT_EQ(ControlOf(folder, 1022).text, "");
-    ControlOf(folder, 1008).text = "C:\\New";
-  }));
-  ASSERT_EQ(platform.dialogs.boxes.size(), 1U);
-  EXPECT_NE(platform.dialogs.boxes[0].text.find("can not be left empty"), std::string::npos);
-  EXPECT_STREQ(settings.String(PWConfig::kDataFolder), "C:\\New");
-  EXPECT_TRUE(settings.String(PWConfig::kCalendarStem).IsEmpty());
-  EXPECT_STREQ(config.String(PWConfig::kCalendarStem), "Ann") << "the manager's stays";
 }
 
 // Notes, when a box shows, which folder the settings name and how many refreshes are asked for.

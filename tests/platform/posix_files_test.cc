@@ -147,10 +147,11 @@ TEST_F(PosixFilesTest, AFileThatAnotherProgramMustLetGoFirstIsWaitedFor) {
   const Descriptor holder(open((folder.Path() / "file").c_str(), O_RDWR | O_CLOEXEC));
   leased = holder.Number();
   const auto before = signal(SIGIO, [](int) { fcntl(leased, F_SETLEASE, F_UNLCK); });
-  if (fcntl(leased, F_SETLEASE, F_WRLCK) == 0) {
-    EXPECT_EQ(ReadWholeFile(files, "C:\\file"), "1");
-  }
+  const bool isLeased = fcntl(leased, F_SETLEASE, F_WRLCK) == 0;
+  const auto read = ReadWholeFile(files, "C:\\file");
   signal(SIGIO, before);
+  if (!isLeased) GTEST_SKIP() << "no leases on this file system";
+  EXPECT_EQ(read, "1");
 }
 
 TEST_F(PosixFilesTest, LocksOfOtherProgramsRefuseNothing) {

@@ -26,7 +26,6 @@ struct SeriesBytes {
   std::int64_t timeWord = 0x898F8A80;  // 9:15 to 10:00
   std::int64_t flagWord = 0x808080C0;
   std::string subject = "subject", notes = "notes";
-  std::string slack = std::string("\x01\x02\x00\x04", 4);
 
   std::string Build50() const {
     const std::int64_t first = startOfFirstDay + 33300;  // 9:15
@@ -36,7 +35,7 @@ struct SeriesBytes {
     for (const auto& [created, id, deleted, date, stamp] : exceptions) {
       bytes += Words({created, id, deleted, date, stamp});
     }
-    return bytes + Detail() + slack;
+    return bytes + Detail() + std::string("\x01\x02\x00\x04", 4);  // carried
   }
   std::string Build30() const { return Words({firstDay, lastDay}) + Pattern() + Detail(); }
 

@@ -10,14 +10,14 @@
 // What a data file holds in memory, and what a save of it must have written.
 namespace pw::test {
 
-// By the tags of their kinds, in their order, as bytes of the version held.
+// By the tags of their kinds, in their order, as bytes of a version.
 using RecordsByKind = std::map<std::int16_t, std::vector<std::string>>;
 
-inline RecordsByKind RecordsHeld(const WMDataFile& file) {
+inline RecordsByKind RecordsHeld(const WMDataFile& file, datafile::FormatVersion version) {
   RecordsByKind records = {{datafile::kSpecialDayTag, {}}, {datafile::kMultiDayTag, {}}};
   const auto add = [&](std::int16_t tag, const auto& day) {
     ByteWriter out;
-    datafile::EncodeRecord(out, day, file.FileVersion());
+    datafile::EncodeRecord(out, day, version);
     records[tag].push_back(out.Release());
   };
   for (std::uint32_t i = 0; i < file.Count(); ++i) {
