@@ -1,6 +1,7 @@
 #include "host/restore.h"
 
-#include <algorithm>
+#include <map>
+#include <optional>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -19,11 +20,37 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool AreSpellingsOfOne(const std::string& a, const std::string& b) {
-  const auto first = OrganiserName(a);
-  const auto second = OrganiserName(b);
-  return first && second && EqualFileNames(*first, *second);
-}
+// The files of a part of a backup, by their names. It must outlive this.
+class FilesByName {
+ public:
+  explicit FilesByName(const BackupPart& part) {
+    for (const ListedFile& file : part.files) {
+      names.insert(file.name);
+      if (const auto key = KeyOf(file.name)) spellings.emplace(*key, &file);
+    }
+  }
+
+  bool Has(const std::string& name) const { return names.count(name) > 0; }
+
+  // One that the organiser knows by the same name; nullptr if there is none.
+  const ListedFile* InAnySpelling(const std::string& name) const {
+    const auto key = KeyOf(name);
+    const auto found = key ? spellings.find(*key) : spellings.end();
+    return found == spellings.end() ? nullptr : found->second;
+  }
+
+ private:
+  // The same for all spellings; nothing for a name that the organiser can't have.
+  static std::optional<std::string> KeyOf(const std::string& name) {
+    auto key = OrganiserName(name);
+    if (!key) return key;
+    for (char& c : *key) c = static_cast<char>(CodePageLower(static_cast<unsigned char>(c)));
+    return key;
+  }
+
+  std::set<std::string> names;
+  std::map<std::string, const ListedFile*> spellings;
+};
 
 // A part of a backup, and the folder that has its files.
 struct KeptPart {
@@ -52,7 +79,14 @@ class PartRestore {
   // of that place.
   PartRestore(const Profile& profile, const DataPlace& place, const BackupPart& part,
               std::optional<KeptPart> before, Restored& result)
-      : profile(profile), place(place), part(part), before(std::move(before)), result(result) {}
+      : profile(profile),
+        place(place),
+        part(part),
+        listed(part),
+        before(std::move(before)),
+        result(result) {
+    if (this->before) listedBefore.emplace(this->before->part);
+  }
 
   void Run(const fs::path& from) {
     std::error_code error;
@@ -95,40 +129,22 @@ class PartRestore {
     return true;
   }
 
-  bool Has(const std::string& name) const {
-    return std::any_of(part.files.begin(), part.files.end(),
-                       [&](const ListedFile& file) { return file.name == name; });
-  }
-
-  bool IsOtherSpelling(const std::string& name) const {
-    return std::any_of(part.files.begin(), part.files.end(),
-                       [&](const ListedFile& file) { return AreSpellingsOfOne(file.name, name); });
-  }
-
   bool IsOfOrganiser(const std::string& name) const {
     return IsOrganiserFile(name) && BelongsTo(place.kind, name);
   }
 
-  // That there was before the run that was cut off; nullptr if there was none.
-  const ListedFile* BeforeCutOffRun(const std::string& name) const {
-    const auto& files = before->part.files;
-    const auto found = std::find_if(files.begin(), files.end(), [&](const ListedFile& file) {
-      return AreSpellingsOfOne(file.name, name);
-    });
-    return found == files.end() ? nullptr : &*found;
-  }
-
   bool MustGo(const std::string& name, const std::set<std::string>& sets) const {
-    if (Has(name)) return false;
-    if (IsOtherSpelling(name)) return true;
+    if (listed.Has(name)) return false;
+    if (listed.InAnySpelling(name) != nullptr) return true;
     if (!IsOfOrganiser(name)) return false;
-    return sets.count(SetOfFile(name)) > 0 || (before && BeforeCutOffRun(name) == nullptr);
+    const bool isNew = listedBefore && listedBefore->InAnySpelling(name) == nullptr;
+    return isNew || sets.count(SetOfFile(name)) > 0;
   }
 
   // Whether a file that stays isn't as it was before the run that was cut off.
   bool IsLeftCut(const std::string& name) const {
-    if (Has(name) || !IsOfOrganiser(name) || !before) return false;
-    const ListedFile* file = BeforeCutOffRun(name);
+    if (listed.Has(name) || !IsOfOrganiser(name) || !listedBefore) return false;
+    const ListedFile* file = listedBefore->InAnySpelling(name);
     return file != nullptr && !HaveSameBytes(place.folder / name, before->folder / file->name);
   }
 
@@ -153,14 +169,16 @@ class PartRestore {
         result.failure = SystemFailure(file, error.value());
         return;
       }
-      if (!IsOtherSpelling(name)) result.removed.push_back(file);
+      if (listed.InAnySpelling(name) == nullptr) result.removed.push_back(file);
     }
   }
 
   const Profile& profile;
   const DataPlace& place;
   const BackupPart& part;
+  const FilesByName listed;
   const std::optional<KeptPart> before;
+  std::optional<FilesByName> listedBefore;  // of `before`
   Restored& result;
   std::vector<std::string> changed;  // the names of those that were put back
 };
