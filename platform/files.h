@@ -87,6 +87,10 @@ class Files {
   // bytes.
   virtual std::vector<FoundFile> Find(const std::string& pattern) = 0;
 
+  // Whether a byte of a name leads a second one, with which it makes one character. None does on a
+  // machine of code page 1252.
+  virtual bool IsLeadByte(unsigned char /*byte*/) { return false; }
+
   // Path of the running module.
   virtual std::string ModulePath() = 0;
 };
@@ -108,6 +112,7 @@ class FilesWrapper : public Files {
     return target.CopyWithoutOverwriting(from, to);
   }
   std::vector<FoundFile> Find(const std::string& pattern) override { return target.Find(pattern); }
+  bool IsLeadByte(unsigned char byte) override { return target.IsLeadByte(byte); }
   std::string ModulePath() override { return target.ModulePath(); }
 
  private:

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -24,12 +25,18 @@ namespace {
 
 constexpr const char* kTemplateList = "\\Data\\crdstyle.dat";
 
-// What a file can't be named by becomes a blank, and blanks at the ends go.
+// What a file can't be named by becomes a blank, and blanks at the ends go. The second byte of a
+// character of two is none of these, whatever its value.
 std::string CleanName(std::string name) {
   constexpr std::string_view kUnfit = "/\\?*|:<>\"";
-  std::replace_if(
-      name.begin(), name.end(), [&](char c) { return kUnfit.find(c) != std::string_view::npos; },
-      ' ');
+  pw::Files& files = *pw::CurrentPlatform().files;
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    if (files.IsLeadByte(static_cast<unsigned char>(name[at]))) {
+      ++at;
+    } else if (kUnfit.find(name[at]) != std::string_view::npos) {
+      name[at] = ' ';
+    }
+  }
   name.erase(name.find_last_not_of(' ') + 1);
   name.erase(0, std::min(name.find_first_not_of(' '), name.size()));
   return name;

@@ -136,6 +136,21 @@ TEST_F(NewCategoryTest, ATaskListIsMadeIfItsCallsCanBe) {
   EXPECT_NE(platform.files.Get("C:\\Data\\BobCALL.WMW"), std::nullopt);
 }
 
+TEST_F(NewCategoryTest, TheSecondByteOfACharacterOfTwoIsLeftAlone) {
+  class TwoByteFiles : public pw::FilesWrapper {
+   public:
+    using FilesWrapper::FilesWrapper;
+    bool IsLeadByte(unsigned char byte) override { return byte == 0x83; }
+  };
+  TwoByteFiles files(platform.files);
+  pw::Platform services = platform.Services();
+  services.files = &files;
+  const pw::Platform before = pw::SetPlatform(services);
+  EXPECT_EQ(New("contact", "\x83\\|\x83|\x83"), 1) << "nobody chose a template";
+  EXPECT_EQ(location.Str(), "C:\\Data\\\x83\\ \x83|\x83.WMCard");
+  pw::SetPlatform(before);
+}
+
 TEST_F(NewCategoryTest, ABinderHasTheCleanNameAndItsSectionTheOther) {
   EXPECT_EQ(New("memo", "a/b"), 0);
   EXPECT_EQ(location.Str(), "C:\\Data\\a b;a/b");
